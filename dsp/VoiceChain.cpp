@@ -1,0 +1,102 @@
+#include "dsp/VoiceChain.h"
+
+#include "dsp/AudioMath.h"
+#include "dsp/DenormalGuard.h"
+
+#include <algorithm>
+
+namespace Lumora {
+
+VoiceChain::VoiceChain() = default;
+
+void VoiceChain::prepare(double sampleRate, int /*blockLength*/) {
+    sampleRate_ = sampleRate;
+    gate_.prepare(sampleRate);
+    equaliser_.prepare(sampleRate);
+    compressor_.prepare(sampleRate);
+    limiter_.prepare(sampleRate);
+}
+
+void VoiceChain::setParameters(const EffectPreset& preset) {
+    const int live = liveIndex_.load(std::memory_order_acquire);
+    slots_[1 - live] = preset;
+    liveIndex_.store(1 - live, std::memory_order_release);
+    chainActive_.store(preset.active && !preset.bypass, std::memory_order_release);
+}
+
+EffectPreset VoiceChain::getParameters() const {
+    return slots_[liveIndex_.load(std::memory_order_acquire)];
+}
+
+void VoiceChain::process(float* const* planes, int channels, int frames) {
+    const float inputDb = packetLevelDb(planes, channels, frames);
+    inputLevelDb_.store(inputDb, std::memory_order_relaxed);
+
+    if (!chainActive_.load(std::memory_order_acquire)) {
+        outputLevelDb_.store(inputDb, std::memory_order_relaxed);
+        return;
+    }
+    const EffectPreset& p = slots_[liveIndex_.load(std::memory_order_acquire)];
+    if (!p.active || p.bypass) {
+        outputLevelDb_.store(inputDb, std::memory_order_relaxed);
+        return;
+    }
+
+    DenormalGuard denormals;
+    const int used = std::min(channels, 2);
+    if (p.inputGainDb != 0.0f) {
+        const float g = dbToGain(p.inputGainDb);
+        for (int c = 0; c < used; ++c) {
+            applyGain(planes[c], frames, g);
+        }
+        inputLevelDb_.store(inputDb + p.inputGainDb, std::memory_order_relaxed);
+    }
+
+    runStages(planes, used, frames, p);
+
+    if (p.outputGainDb != 0.0f) {
+        const float g = dbToGain(p.outputGainDb);
+        for (int c = 0; c < used; ++c) {
+            applyGain(planes[c], frames, g);
+        }
+    }
+    outputLevelDb_.store(packetLevelDb(planes, channels, frames), std::memory_order_relaxed);
+}
+
+void VoiceChain::runStages(float* const* planes, int channels, int frames, const EffectPreset& p) {
+    // Coefficients follow the record at the start of the packet.
+    if (p.comp.enabled) {
+        compressor_.updateCoefficients(p.comp);
+    }
+    if (p.limiter.enabled) {
+        limiter_.updateCoefficients(p.limiter);
+    }
+    if (p.eq.enabled) {
+        equaliser_.updateCoefficients(p.eq);
+    }
+
+    // Spectral noise reduction and neural noise suppression come here.
+
+    if (p.gate.enabled) {
+        gate_.process(planes, channels, frames, p.gate);
+    }
+    if (Equaliser::isActive(p.eq)) {
+        equaliser_.process(planes, channels, frames, p.eq);
+    }
+    if (p.comp.enabled) {
+        compressor_.process(planes, channels, frames, p.comp);
+        compDetectorDb_.store(compressor_.detectorDb(), std::memory_order_relaxed);
+        compGainReductionDb_.store(compressor_.gainReductionDb(), std::memory_order_relaxed);
+    } else {
+        compDetectorDb_.store(-96.0f, std::memory_order_relaxed);
+        compGainReductionDb_.store(0.0f, std::memory_order_relaxed);
+    }
+    if (p.limiter.enabled) {
+        limiter_.process(planes, channels, frames, p.limiter);
+        limiterGainReductionDb_.store(limiter_.gainReductionDb(), std::memory_order_relaxed);
+    } else {
+        limiterGainReductionDb_.store(0.0f, std::memory_order_relaxed);
+    }
+}
+
+} // namespace Lumora

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "dsp/Compressor.h"
+#include "dsp/EffectPreset.h"
+#include "dsp/Equaliser.h"
+#include "dsp/Gate.h"
+#include "dsp/Limiter.h"
+
+#include <atomic>
+
+namespace Lumora {
+
+// The voice-cleaning chain of one filter: input gain, spectral noise reduction,
+// neural noise suppression, gate, equaliser, compressor, limiter, output gain.
+// Runs in place on the host's audio thread over at most two channels.
+//
+// Parameters arrive as one whole EffectPreset through two slots: the interface
+// thread writes the idle slot and flips an atomic index; the audio thread reads
+// the index once per packet. No lock is taken on either side.
+class VoiceChain {
+public:
+    VoiceChain();
+
+    void prepare(double sampleRate, int blockLength);
+
+    // Interface thread.
+    void setParameters(const EffectPreset& preset);
+    EffectPreset getParameters() const;
+    bool isActive() const { return chainActive_.load(std::memory_order_acquire); }
+
+    // Audio thread, in place. Planes beyond the second are never touched.
+    void process(float* const* planes, int channels, int frames);
+
+    float inputLevelDb() const { return inputLevelDb_.load(std::memory_order_relaxed); }
+    float outputLevelDb() const { return outputLevelDb_.load(std::memory_order_relaxed); }
+    float compressorDetectorDb() const { return compDetectorDb_.load(std::memory_order_relaxed); }
+    float compressorGainReductionDb() const {
+        return compGainReductionDb_.load(std::memory_order_relaxed);
+    }
+    float limiterGainReductionDb() const {
+        return limiterGainReductionDb_.load(std::memory_order_relaxed);
+    }
+
+    double sampleRate() const { return sampleRate_; }
+
+private:
+    void runStages(float* const* planes, int channels, int frames, const EffectPreset& p);
+
+    double sampleRate_ = 48000.0;
+    EffectPreset slots_[2];
+    std::atomic<int> liveIndex_{0};
+    std::atomic<bool> chainActive_{false};
+
+    Gate gate_;
+    Equaliser equaliser_;
+    Compressor compressor_;
+    Limiter limiter_;
+
+    std::atomic<float> inputLevelDb_{-96.0f};
+    std::atomic<float> outputLevelDb_{-96.0f};
+    std::atomic<float> compDetectorDb_{-96.0f};
+    std::atomic<float> compGainReductionDb_{0.0f};
+    std::atomic<float> limiterGainReductionDb_{0.0f};
+};
+
+} // namespace Lumora

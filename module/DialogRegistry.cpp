@@ -1,0 +1,58 @@
+#include "module/DialogRegistry.h"
+
+#include "ui/WizardDialog.h"
+
+#include <obs-frontend-api.h>
+
+#include <QPointer>
+#include <QWidget>
+#include <map>
+
+namespace Lumora {
+
+namespace {
+
+std::map<ObsFilterState*, QPointer<WizardDialog>>& dialogs() {
+    static std::map<ObsFilterState*, QPointer<WizardDialog>> map;
+    return map;
+}
+
+} // namespace
+
+void openDialogFor(ObsFilterState* state) {
+    auto& map = dialogs();
+    if (auto it = map.find(state); it != map.end()) {
+        if (WizardDialog* dialog = it->second.data()) {
+            dialog->show();
+            dialog->raise();
+            dialog->activateWindow();
+            return;
+        }
+        map.erase(it);
+    }
+    auto* parent = static_cast<QWidget*>(obs_frontend_get_main_window());
+    auto* dialog = new WizardDialog(parent, state);
+    map[state] = dialog;
+    dialog->show();
+}
+
+void closeDialogFor(ObsFilterState* state) {
+    auto& map = dialogs();
+    auto it = map.find(state);
+    if (it == map.end()) {
+        return;
+    }
+    if (WizardDialog* dialog = it->second.data()) {
+        dialog->detach();
+        dialog->close();
+        dialog->deleteLater();
+    }
+    map.erase(it);
+}
+
+bool hasDialogFor(ObsFilterState* state) {
+    auto it = dialogs().find(state);
+    return it != dialogs().end() && !it->second.isNull();
+}
+
+} // namespace Lumora

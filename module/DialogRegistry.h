@@ -1,0 +1,20 @@
+#pragma once
+
+namespace Lumora {
+
+struct ObsFilterState;
+
+// At most one dialog per filter instance, remembered through a guarded pointer so
+// a dialog the user closed (and Qt deleted) counts as absent. UI thread only.
+
+// Shows, raises and activates the instance's dialog, creating it when it is gone.
+void openDialogFor(ObsFilterState* state);
+
+// Called before the instance is freed: the dialog lets go of the state, stops its
+// timers and is deleted later; the entry is erased in every case.
+void closeDialogFor(ObsFilterState* state);
+
+// Whether a live dialog exists for the instance (for tests).
+bool hasDialogFor(ObsFilterState* state);
+
+} // namespace Lumora

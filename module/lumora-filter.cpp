@@ -1,0 +1,146 @@
+// The "Tindra" audio filter: OBS callbacks around ObsFilterState.
+#include "module/DialogRegistry.h"
+#include "module/FilterKeys.h"
+#include "module/ObsFilterState.h"
+
+#include <media-io/audio-io.h>
+#include <obs-module.h>
+
+#include <new>
+
+namespace Lumora {
+
+namespace {
+
+uint32_t channelsOf(enum speaker_layout layout) {
+    switch (layout) {
+    case SPEAKERS_MONO:
+        return 1;
+    case SPEAKERS_STEREO:
+        return 2;
+    case SPEAKERS_2POINT1:
+        return 3;
+    case SPEAKERS_4POINT0:
+        return 4;
+    case SPEAKERS_4POINT1:
+        return 5;
+    case SPEAKERS_5POINT1:
+        return 6;
+    case SPEAKERS_7POINT1:
+        return 8;
+    default:
+        return 0;
+    }
+}
+
+const char* filterName(void*) { return kFilterDisplayName; }
+
+void filterUpdate(void* data, obs_data_t* settings) {
+    auto* state = static_cast<ObsFilterState*>(data);
+    if (!state || !settings) {
+        return;
+    }
+    state->isRecordingMode = obs_data_get_bool(settings, kSettingRecordingMode);
+}
+
+void* filterCreate(obs_data_t* settings, obs_source_t* source) {
+    ObsFilterState* state = new (std::nothrow) ObsFilterState();
+    if (!state) {
+        return nullptr;
+    }
+    state->source = source;
+    state->analyser = makeAnalyser();
+    state->ownedStore = std::make_unique<SettingsStore>(std::string());
+    state->store = state->ownedStore.get();
+    state->writeRecordingMode = [source](bool recording) {
+        obs_data_t* s = obs_source_get_settings(source);
+        obs_data_set_bool(s, kSettingRecordingMode, recording);
+        obs_data_release(s);
+    };
+
+    if (audio_t* audio = obs_get_audio()) {
+        if (const audio_output_info* info = audio_output_get_info(audio)) {
+            state->sampleRate = info->samples_per_sec;
+            state->channels = channelsOf(info->speakers);
+        }
+    }
+
+    // The analyser's rings, filters and loudness meter are sized here, once: an
+    // update while audio flows must never rebuild what the audio thread is using.
+    const double rate = static_cast<double>(state->sampleRate);
+    const int blockHint = static_cast<int>(state->sampleRate / 10);
+    state->analyser->prepare(rate);
+    state->chain.prepare(rate, blockHint);
+    state->effects.prepare(rate, blockHint);
+
+    filterUpdate(state, settings);
+    blog(LOG_INFO, "[Lumora] filter created (sr=%u ch=%u)", state->sampleRate, state->channels);
+    return state;
+}
+
+void filterDestroy(void* data) {
+    auto* state = static_cast<ObsFilterState*>(data);
+    if (!state) {
+        return;
+    }
+    closeDialogFor(state);
+    delete state;
+    blog(LOG_INFO, "[Lumora] filter destroyed");
+}
+
+obs_audio_data* filterAudio(void* data, obs_audio_data* audio) {
+    auto* state = static_cast<ObsFilterState*>(data);
+    if (!state || !state->analyser || !audio) {
+        return audio;
+    }
+    float* planes[8] = {};
+    int count = 0;
+    while (count < 8 && count < MAX_AV_PLANES && audio->data[count]) {
+        planes[count] = reinterpret_cast<float*>(audio->data[count]);
+        ++count;
+    }
+    if (count == 0) {
+        return audio;
+    }
+    state->processAudio(planes, count, static_cast<int>(audio->frames));
+    return audio;
+}
+
+void filterDefaults(obs_data_t* settings) {
+    obs_data_set_default_bool(settings, kSettingRecordingMode, false);
+}
+
+bool openWizardClicked(obs_properties_t*, obs_property_t*, void* data) {
+    if (!data) {
+        return false;
+    }
+    openDialogFor(static_cast<ObsFilterState*>(data));
+    return false;
+}
+
+obs_properties_t* filterProperties(void* data) {
+    obs_properties_t* props = obs_properties_create();
+    obs_properties_add_button2(props, kPropertyOpenWizard, obs_module_text(kTextOpen),
+                               openWizardClicked, data);
+    return props;
+}
+
+} // namespace
+
+void registerFilter() {
+    obs_source_info info = {};
+    info.id = kFilterId;
+    info.type = OBS_SOURCE_TYPE_FILTER;
+    info.output_flags = OBS_SOURCE_AUDIO;
+    info.get_name = filterName;
+    info.create = filterCreate;
+    info.destroy = filterDestroy;
+    info.get_defaults = filterDefaults;
+    info.get_properties = filterProperties;
+    info.update = filterUpdate;
+    info.filter_audio = filterAudio;
+    obs_register_source(&info);
+    blog(LOG_INFO, "[Lumora] audio filter registered");
+}
+
+} // namespace Lumora

@@ -1,0 +1,31 @@
+// Module entry points: what OBS calls when it loads and unloads Lumora.
+#include "ui/Localisation.h"
+
+#include <obs-module.h>
+
+OBS_DECLARE_MODULE()
+OBS_MODULE_USE_DEFAULT_LOCALE("lumora", "en-US")
+
+namespace Lumora {
+void registerFilter();
+}
+
+extern "C" {
+
+MODULE_EXPORT const char* obs_module_name(void) { return "Tindra"; }
+
+MODULE_EXPORT const char* obs_module_description(void) {
+    return "Voice quality diagnosis for streamers";
+}
+
+bool obs_module_load(void) {
+    Lumora::registerFilter();
+    blog(LOG_INFO, "[Lumora] Plugin loaded (v1.0.0)");
+    return true;
+}
+
+void obs_module_unload(void) {
+    Lumora::releaseTranslator();
+    blog(LOG_INFO, "[Lumora] Plugin unloaded");
+}
+}

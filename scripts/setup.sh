@@ -1,0 +1,39 @@
+#!/usr/bin/env bash
+# Installs every Debian package that building, testing and demonstrating Lumora
+# needs. Safe to run again: apt-get skips what is already there.
+set -euo pipefail
+
+packages=(
+  # toolchain
+  build-essential cmake ninja-build pkg-config clang-format git
+  # the real host: libobs headers, OBS Studio itself and its stock filters
+  libobs-dev obs-studio obs-plugins
+  # Qt 5 (what Debian's OBS 29 uses) and Qt 6 (what OBS 31 on Windows uses)
+  qtbase5-dev qttools5-dev qttools5-dev-tools libqt5svg5-dev
+  qt6-base-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools qt6-svg-dev libgl-dev
+  # audio libraries
+  libsoundtouch-dev libebur128-dev libsndfile1-dev
+  # tests and benchmarks
+  googletest libgtest-dev libgmock-dev libbenchmark-dev
+  # fuzzing: clang with libFuzzer
+  clang libclang-rt-dev
+  # a display for libobs and OBS, and tools to drive and photograph it
+  xvfb xauth xdotool x11-utils x11-apps imagemagick
+  # real recorded speech, fonts for Japanese text and emoji
+  alsa-utils fonts-klee fonts-noto-cjk fonts-noto-color-emoji
+)
+
+if [ "$(id -u)" -ne 0 ]; then
+  echo "setup.sh must run as root (it installs Debian packages)" >&2
+  exit 1
+fi
+
+missing=()
+for p in "${packages[@]}"; do
+  dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
+done
+if [ ${#missing[@]} -gt 0 ]; then
+  export DEBIAN_FRONTEND=noninteractive
+  apt-get update -qq
+  apt-get install -y -qq --no-install-recommends "${missing[@]}"
+fi

@@ -1,0 +1,217 @@
+// The processing chain's frame: hand-over, bypass, gains, meters, channel limits.
+#include "dsp/VoiceChain.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <vector>
+
+using namespace Lumora;
+
+namespace {
+
+struct Packet {
+    std::vector<std::vector<float>> planes;
+    std::vector<float*> pointers;
+
+    Packet(int channels, int frames, float amplitude = 0.25f) {
+        planes.resize(static_cast<size_t>(channels));
+        for (int c = 0; c < channels; ++c) {
+            planes[c].resize(static_cast<size_t>(frames));
+            for (int i = 0; i < frames; ++i) {
+                planes[c][i] = amplitude * std::sin(0.05f * static_cast<float>(i) + c);
+            }
+            pointers.push_back(planes[c].data());
+        }
+    }
+    float* const* data() { return pointers.data(); }
+};
+
+bool bitEqual(const std::vector<float>& a, const std::vector<float>& b) {
+    return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(float)) == 0;
+}
+
+EffectPreset activePreset() {
+    EffectPreset p;
+    p.active = true;
+    return p;
+}
+
+} // namespace
+
+TEST(VoiceChainFrame, DefaultRecordIsBitExactPassThroughWithEqualMeters) {
+    VoiceChain chain;
+    chain.prepare(48000.0, 4800);
+    chain.setParameters(EffectPreset{});
+    Packet packet(2, 480);
+    const Packet original = packet;
+    chain.process(packet.data(), 2, 480);
+    EXPECT_TRUE(bitEqual(packet.planes[0], original.planes[0]));
+    EXPECT_TRUE(bitEqual(packet.planes[1], original.planes[1]));
+    EXPECT_FALSE(chain.isActive());
+    EXPECT_EQ(chain.inputLevelDb(), chain.outputLevelDb());
+    EXPECT_GT(chain.inputLevelDb(), -20.0f);
+}
+
+TEST(VoiceChainFrame, ActiveRecordWithEveryStageOffIsBitExact) {
+    VoiceChain chain;
+    chain.prepare(48000.0, 4800);
+    EffectPreset p = activePreset();
+    p.eq.enabled = true; // enabled, but no filter inside it is
+    chain.setParameters(p);
+    Packet packet(2, 1024);
+    const Packet original = packet;
+    chain.process(packet.data(), 2, 1024);
+    EXPECT_TRUE(bitEqual(packet.planes[0], original.planes[0]));
+    EXPECT_TRUE(bitEqual(packet.planes[1], original.planes[1]));
+    EXPECT_FLOAT_EQ(chain.inputLevelDb(), chain.outputLevelDb());
+}
+
+TEST(VoiceChainFrame, BypassPassesThroughWhateverTheStages) {
+    VoiceChain chain;
+    chain.prepare(48000.0, 4800);
+    EffectPreset p = activePreset();
+    p.bypass = true;
+    p.inputGainDb = 12.0f;
+    p.outputGainDb = -6.0f;
+    p.gate.enabled = true;
+    p.limiter.enabled = true;
+    chain.setParameters(p);
+    EXPECT_FALSE(chain.isActive());
+    Packet packet(2, 480);
+    const Packet original = packet;
+    chain.process(packet.data(), 2, 480);
+    EXPECT_TRUE(bitEqual(packet.planes[0], original.planes[0]));
+    EXPECT_EQ(chain.inputLevelDb(), chain.outputLevelDb());
+}
+
+TEST(VoiceChainFrame, GainOfExactlyZeroSkipsTheMultiply) {
+    VoiceChain chain;
+    chain.prepare(48000.0, 4800);
+    EffectPreset p = activePreset();
+    p.inputGainDb = 0.0f;
+    p.outputGainDb = 0.0f;
+    chain.setParameters(p);
+    Packet packet(1, 480);
+    const Packet original = packet;
+    chain.process(packet.data(), 1, 480);
+    EXPECT_TRUE(bitEqual(packet.planes[0], original.planes[0]));
+}
+
+TEST(VoiceChainFrame, TinyNonZeroGainIsApplied) {
+    VoiceChain chain;
+    chain.prepare(48000.0, 4800);
+    EffectPreset p = activePreset();
+    p.inputGainDb = -0.0001f;
+    chain.setParameters(p);
+    Packet packet(1, 480);
+    const Packet original = packet;
+    chain.process(packet.data(), 1, 480);
+    EXPECT_FALSE(bitEqual(packet.planes[0], original.planes[0]));
+    const float g = std::pow(10.0f, -0.0001f / 20.0f);
+    for (int i = 0; i < 480; ++i) {
+        EXPECT_FLOAT_EQ(packet.planes[0][i], original.planes[0][i] * g);
+    }
+}
+
+TEST(VoiceChainFrame, InputGainRaisesTheInputMeterArithmetically) {
+    VoiceChain chain;
+    chain.prepare(48000.0, 4800);
+    EffectPreset p = activePreset();
+    p.inputGainDb = 6.0f;
+    p.outputGainDb = -3.0f;
+    chain.setParameters(p);
+    Packet packet(2, 480);
+    chain.process(packet.data(), 2, 480);
+    const float measuredIn = chain.inputLevelDb();
+    // The output has both gains applied: +6 then -3 dB.
+    EXPECT_NEAR(chain.outputLevelDb(), measuredIn - 3.0f, 0.01f);
+    Packet reference(2, 480);
+    VoiceChain plain;
+    plain.prepare(48000.0, 4800);
+    plain.process(reference.data(), 2, 480);
+    EXPECT_FLOAT_EQ(measuredIn, plain.inputLevelDb() + 6.0f);
+}
+
+TEST(VoiceChainFrame, SilentPacketsReadMinus96) {
+    VoiceChain chain;
+    chain.prepare(48000.0, 4800);
+    chain.setParameters(activePreset());
+    Packet packet(2, 480, 0.0f);
+    chain.process(packet.data(), 2, 480);
+    EXPECT_EQ(chain.inputLevelDb(), -96.0f);
+    EXPECT_EQ(chain.outputLevelDb(), -96.0f);
+}
+
+TEST(VoiceChainFrame, ZeroFramesLeaveLevelsSilent) {
+    VoiceChain chain;
+    chain.prepare(48000.0, 4800);
+    chain.setParameters(activePreset());
+    Packet packet(2, 0);
+    chain.process(packet.data(), 2, 0);
+    EXPECT_EQ(chain.inputLevelDb(), -96.0f);
+}
+
+TEST(VoiceChainFrame, PlanesBeyondTheSecondAreUntouchedAndUncounted) {
+    VoiceChain chain;
+    chain.prepare(48000.0, 4800);
+    EffectPreset p = activePreset();
+    p.inputGainDb = 6.0f;
+    chain.setParameters(p);
+
+    Packet six(6, 480);
+    for (int c = 2; c < 6; ++c) {
+        for (float& x : six.planes[c]) {
+            x = 0.9f; // loud: would change the level if it were counted
+        }
+    }
+    const Packet original = six;
+    chain.process(six.data(), 6, 480);
+    for (int c = 2; c < 6; ++c) {
+        EXPECT_TRUE(bitEqual(six.planes[c], original.planes[c])) << "plane " << c;
+    }
+    EXPECT_FALSE(bitEqual(six.planes[0], original.planes[0]));
+
+    Packet two(2, 480);
+    VoiceChain reference;
+    reference.prepare(48000.0, 4800);
+    reference.setParameters(p);
+    reference.process(two.data(), 2, 480);
+    EXPECT_FLOAT_EQ(chain.inputLevelDb(), reference.inputLevelDb());
+    EXPECT_FLOAT_EQ(chain.outputLevelDb(), reference.outputLevelDb());
+}
+
+TEST(VoiceChainFrame, RecordHandedOverBetweenPacketsGovernsTheWholeNextPacket) {
+    VoiceChain chain;
+    chain.prepare(48000.0, 4800);
+    EffectPreset p = activePreset();
+    p.outputGainDb = -6.0f;
+    chain.setParameters(p);
+    Packet first(1, 480);
+    chain.process(first.data(), 1, 480);
+
+    p.outputGainDb = -12.0f;
+    chain.setParameters(p);
+    EXPECT_EQ(chain.getParameters().outputGainDb, -12.0f);
+    Packet second(1, 480);
+    const Packet original = second;
+    chain.process(second.data(), 1, 480);
+    const float g = std::pow(10.0f, -12.0f / 20.0f);
+    for (int i = 0; i < 480; ++i) {
+        ASSERT_FLOAT_EQ(second.planes[0][i], original.planes[0][i] * g) << "sample " << i;
+    }
+}
+
+TEST(VoiceChainFrame, ManyHandOversKeepTheLatestRecord) {
+    VoiceChain chain;
+    chain.prepare(48000.0, 4800);
+    EffectPreset p = activePreset();
+    for (int k = 0; k < 7; ++k) {
+        p.name = "preset " + std::to_string(k);
+        p.inputGainDb = static_cast<float>(k);
+        chain.setParameters(p);
+    }
+    EXPECT_EQ(chain.getParameters().name, "preset 6");
+    EXPECT_EQ(chain.getParameters().inputGainDb, 6.0f);
+}

@@ -1,0 +1,51 @@
+#include "Commands.h"
+
+#include <cstdio>
+#include <cstring>
+
+namespace Lumora::Cli {
+
+int fail(const std::string& message, int code) {
+    std::fprintf(stderr, "lumora-cli: %s\n", message.c_str());
+    return code;
+}
+
+} // namespace Lumora::Cli
+
+namespace {
+
+const char* kUsage =
+    "usage: lumora-cli <command> [options]\n"
+    "commands:\n"
+    "  settings verify [--dir D]          which settings file loads, and why\n"
+    "  presets list [--dir D]             the stored presets\n"
+    "  presets export NAME FILE [--dir D] write one preset as JSON\n"
+    "  presets import FILE [--dir D]      store the preset(s) in FILE\n"
+    "  diagnose --mic M --normal F --loud F --soft F --plosive F --silence F\n"
+    "           [--block N] [--lang ja|en]   diagnose five recorded takes\n"
+    "  process --preset P.json [--fx FX.json] [--block N] IN.wav OUT.wav\n";
+
+} // namespace
+
+int main(int argc, char** argv) {
+    using namespace Lumora::Cli;
+    if (argc < 2 || std::strcmp(argv[1], "--help") == 0 || std::strcmp(argv[1], "-h") == 0) {
+        std::fputs(kUsage, argc < 2 ? stderr : stdout);
+        return argc < 2 ? 2 : 0;
+    }
+    const std::string command = argv[1];
+    const Args args(argv + 2, argv + argc);
+    if (command == "settings") {
+        return runSettings(args);
+    }
+    if (command == "presets") {
+        return runPresets(args);
+    }
+    if (command == "diagnose") {
+        return runDiagnose(args);
+    }
+    if (command == "process") {
+        return runProcess(args);
+    }
+    return fail("unknown command '" + command + "' (try --help)", 2);
+}
