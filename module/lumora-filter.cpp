@@ -33,7 +33,9 @@ uint32_t channelsOf(enum speaker_layout layout) {
     }
 }
 
-const char* filterName(void*) { return kFilterDisplayName; }
+const char* filterName(void*) {
+    return kFilterDisplayName;
+}
 
 void filterUpdate(void* data, obs_data_t* settings) {
     auto* state = static_cast<ObsFilterState*>(data);
@@ -83,9 +85,10 @@ void filterDestroy(void* data) {
     if (!state) {
         return;
     }
-    closeDialogFor(state);
-    delete state;
-    blog(LOG_INFO, "[Lumora] filter destroyed");
+    closeDialogThenRelease(state, [](ObsFilterState* s) {
+        delete s;
+        blog(LOG_INFO, "[Lumora] filter destroyed");
+    });
 }
 
 obs_audio_data* filterAudio(void* data, obs_audio_data* audio) {
