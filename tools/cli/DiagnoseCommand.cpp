@@ -303,7 +303,7 @@ const char* micName(int micType, bool ja) {
     case kMicCondenser:
         return ja ? "コンデンサー" : "condenser";
     case kMicUsb:
-        return ja ? "USB" : "USB";
+        return "USB";
     default:
         return ja ? "不明" : "unknown";
     }
