@@ -153,6 +153,8 @@ void DiagnosisAnalyser::prepare(double sampleRate) {
     specRing_.fill(0.0f);
     specWrite_ = 0;
     specCount_ = 0;
+    loudnessInterval_ = std::max(1, static_cast<int>(rate * 0.1));
+    loudnessSamples_ = loudnessInterval_; // read after the first block
     captureWrite_.store(0, std::memory_order_relaxed);
     captureRead_.store(0, std::memory_order_relaxed);
     resetPublished();
@@ -276,7 +278,14 @@ void DiagnosisAnalyser::process(const float* samples, int n) {
     clipped_.store(clipped, std::memory_order_relaxed);
     blockCount_.fetch_add(1, std::memory_order_release);
 
-    if (meter_) {
+    // libebur128 sums its whole window (400 ms and 3 s of samples) on every
+    // read, which cost ten times the rest of the analyser when done for every
+    // 10 ms block. The interface samples loudness at 60 Hz and a loudness meter
+    // moves at ~10 Hz anyway, so read it at most every 100 ms of audio; the
+    // samples themselves are fed on every block.
+    loudnessSamples_ += n;
+    if (meter_ && loudnessSamples_ >= loudnessInterval_) {
+        loudnessSamples_ = 0;
         double momentary = kMinLufs;
         if (ebur128_loudness_momentary(meter_->state, &momentary) != EBUR128_SUCCESS) {
             momentary = kMinLufs;

@@ -95,6 +95,8 @@ private:
     std::array<float, kFftSize> specRing_{};
     int specWrite_ = 0;
     int specCount_ = 0;
+    int loudnessSamples_ = 0;
+    int loudnessInterval_ = 4800;
     std::array<float, kFftSize> fftRe_{};
     std::array<float, kFftSize> fftIm_{};
     std::array<float, kFftSize> scratch_{};
