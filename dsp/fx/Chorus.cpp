@@ -49,9 +49,10 @@ void Chorus::process(float* x, int n, float rate, float depth, float feedback, f
         for (int v = 0; v < 2; ++v) {
             Voice& voice = voices_[v];
             const double offset = base[v] + sweep * lfo[v];
-            const int i = std::clamp(static_cast<int>(offset), 0, kRingLength - 2);
+            // Delay of i + frac samples: ring[write − k] was written k samples ago.
+            const int i = std::clamp(static_cast<int>(offset), 1, kRingLength - 2);
             const float frac = static_cast<float>(std::clamp(offset - i, 0.0, 1.0));
-            int a = voice.write - 1 - i;
+            int a = voice.write - i;
             if (a < 0) {
                 a += kRingLength;
             }

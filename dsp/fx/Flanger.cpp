@@ -55,8 +55,9 @@ void Flanger::process(float* x, int n, float rate, float depth, float feedback, 
         const double delay = minDelay + halfSweep * (1.0 - cosPhase);
         const int i = static_cast<int>(delay);
         const float frac = static_cast<float>(delay - i);
-        const float a = ring_[(write_ - 1 - i) & mask_];
-        const float b = ring_[(write_ - 2 - i) & mask_];
+        // Delay of i + frac samples: ring[write − k] was written k samples ago.
+        const float a = ring_[(write_ - i) & mask_];
+        const float b = ring_[(write_ - i - 1) & mask_];
         const float delayed = a + (b - a) * frac;
 
         const float in = x[s];
