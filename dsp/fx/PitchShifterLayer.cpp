@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 namespace Lumora {
 
@@ -38,6 +39,7 @@ void PitchShifterLayer::prepare(double sampleRate) {
     const double maxRatio = ratioOf(kMaxSemitones);
     resampler_.prepare(kMaxBlock, 1.0 / maxRatio, maxRatio);
     resampled_.assign(static_cast<size_t>(resampler_.maxOutput(kMaxBlock)), 0.0f);
+    stretched_.assign(kMaxBlock, 0.0f);
 
     // The output holds at most one block plus the reserve and a few sequences
     // in flight; anything beyond that is trimmed (see process).
@@ -45,6 +47,7 @@ void PitchShifterLayer::prepare(double sampleRate) {
         static_cast<int>(std::lround((kSequenceMs - kOverlapMs) * 0.001 * sampleRate));
     maxBacklog_ = 2 * kMaxBlock + 4 * sequence;
     startMargin_ = static_cast<int>(std::lround(kOverlapMs * 0.001 * sampleRate)) + kProbe;
+    queue_.assign(static_cast<size_t>(maxBacklog_) + resampled_.size() + kMaxBlock, 0.0f);
 
     // Grow the stretcher's buffers to their working maximum now: the largest
     // input (a block resampled at the lowest ratio) at the highest tempo, the
@@ -57,15 +60,16 @@ void PitchShifterLayer::prepare(double sampleRate) {
         stretcher_->setTempo(1.0 / ratio);
         const int input = std::min(bigInput, static_cast<int>(std::ceil(kMaxBlock / ratio)) + 64);
         for (int k = 0; k < 8; ++k) {
-            stretcher_->putSamples(resampled_.data(), static_cast<unsigned>(input));
+            put(resampled_.data(), input);
         }
         while (static_cast<int>(stretcher_->numSamples()) < maxBacklog_ + 2 * kMaxBlock) {
-            stretcher_->putSamples(resampled_.data(), static_cast<unsigned>(input));
+            put(resampled_.data(), input);
         }
         stretcher_->clear();
     }
-    stretcher_->setTempo(1.0);
     semitones_ = 0.0f;
+    ratio_ = 1.0;
+    stretcher_->setTempo(1.0);
     resampler_.setStep(1.0);
     reset();
 }
@@ -76,6 +80,8 @@ void PitchShifterLayer::reset() {
     }
     stretcher_->clear();
     resampler_.reset();
+    queueLength_ = 0;
+    started_ = false;
     running_ = false;
     outputSeen_ = false;
     inputSinceOutput_ = 0.0;
@@ -83,29 +89,87 @@ void PitchShifterLayer::reset() {
 }
 
 void PitchShifterLayer::setSemitones(float semitones) {
-    if (semitones == semitones_) {
+    if (semitones == semitones_ || !stretcher_) {
         return;
     }
     semitones_ = semitones;
-    setRatio(ratioOf(std::clamp(static_cast<double>(semitones), -kMaxSemitones, kMaxSemitones)));
-}
-
-void PitchShifterLayer::setRatio(double ratio) {
-    if (!stretcher_) {
-        return;
-    }
-    resampler_.setStep(ratio);
-    stretcher_->setTempo(1.0 / ratio);
-}
-
-void PitchShifterLayer::put(int from, int count) {
-    if (count > 0) {
-        stretcher_->putSamples(resampled_.data() + from, static_cast<unsigned>(count));
-    }
+    ratio_ = ratioOf(std::clamp(static_cast<double>(semitones), -kMaxSemitones, kMaxSemitones));
+    resampler_.setStep(ratio_);
+    stretcher_->setTempo(1.0 / ratio_);
 }
 
 int PitchShifterLayer::buffered() const {
-    return stretcher_ ? static_cast<int>(stretcher_->numSamples()) : 0;
+    if (!stretcher_) {
+        return 0;
+    }
+    return stretchFirst_ ? queueLength_ : static_cast<int>(stretcher_->numSamples());
+}
+
+void PitchShifterLayer::put(const float* samples, int count) {
+    if (count > 0) {
+        stretcher_->putSamples(samples, static_cast<unsigned>(count));
+    }
+}
+
+void PitchShifterLayer::feed(const float* samples, int count, double scale) {
+    if (running_ || outputSeen_) {
+        put(samples, count);
+        inputSinceOutput_ += count * scale;
+        return;
+    }
+    int pos = 0;
+    while (pos < count && stretcher_->numSamples() == 0) {
+        const int piece = std::min(kProbe, count - pos);
+        put(samples + pos, piece);
+        pos += piece;
+    }
+    put(samples + pos, count - pos);
+    if (stretcher_->numSamples() > 0) {
+        outputSeen_ = true;
+        inputSinceOutput_ = (count - pos) * scale;
+    }
+}
+
+void PitchShifterLayer::drainThroughResampler() {
+    const int capacity = static_cast<int>(queue_.size());
+    for (;;) {
+        const int k = static_cast<int>(
+            stretcher_->receiveSamples(stretched_.data(), static_cast<unsigned>(kMaxBlock)));
+        if (k <= 0) {
+            break;
+        }
+        // Room for the largest answer; the oldest output gives way if needed.
+        const int room = capacity - queueLength_ - resampler_.maxOutput(k);
+        if (room < 0) {
+            discard(-room);
+        }
+        queueLength_ += resampler_.process(stretched_.data(), k, queue_.data() + queueLength_);
+    }
+}
+
+void PitchShifterLayer::discard(int count) {
+    if (!stretchFirst_) {
+        stretcher_->receiveSamples(static_cast<unsigned>(count));
+        trimmed_ += count;
+        return;
+    }
+    count = std::min(count, queueLength_);
+    std::memmove(queue_.data(), queue_.data() + count,
+                 static_cast<size_t>(queueLength_ - count) * sizeof(float));
+    queueLength_ -= count;
+    trimmed_ += count;
+}
+
+int PitchShifterLayer::take(float* out, int count) {
+    if (!stretchFirst_) {
+        return static_cast<int>(stretcher_->receiveSamples(out, static_cast<unsigned>(count)));
+    }
+    count = std::min(count, queueLength_);
+    std::memcpy(out, queue_.data(), static_cast<size_t>(count) * sizeof(float));
+    std::memmove(queue_.data(), queue_.data() + count,
+                 static_cast<size_t>(queueLength_ - count) * sizeof(float));
+    queueLength_ -= count;
+    return count;
 }
 
 int PitchShifterLayer::process(const float* in, int n, float* out) {
@@ -113,26 +177,21 @@ int PitchShifterLayer::process(const float* in, int n, float* out) {
         return 0;
     }
     n = std::min(n, kMaxBlock);
-    const int m = resampler_.process(in, n, resampled_.data());
+    if (!started_) {
+        stretchFirst_ = ratio_ > 1.0;
+        started_ = true;
+    }
     // Input already past the first output before this block, in input samples.
     const double passed = inputSinceOutput_;
-    if (running_ || outputSeen_) {
-        put(0, m);
-        inputSinceOutput_ += n;
+    if (stretchFirst_) {
+        feed(in, n, 1.0);
+        drainThroughResampler();
     } else {
-        int pos = 0;
-        while (pos < m && stretcher_->numSamples() == 0) {
-            const int piece = std::min(kProbe, m - pos);
-            put(pos, piece);
-            pos += piece;
-        }
-        put(pos, m - pos);
-        if (stretcher_->numSamples() > 0) {
-            outputSeen_ = true;
-            inputSinceOutput_ = (m - pos) * resampler_.step();
-        }
+        const int m = resampler_.process(in, n, resampled_.data());
+        feed(resampled_.data(), m, resampler_.step());
     }
-    const int available = static_cast<int>(stretcher_->numSamples());
+
+    const int available = buffered();
     if (!running_) {
         const bool ready = reserve_ > 0 ? available >= n + reserve_
                                         : outputSeen_ && passed >= startMargin_ && available >= n;
@@ -143,19 +202,22 @@ int PitchShifterLayer::process(const float* in, int n, float* out) {
     }
     int taken;
     if (available >= n) {
-        taken = static_cast<int>(stretcher_->receiveSamples(out, static_cast<unsigned>(n)));
+        taken = take(out, n);
     } else {
-        taken = static_cast<int>(stretcher_->receiveSamples(out, static_cast<unsigned>(available)));
+        taken = take(out, available);
         running_ = false;
-        reserve_ = stretcher_->getSetting(SETTING_NOMINAL_OUTPUT_SEQUENCE);
+        // One burst of output: a sequence, stretched by the resampler when
+        // it comes after the stretcher.
+        const double burst = stretcher_->getSetting(SETTING_NOMINAL_OUTPUT_SEQUENCE);
+        reserve_ =
+            static_cast<int>(std::ceil(stretchFirst_ ? burst / std::min(ratio_, 1.0) : burst));
         ++underruns_;
     }
     // Output piling up (only after large pitch jumps) would add latency for
     // good; drop the oldest surplus instead.
-    const int excess = static_cast<int>(stretcher_->numSamples()) - maxBacklog_;
+    const int excess = buffered() - maxBacklog_;
     if (excess > 0) {
-        stretcher_->receiveSamples(static_cast<unsigned>(excess));
-        trimmed_ += excess;
+        discard(excess);
     }
     return taken;
 }

@@ -136,7 +136,8 @@ TEST(PitchEffect, MinuteOfSpeechHasNoPaddedGaps) {
 }
 
 TEST(PitchEffect, SweepingThePitchKeepsTheStreamWhole) {
-    // A knob being turned: a new pitch on every packet, up and down the range.
+    // A knob being turned: a new pitch on every packet, up and down the range,
+    // starting downwards (resample first) and upwards (stretch first).
     const Signal voice = speech(20.0);
     ASSERT_FALSE(voice.empty());
     Signal input = voice;
@@ -145,25 +146,28 @@ TEST(PitchEffect, SweepingThePitchKeepsTheStreamWhole) {
     for (float& v : input) {
         v += noise(random);
     }
-    SoundFxPreset p = onlyPitch(0.0f);
-    VoiceFxChain chain;
-    setUp(chain, p);
-    Audio audio({input});
-    const int packet = 480;
-    std::vector<float*> pointer(1);
-    for (int start = 0, k = 0; start + packet <= audio.frames(); start += packet, ++k) {
-        p.pitch.semitonesA = 12.0f * std::sin(k * 0.01f);
-        chain.setParameters(p);
-        pointer[0] = audio.planes[0].data() + start;
-        chain.process(pointer.data(), 1, packet);
+    for (float start : {-0.5f, 0.5f}) {
+        SoundFxPreset p = onlyPitch(12.0f * std::sin(start));
+        VoiceFxChain chain;
+        setUp(chain, p);
+        Audio audio({input});
+        const int packet = 480;
+        std::vector<float*> pointer(1);
+        for (int from = 0, k = 0; from + packet <= audio.frames(); from += packet, ++k) {
+            p.pitch.semitonesA = 12.0f * std::sin(start + k * 0.01f);
+            chain.setParameters(p);
+            pointer[0] = audio.planes[0].data() + from;
+            chain.process(pointer.data(), 1, packet);
+        }
+        EXPECT_EQ(chain.pitchEffect().layer(0, 0).stretchesFirst(), start > 0.0f);
+        const int begin = firstNonZero(audio.planes[0]);
+        ASSERT_GE(begin, 0);
+        EXPECT_TRUE(allFinite(audio.planes[0]));
+        // A sweep may cost a rare gap, never a stutter.
+        EXPECT_LE(chain.pitchEffect().underruns(), 2) << start;
+        EXPECT_LT(rmsDb(audio.planes[0], begin, audio.frames()), 0.0);
+        EXPECT_GT(rmsDb(audio.planes[0], begin, audio.frames()), rmsDb(input) - 6.0);
     }
-    const int begin = firstNonZero(audio.planes[0]);
-    ASSERT_GE(begin, 0);
-    EXPECT_TRUE(allFinite(audio.planes[0]));
-    // A sweep may cost a rare gap, never a stutter.
-    EXPECT_LE(chain.pitchEffect().underruns(), 2);
-    EXPECT_LT(rmsDb(audio.planes[0], begin, audio.frames()), 0.0);
-    EXPECT_GT(rmsDb(audio.planes[0], begin, audio.frames()), rmsDb(input) - 6.0);
 }
 
 TEST(PitchEffect, SwitchingOnAgainStartsFromSilence) {

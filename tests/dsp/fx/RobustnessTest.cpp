@@ -252,7 +252,7 @@ TEST(FxRobustness, ProcessingNeverAllocates) {
         if (position + n > static_cast<int>(x.size())) {
             position = 0;
         }
-        p.pitch.semitonesA = 12.0f * std::sin(k * 0.05f);
+        p.pitch.semitonesA = 12.0f * std::sin(k * 0.05f + 1.0f);
         p.pitch.semitonesB = -24.0f + (k % 49);
         p.pitch.formantShiftA = std::sin(k * 0.1f);
         p.pitch.formantShiftB = -p.pitch.formantShiftA;
