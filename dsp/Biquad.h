@@ -57,6 +57,11 @@ public:
 
     float s1() const { return s1_; }
     float s2() const { return s2_; }
+    // For code that runs several sections side by side and hands the state back.
+    void setState(float s1, float s2) {
+        s1_ = s1;
+        s2_ = s2;
+    }
 
 private:
     BiquadCoefficients c_;

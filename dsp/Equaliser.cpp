@@ -4,7 +4,97 @@
 
 #include <algorithm>
 
+#if defined(__SSE2__) || defined(_M_X64)
+#include <emmintrin.h>
+#define LUMORA_EQ_SSE 1
+#endif
+
 namespace Lumora {
+
+namespace {
+
+constexpr int kMaxSections = 3 + kNotchBandCount;
+
+#ifdef LUMORA_EQ_SSE
+// Runs N sections in series over both channels at once, lane 0 the left channel
+// and lane 1 the right, every section on each sample before the next sample.
+// A section's recursion is a chain of dependent multiplies and adds; taken one
+// section over the whole block, the processor waits on that chain. Interleaved,
+// the sections and channels overlap and only the arithmetic counts. Each lane
+// does exactly the scalar section's operations in the same order, so the result
+// is identical to running the sections one after the other.
+template <int N>
+void cascadeStereo(Biquad* const* left, Biquad* const* right, float* l, float* r, int frames) {
+    __m128 b0[N], b1[N], b2[N], a1[N], a2[N], s1[N], s2[N];
+    for (int k = 0; k < N; ++k) {
+        const BiquadCoefficients& cl = left[k]->coefficients();
+        const BiquadCoefficients& cr = right[k]->coefficients();
+        b0[k] = _mm_setr_ps(cl.b0, cr.b0, 0.0f, 0.0f);
+        b1[k] = _mm_setr_ps(cl.b1, cr.b1, 0.0f, 0.0f);
+        b2[k] = _mm_setr_ps(cl.b2, cr.b2, 0.0f, 0.0f);
+        a1[k] = _mm_setr_ps(cl.a1, cr.a1, 0.0f, 0.0f);
+        a2[k] = _mm_setr_ps(cl.a2, cr.a2, 0.0f, 0.0f);
+        s1[k] = _mm_setr_ps(left[k]->s1(), right[k]->s1(), 0.0f, 0.0f);
+        s2[k] = _mm_setr_ps(left[k]->s2(), right[k]->s2(), 0.0f, 0.0f);
+    }
+    for (int i = 0; i < frames; ++i) {
+        __m128 x = _mm_setr_ps(l[i], r[i], 0.0f, 0.0f);
+        for (int k = 0; k < N; ++k) {
+            const __m128 y = _mm_add_ps(_mm_mul_ps(b0[k], x), s1[k]);
+            s1[k] = _mm_add_ps(_mm_sub_ps(_mm_mul_ps(b1[k], x), _mm_mul_ps(a1[k], y)), s2[k]);
+            s2[k] = _mm_sub_ps(_mm_mul_ps(b2[k], x), _mm_mul_ps(a2[k], y));
+            x = y;
+        }
+        l[i] = _mm_cvtss_f32(x);
+        r[i] = _mm_cvtss_f32(_mm_shuffle_ps(x, x, 1));
+    }
+    for (int k = 0; k < N; ++k) {
+        alignas(16) float v1[4], v2[4];
+        _mm_store_ps(v1, s1[k]);
+        _mm_store_ps(v2, s2[k]);
+        left[k]->setState(v1[0], v2[0]);
+        right[k]->setState(v1[1], v2[1]);
+    }
+}
+
+bool runStereo(Biquad* const* left, Biquad* const* right, int count, float* l, float* r,
+               int frames) {
+    switch (count) {
+    case 1:
+        cascadeStereo<1>(left, right, l, r, frames);
+        return true;
+    case 2:
+        cascadeStereo<2>(left, right, l, r, frames);
+        return true;
+    case 3:
+        cascadeStereo<3>(left, right, l, r, frames);
+        return true;
+    case 4:
+        cascadeStereo<4>(left, right, l, r, frames);
+        return true;
+    case 5:
+        cascadeStereo<5>(left, right, l, r, frames);
+        return true;
+    case 6:
+        cascadeStereo<6>(left, right, l, r, frames);
+        return true;
+    case 7:
+        cascadeStereo<7>(left, right, l, r, frames);
+        return true;
+    case 8:
+        cascadeStereo<8>(left, right, l, r, frames);
+        return true;
+    default:
+        return false;
+    }
+}
+#else
+bool runStereo(Biquad* const*, Biquad* const*, int, float*, float*, int) {
+    return false;
+}
+#endif
+
+} // namespace
 
 void Equaliser::prepare(double sampleRate) {
     sampleRate_ = sampleRate;
@@ -75,30 +165,45 @@ void Equaliser::updateCoefficients(const EqParams& p) {
     }
 }
 
+int Equaliser::activeSections(int channel, const EqParams& p, Biquad** sections) {
+    // In order; a band at exactly 0 dB is skipped outright (it would change nothing).
+    int count = 0;
+    if (p.lowCutEnabled) {
+        sections[count++] = &lowCut_[channel];
+    }
+    for (int b = 0; b < kNotchBandCount; ++b) {
+        if (bandRuns(p.notchBands[b])) {
+            sections[count++] = &bands_[b][channel];
+        }
+    }
+    if (p.highShelfEnabled) {
+        sections[count++] = &highShelf_[channel];
+    }
+    if (p.highCutEnabled) {
+        sections[count++] = &highCut_[channel];
+    }
+    return count;
+}
+
 void Equaliser::process(float* const* planes, int channels, int frames, const EqParams& p) {
     const int used = std::min(channels, kChannels);
+    std::array<std::array<Biquad*, kMaxSections>, kChannels> sections{};
+    int count = 0;
     for (int c = 0; c < used; ++c) {
-        // The sections that run this packet, in order; a band at exactly 0 dB is
-        // skipped outright (it would change nothing).
-        std::array<Biquad*, 3 + kNotchBandCount> sections{};
-        int count = 0;
-        if (p.lowCutEnabled) {
-            sections[count++] = &lowCut_[c];
-        }
-        for (int b = 0; b < kNotchBandCount; ++b) {
-            if (bandRuns(p.notchBands[b])) {
-                sections[count++] = &bands_[b][c];
+        count = activeSections(c, p, sections[c].data());
+    }
+    const bool sideBySide = used == 2 && runStereo(sections[0].data(), sections[1].data(), count,
+                                                   planes[0], planes[1], frames);
+    if (!sideBySide) {
+        for (int c = 0; c < used; ++c) {
+            for (int k = 0; k < count; ++k) {
+                sections[c][k]->process(planes[c], frames);
             }
         }
-        if (p.highShelfEnabled) {
-            sections[count++] = &highShelf_[c];
-        }
-        if (p.highCutEnabled) {
-            sections[count++] = &highCut_[c];
-        }
+    }
+    for (int c = 0; c < used; ++c) {
         for (int k = 0; k < count; ++k) {
-            sections[k]->process(planes[c], frames);
-            sections[k]->clearIfNonFinite();
+            sections[c][k]->clearIfNonFinite();
         }
     }
 }

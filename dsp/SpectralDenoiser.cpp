@@ -1,5 +1,7 @@
 #include "dsp/SpectralDenoiser.h"
 
+#include "dsp/SimdMath.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -90,6 +92,89 @@ float SpectralDenoiser::expIntegral(float x) {
     return std::exp(-x) / x * num / den;
 }
 
+float SpectralDenoiser::gain(float power, float noisePower, float prevGain, float prevMagnitude,
+                             float amount) {
+    const float lambda = noisePower + 1e-10f;
+    const float post = std::min(60.0f, power / lambda); // a-posteriori SNR
+    const float prior = prevGain * prevMagnitude;
+    // A-priori SNR, decision-directed with weight 0.96.
+    const float xi =
+        std::max(0.0001f, 0.04f * std::max(0.0f, post - 1.0f) + 0.96f * prior * prior / lambda);
+    const float ratio = xi / (1.0f + xi);
+    const float g = std::clamp(ratio * std::exp(0.5f * expIntegral(ratio * post)), 0.01f, 1.0f);
+    return 1.0f - (1.0f - g) * amount;
+}
+
+void SpectralDenoiser::gains(const float* power, const float* noisePower, const float* prevGain,
+                             const float* prevMagnitude, float amount, float* out, int n) {
+    int k = 0;
+#ifdef LUMORA_SIMD_MATH
+    // The same rule four bins at a time. exp(E1(v)/2) is taken in the form that
+    // needs no logarithm: below 1, E1(v) = −ln v − γ + P(v), so
+    // exp(E1(v)/2) = exp((P(v) − γ)/2) / √v; from 1 on, exp(e^−v/v · R(v) / 2).
+    using namespace SimdMath;
+    const __m128 one = _mm_set1_ps(1.0f);
+    const __m128 zero = _mm_setzero_ps();
+    const __m128 amt = _mm_set1_ps(amount);
+    for (; k + 4 <= n; k += 4) {
+        const __m128 lambda = _mm_add_ps(_mm_loadu_ps(noisePower + k), _mm_set1_ps(1e-10f));
+        const __m128 post =
+            _mm_min_ps(_mm_set1_ps(60.0f), _mm_div_ps(_mm_loadu_ps(power + k), lambda));
+        const __m128 prior =
+            _mm_mul_ps(_mm_loadu_ps(prevGain + k), _mm_loadu_ps(prevMagnitude + k));
+        const __m128 fresh =
+            _mm_mul_ps(_mm_set1_ps(0.04f), _mm_max_ps(zero, _mm_sub_ps(post, one)));
+        const __m128 kept =
+            _mm_div_ps(_mm_mul_ps(_mm_set1_ps(0.96f), _mm_mul_ps(prior, prior)), lambda);
+        const __m128 xi = _mm_max_ps(_mm_set1_ps(0.0001f), _mm_add_ps(fresh, kept));
+        const __m128 ratio = _mm_div_ps(xi, _mm_add_ps(one, xi));
+        const __m128 v = _mm_mul_ps(ratio, post);
+
+        const __m128 below = _mm_cmplt_ps(v, one);
+        const int belowLanes = _mm_movemask_ps(below);
+        // Below 1: (P(v) − γ)/2. Each form is computed only when some lane needs it.
+        __m128 lowArg = zero;
+        if (belowLanes != 0) {
+            __m128 poly = _mm_set1_ps(0.00107857f);
+            poly = _mm_add_ps(_mm_mul_ps(poly, v), _mm_set1_ps(-0.00976004f));
+            poly = _mm_add_ps(_mm_mul_ps(poly, v), _mm_set1_ps(0.05519968f));
+            poly = _mm_add_ps(_mm_mul_ps(poly, v), _mm_set1_ps(-0.24991055f));
+            poly = _mm_add_ps(_mm_mul_ps(poly, v), _mm_set1_ps(0.99999195f));
+            poly = _mm_mul_ps(poly, v);
+            lowArg = _mm_mul_ps(_mm_set1_ps(0.5f), _mm_sub_ps(poly, _mm_set1_ps(0.5772157f)));
+        }
+        // From 1 on: E1(v)/2 by the rational form.
+        __m128 highArg = zero;
+        if (belowLanes != 0xf) {
+            const __m128 v2 = _mm_mul_ps(v, v);
+            const __m128 v3 = _mm_mul_ps(v2, v);
+            const __m128 v4 = _mm_mul_ps(v2, v2);
+            const __m128 num = _mm_add_ps(
+                _mm_add_ps(_mm_add_ps(v4, _mm_mul_ps(_mm_set1_ps(8.573329f), v3)),
+                           _mm_mul_ps(_mm_set1_ps(18.059017f), v2)),
+                _mm_add_ps(_mm_mul_ps(_mm_set1_ps(8.634761f), v), _mm_set1_ps(0.26777375f)));
+            const __m128 den = _mm_add_ps(
+                _mm_add_ps(_mm_add_ps(v4, _mm_mul_ps(_mm_set1_ps(9.573322f), v3)),
+                           _mm_mul_ps(_mm_set1_ps(25.632956f), v2)),
+                _mm_add_ps(_mm_mul_ps(_mm_set1_ps(21.099653f), v), _mm_set1_ps(3.9584968f)));
+            highArg = _mm_div_ps(_mm_mul_ps(exp4(_mm_sub_ps(zero, v)), num),
+                                 _mm_mul_ps(_mm_add_ps(v, v), den));
+        }
+        const __m128 factor = exp4(select4(below, lowArg, highArg));
+        __m128 e = select4(below, _mm_div_ps(factor, _mm_sqrt_ps(v)), factor);
+        // E1 is capped at 4 where v ≤ 0 (a silent bin): exp(2).
+        e = select4(_mm_cmple_ps(v, zero), _mm_set1_ps(7.3890561f), e);
+        __m128 g = _mm_mul_ps(ratio, e);
+        g = _mm_min_ps(one, _mm_max_ps(_mm_set1_ps(0.01f), g));
+        g = _mm_sub_ps(one, _mm_mul_ps(_mm_sub_ps(one, g), amt));
+        _mm_storeu_ps(out + k, g);
+    }
+#endif
+    for (; k < n; ++k) {
+        out[k] = gain(power[k], noisePower[k], prevGain[k], prevMagnitude[k], amount);
+    }
+}
+
 void SpectralDenoiser::process(float* samples, int n) {
     int i = 0;
     while (i < n) {
@@ -114,51 +199,60 @@ void SpectralDenoiser::process(float* samples, int n) {
     }
 }
 
+bool SpectralDenoiser::applyGains() {
+    int k = 0;
+    bool finite = true;
+#ifdef LUMORA_SIMD_MATH
+    __m128 bad = _mm_setzero_ps();
+    for (; k + 4 <= kBins; k += 4) {
+        const __m128 power = _mm_loadu_ps(power_.data() + k);
+        const __m128 g = _mm_loadu_ps(gain_.data() + k);
+        const __m128 sum = _mm_add_ps(power, g);
+        const __m128 diff = _mm_sub_ps(sum, sum); // NaN where the sum is not finite
+        bad = _mm_or_ps(bad, _mm_cmpunord_ps(diff, diff));
+        _mm_storeu_ps(prevGain_.data() + k, g);
+        _mm_storeu_ps(prevMagnitude_.data() + k, _mm_sqrt_ps(power));
+        _mm_storeu_ps(re_.data() + k, _mm_mul_ps(_mm_loadu_ps(re_.data() + k), g));
+        _mm_storeu_ps(im_.data() + k, _mm_mul_ps(_mm_loadu_ps(im_.data() + k), g));
+    }
+    finite = _mm_movemask_ps(bad) == 0;
+#endif
+    for (; k < kBins; ++k) {
+        const float g = gain_[k];
+        finite = finite && std::isfinite(power_[k] + g);
+        prevGain_[k] = g;
+        prevMagnitude_[k] = std::sqrt(power_[k]);
+        re_[k] *= g;
+        im_[k] *= g;
+    }
+    return finite;
+}
+
 void SpectralDenoiser::processFrame() {
     for (int n = 0; n < kFrameSize; ++n) {
-        re_[n] = frame_[n] * window_[n];
-        im_[n] = 0.0f;
+        time_[n] = frame_[n] * window_[n];
     }
-    fft_.forward(re_.data(), im_.data());
+    fft_.forward(time_.data(), re_.data(), im_.data());
 
-    const float amount = amount_;
-    float guard = 0.0f; // stays finite while every power and gain is
     for (int k = 0; k < kBins; ++k) {
-        const float power = re_[k] * re_[k] + im_[k] * im_[k];
-        const float magnitude = std::sqrt(power);
-        const float lambda = noisePower_[k] + 1e-10f;
-        const float post = std::min(60.0f, power / lambda);
-        const float prior = prevGain_[k] * prevMagnitude_[k];
-        const float xi =
-            std::max(0.0001f, 0.04f * std::max(0.0f, post - 1.0f) + 0.96f * prior * prior / lambda);
-        const float ratio = xi / (1.0f + xi);
-        const float v = ratio * post;
-        float gain = ratio * std::exp(0.5f * expIntegral(v));
-        gain = std::clamp(gain, 0.01f, 1.0f);
-        gain = 1.0f - (1.0f - gain) * amount;
-        guard += power + gain;
-        prevGain_[k] = gain;
-        prevMagnitude_[k] = magnitude;
-        re_[k] *= gain;
-        im_[k] *= gain;
+        power_[k] = re_[k] * re_[k] + im_[k] * im_[k];
     }
-    if (!std::isfinite(guard)) {
+    gains(power_.data(), noisePower_.data(), prevGain_.data(), prevMagnitude_.data(), amount_,
+          gain_.data(), kBins);
+    if (!applyGains()) {
         // Samples so loud that their powers overflow: drop this frame and start
         // the history afresh rather than carry non-finite values along.
         prevGain_.fill(1.0f);
         prevMagnitude_.fill(0.0f);
         return;
     }
-    // The upper half mirrors the lower one (the frame is real).
-    for (int k = kBins; k < kFrameSize; ++k) {
-        re_[k] = re_[kFrameSize - k];
-        im_[k] = -im_[kFrameSize - k];
-    }
-    fft_.inverse(re_.data(), im_.data());
+    // The upper half of the spectrum mirrors the lower one (the frame is real);
+    // the real inverse transform takes that as given.
+    fft_.inverse(re_.data(), im_.data(), time_.data());
 
     constexpr float scale = 1.0f / kFrameSize;
     for (int n = 0; n < kFrameSize; ++n) {
-        overlap_[n] += re_[n] * window_[n] * scale;
+        overlap_[n] += time_[n] * window_[n] * scale;
     }
 }
 

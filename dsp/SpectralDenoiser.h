@@ -1,7 +1,7 @@
 #pragma once
 
 #include "dsp/EffectPreset.h"
-#include "dsp/Fft.h"
+#include "dsp/RealFft.h"
 
 #include <array>
 
@@ -44,19 +44,35 @@ public:
     // with E1(x ≤ 0) capped at 4.
     static float expIntegral(float x);
 
+    // The per-bin rule: from a bin's power |X|², its noise power λ and the
+    // previous frame's gain and magnitude, the gain G' to apply with strength
+    // `amount`. gain() is the plain reference; gains() computes n bins at once
+    // (four lanes where the processor has them) and agrees with it to within
+    // float rounding.
+    static float gain(float power, float noisePower, float prevGain, float prevMagnitude,
+                      float amount);
+    static void gains(const float* power, const float* noisePower, const float* prevGain,
+                      const float* prevMagnitude, float amount, float* out, int n);
+
 private:
     void processFrame();
+    // Applies this frame's gains and keeps them with the magnitudes for the
+    // next frame; false when a power or gain is not finite.
+    bool applyGains();
 
-    Fft fft_;
+    RealFft fft_;
     std::array<float, kFrameSize> frame_{};
-    std::array<float, kFrameSize> re_{};
-    std::array<float, kFrameSize> im_{};
+    std::array<float, kFrameSize> time_{}; // windowed frame, then its resynthesis
+    std::array<float, kBins> re_{};
+    std::array<float, kBins> im_{};
     std::array<float, kFrameSize> overlap_{};
     std::array<float, kHop> outputBlock_{};
     std::array<float, kFrameSize> window_{};
     std::array<float, kBins> noisePower_{};
     std::array<float, kBins> prevGain_{};
     std::array<float, kBins> prevMagnitude_{};
+    std::array<float, kBins> power_{}; // this frame's |X|², per bin
+    std::array<float, kBins> gain_{};  // this frame's G', per bin
     float amount_ = 0.75f;
     double sampleRate_ = 48000.0;
     int position_ = 0;

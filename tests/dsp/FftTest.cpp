@@ -1,6 +1,7 @@
 // The transform against a direct DFT, and the round trip.
 #include "dsp/Fft.h"
 #include "DspTestSignals.h"
+#include "dsp/RealFft.h"
 
 #include <gtest/gtest.h>
 
@@ -72,5 +73,25 @@ TEST(Fft, SplitAndInterleavedFormsAgreeAndRoundTrip) {
     for (int i = 0; i < 1024; ++i) {
         ASSERT_NEAR(y[i].real() / 1024.0f, x[i].real(), 1e-5f);
         ASSERT_NEAR(y[i].imag() / 1024.0f, x[i].imag(), 1e-5f);
+    }
+}
+
+TEST(RealFft, MatchesTheComplexTransformOfARealSignalAndRoundTrips) {
+    const int n = 1024;
+    const auto x = TestSignals::noise(n, 1.0f, 3);
+    std::vector<std::complex<float>> full(x.begin(), x.end());
+    Fft fft(n);
+    fft.forward(full.data());
+    RealFft real(n);
+    std::vector<float> re(n / 2 + 1), im(n / 2 + 1);
+    real.forward(x.data(), re.data(), im.data());
+    for (int k = 0; k <= n / 2; ++k) {
+        ASSERT_NEAR(re[k], full[k].real(), 2e-4f) << k;
+        ASSERT_NEAR(im[k], full[k].imag(), 2e-4f) << k;
+    }
+    std::vector<float> back(n);
+    real.inverse(re.data(), im.data(), back.data());
+    for (int i = 0; i < n; ++i) {
+        ASSERT_NEAR(back[i] / n, x[i], 1e-5f) << i;
     }
 }

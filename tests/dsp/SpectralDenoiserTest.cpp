@@ -141,3 +141,30 @@ TEST(SpectralDenoiser, NonFiniteInputNeverReachesTheOutput) {
     runPackets(*d, after, 480);
     EXPECT_TRUE(allFinite(after));
 }
+
+TEST(SpectralDenoiserGain, BlockRuleAgreesWithTheReferenceEverywhere) {
+    // SNRs from silence to far above the cap, priors from none to strong, on
+    // both sides of v = 1 where E1 changes form.
+    std::vector<float> power, noise, prevGain, prevMag;
+    for (float postDb :
+         {-300.0f, -60.0f, -20.0f, -6.0f, -1.0f, 0.0f, 0.5f, 3.0f, 10.0f, 17.7f, 30.0f}) {
+        for (float prior : {0.0f, 0.01f, 0.3f, 1.0f, 5.0f}) {
+            noise.push_back(100.0f);
+            power.push_back(postDb == -300.0f ? 0.0f : 100.0f * std::pow(10.0f, postDb / 10.0f));
+            prevGain.push_back(prior > 1.0f ? 1.0f : prior);
+            prevMag.push_back(prior * 10.0f);
+        }
+    }
+    const int n = static_cast<int>(power.size());
+    for (float amount : {0.0f, 0.6f, 1.0f}) {
+        std::vector<float> block(power.size());
+        SpectralDenoiser::gains(power.data(), noise.data(), prevGain.data(), prevMag.data(), amount,
+                                block.data(), n);
+        for (int k = 0; k < n; ++k) {
+            const float reference =
+                SpectralDenoiser::gain(power[k], noise[k], prevGain[k], prevMag[k], amount);
+            ASSERT_NEAR(block[k], reference, 2e-6f + 2e-6f * reference)
+                << "bin " << k << " amount " << amount;
+        }
+    }
+}
