@@ -1,5 +1,6 @@
 #include "dsp/Fft.h"
 
+#include <climits>
 #include <cmath>
 #include <utility>
 
@@ -40,6 +41,46 @@ inline void butterflies(float* ar, float* ai, int half, const float* wr, const f
     }
 #endif
 }
+
+#ifdef LUMORA_FFT_SSE
+// a := a + w·b, b := a − w·b on four complex values in registers.
+inline void butterfly4(__m128& ar, __m128& ai, __m128& br, __m128& bi, __m128 wr, __m128 wi) {
+    const __m128 tr = _mm_sub_ps(_mm_mul_ps(br, wr), _mm_mul_ps(bi, wi));
+    const __m128 ti = _mm_add_ps(_mm_mul_ps(br, wi), _mm_mul_ps(bi, wr));
+    br = _mm_sub_ps(ar, tr);
+    bi = _mm_sub_ps(ai, ti);
+    ar = _mm_add_ps(ar, tr);
+    ai = _mm_add_ps(ai, ti);
+}
+
+// Two consecutive stages, of lengths len and 2·len, in one pass over a block of
+// 2·len values: each value is loaded and stored once instead of twice. The
+// arithmetic is exactly that of the two stages one after the other.
+// w1 holds the first stage's len/2 twiddles, w2 the second's len.
+inline void twoStages(float* re, float* im, int len, const float* w1r, const float* w1i,
+                      const float* w2r, const float* w2i) {
+    const int q = len / 2;
+    for (int j = 0; j < q; j += 4) {
+        __m128 r0 = _mm_loadu_ps(re + j), i0 = _mm_loadu_ps(im + j);
+        __m128 r1 = _mm_loadu_ps(re + j + q), i1 = _mm_loadu_ps(im + j + q);
+        __m128 r2 = _mm_loadu_ps(re + j + 2 * q), i2 = _mm_loadu_ps(im + j + 2 * q);
+        __m128 r3 = _mm_loadu_ps(re + j + 3 * q), i3 = _mm_loadu_ps(im + j + 3 * q);
+        const __m128 ar = _mm_loadu_ps(w1r + j), ai = _mm_loadu_ps(w1i + j);
+        butterfly4(r0, i0, r1, i1, ar, ai);
+        butterfly4(r2, i2, r3, i3, ar, ai);
+        butterfly4(r0, i0, r2, i2, _mm_loadu_ps(w2r + j), _mm_loadu_ps(w2i + j));
+        butterfly4(r1, i1, r3, i3, _mm_loadu_ps(w2r + j + q), _mm_loadu_ps(w2i + j + q));
+        _mm_storeu_ps(re + j, r0);
+        _mm_storeu_ps(im + j, i0);
+        _mm_storeu_ps(re + j + q, r1);
+        _mm_storeu_ps(im + j + q, i1);
+        _mm_storeu_ps(re + j + 2 * q, r2);
+        _mm_storeu_ps(im + j + 2 * q, i2);
+        _mm_storeu_ps(re + j + 3 * q, r3);
+        _mm_storeu_ps(im + j + 3 * q, i3);
+    }
+}
+#endif
 
 } // namespace
 
@@ -111,25 +152,64 @@ void Fft::transform(float* re, float* im) const {
     }
 
     // Lengths 2 and 4 together: their twiddles are 1 and -i, no multiplication.
-    for (int s = 0; s < n; s += 4) {
-        const float r0 = re[s] + re[s + 1], i0 = im[s] + im[s + 1];
-        const float r1 = re[s] - re[s + 1], i1 = im[s] - im[s + 1];
-        const float r2 = re[s + 2] + re[s + 3], i2 = im[s + 2] + im[s + 3];
-        const float r3 = re[s + 2] - re[s + 3], i3 = im[s + 2] - im[s + 3];
-        re[s] = r0 + r2;
-        im[s] = i0 + i2;
-        re[s + 2] = r0 - r2;
-        im[s + 2] = i0 - i2;
+    int g = 0;
+#ifdef LUMORA_FFT_SSE
+    // Four values per register: [x0 x1 x2 x3] -> A = x0 + x1, B = x0 - x1,
+    // C = x2 + x3, D = x2 - x3 -> [A + C, B - iD, A - C, B + iD].
+    const __m128 oddNeg = _mm_castsi128_ps(_mm_setr_epi32(0, INT32_MIN, 0, INT32_MIN));
+    const __m128 highNeg = _mm_castsi128_ps(_mm_setr_epi32(0, 0, INT32_MIN, INT32_MIN));
+    const __m128 middleNeg = _mm_castsi128_ps(_mm_setr_epi32(0, INT32_MIN, INT32_MIN, 0));
+    for (; g + 4 <= n; g += 4) {
+        const __m128 vr = _mm_loadu_ps(re + g), vi = _mm_loadu_ps(im + g);
+        const __m128 pr =
+            _mm_add_ps(_mm_shuffle_ps(vr, vr, _MM_SHUFFLE(2, 2, 0, 0)),
+                       _mm_xor_ps(_mm_shuffle_ps(vr, vr, _MM_SHUFFLE(3, 3, 1, 1)), oddNeg));
+        const __m128 pi =
+            _mm_add_ps(_mm_shuffle_ps(vi, vi, _MM_SHUFFLE(2, 2, 0, 0)),
+                       _mm_xor_ps(_mm_shuffle_ps(vi, vi, _MM_SHUFFLE(3, 3, 1, 1)), oddNeg));
+        // pr = [Ar Br Cr Dr], pi = [Ai Bi Ci Di]
+        const __m128 cdr = _mm_shuffle_ps(pr, pi, _MM_SHUFFLE(3, 3, 2, 2)); // [Cr Cr Di Di]
+        const __m128 cdi = _mm_shuffle_ps(pi, pr, _MM_SHUFFLE(3, 3, 2, 2)); // [Ci Ci Dr Dr]
+        const __m128 outr =
+            _mm_add_ps(_mm_shuffle_ps(pr, pr, _MM_SHUFFLE(1, 0, 1, 0)),
+                       _mm_xor_ps(_mm_shuffle_ps(cdr, cdr, _MM_SHUFFLE(2, 0, 2, 0)), highNeg));
+        const __m128 outi =
+            _mm_add_ps(_mm_shuffle_ps(pi, pi, _MM_SHUFFLE(1, 0, 1, 0)),
+                       _mm_xor_ps(_mm_shuffle_ps(cdi, cdi, _MM_SHUFFLE(2, 0, 2, 0)), middleNeg));
+        _mm_storeu_ps(re + g, outr);
+        _mm_storeu_ps(im + g, outi);
+    }
+#endif
+    for (; g < n; g += 4) {
+        const float r0 = re[g] + re[g + 1], i0 = im[g] + im[g + 1];
+        const float r1 = re[g] - re[g + 1], i1 = im[g] - im[g + 1];
+        const float r2 = re[g + 2] + re[g + 3], i2 = im[g + 2] + im[g + 3];
+        const float r3 = re[g + 2] - re[g + 3], i3 = im[g + 2] - im[g + 3];
+        re[g] = r0 + r2;
+        im[g] = i0 + i2;
+        re[g + 2] = r0 - r2;
+        im[g + 2] = i0 - i2;
         // (r3 + i·i3)·(-i) = i3 - i·r3
-        re[s + 1] = r1 + i3;
-        im[s + 1] = i1 - r3;
-        re[s + 3] = r1 - i3;
-        im[s + 3] = i1 + r3;
+        re[g + 1] = r1 + i3;
+        im[g + 1] = i1 - r3;
+        re[g + 3] = r1 - i3;
+        im[g + 3] = i1 + r3;
     }
 
     const float* wr = twiddleRe_.data();
     const float* wi = twiddleIm_.data();
-    for (int len = 8; len <= n; len *= 2) {
+    int len = 8;
+#ifdef LUMORA_FFT_SSE
+    for (; 2 * len <= n; len *= 4) {
+        const int half = len / 2;
+        for (int s = 0; s < n; s += 2 * len) {
+            twoStages(re + s, im + s, len, wr, wi, wr + half, wi + half);
+        }
+        wr += half + len;
+        wi += half + len;
+    }
+#endif
+    for (; len <= n; len *= 2) {
         const int half = len / 2;
         for (int s = 0; s < n; s += len) {
             butterflies(re + s, im + s, half, wr, wi);
