@@ -179,13 +179,22 @@ void SpectralDenoiser::process(float* samples, int n) {
     int i = 0;
     while (i < n) {
         const int take = std::min(n - i, kHop - position_);
-        for (int k = 0; k < take; ++k) {
-            // A sample that is not a number never enters the transform, where
-            // it would spoil every bin and the history behind them.
-            const float x = samples[i + k];
-            frame_[kHop + position_ + k] = std::isfinite(x) ? x : 0.0f;
-            samples[i + k] = outputBlock_[position_ + k];
+        float* in = frame_.data() + kHop + position_;
+        const float* x = samples + i;
+        int k = 0;
+        // A sample that is not finite never enters the transform, where it would
+        // spoil every bin and the history behind them: it enters as silence.
+#ifdef LUMORA_SIMD_MATH
+        for (; k + 4 <= take; k += 4) {
+            const __m128 v = _mm_loadu_ps(x + k);
+            const __m128 d = _mm_sub_ps(v, v); // 0 when finite, NaN otherwise
+            _mm_storeu_ps(in + k, _mm_and_ps(v, _mm_cmpord_ps(d, d)));
         }
+#endif
+        for (; k < take; ++k) {
+            in[k] = std::isfinite(x[k]) ? x[k] : 0.0f;
+        }
+        std::memcpy(samples + i, outputBlock_.data() + position_, take * sizeof(float));
         position_ += take;
         i += take;
         if (position_ == kHop) {
