@@ -2,6 +2,7 @@
 // libraries it was chosen over. Built only when both libraries are installed
 // (libkissfft-dev, libfftw3-dev); they are not dependencies of the product.
 #include "dsp/Fft.h"
+#include "dsp/RealFft.h"
 
 #include <benchmark/benchmark.h>
 #include <fftw3.h>
@@ -112,5 +113,49 @@ void BM_FftFftw(benchmark::State& state) {
     fftwf_free(b);
 }
 BENCHMARK(BM_FftFftw)->Arg(0)->Arg(1);
+
+// The spectral stage's own use: a real frame of 1024 samples, there and back.
+void BM_RealOwn(benchmark::State& state) {
+    Lumora::RealFft fft(kSize);
+    std::vector<float> x(kSize), re(kSize / 2 + 1), im(kSize / 2 + 1);
+    for (int i = 0; i < kSize; ++i) {
+        x[i] = std::sin(0.01f * i) + 0.3f * std::cos(0.37f * i);
+    }
+    for (auto _ : state) {
+        fft.forward(x.data(), re.data(), im.data());
+        fft.inverse(re.data(), im.data(), x.data());
+        for (float& v : x) {
+            v *= 1.0f / kSize;
+        }
+        benchmark::DoNotOptimize(x.data());
+    }
+    state.SetItemsProcessed(state.iterations() * 2);
+}
+BENCHMARK(BM_RealOwn);
+
+void BM_RealFftw(benchmark::State& state) {
+    float* x = fftwf_alloc_real(kSize);
+    fftwf_complex* spectrum = fftwf_alloc_complex(kSize / 2 + 1);
+    const unsigned flags = state.range(0) ? FFTW_MEASURE : FFTW_ESTIMATE;
+    fftwf_plan fwd = fftwf_plan_dft_r2c_1d(kSize, x, spectrum, flags);
+    fftwf_plan inv = fftwf_plan_dft_c2r_1d(kSize, spectrum, x, flags);
+    for (int i = 0; i < kSize; ++i) {
+        x[i] = std::sin(0.01f * i) + 0.3f * std::cos(0.37f * i);
+    }
+    for (auto _ : state) {
+        fftwf_execute(fwd);
+        fftwf_execute(inv);
+        for (int i = 0; i < kSize; ++i) {
+            x[i] *= 1.0f / kSize;
+        }
+        benchmark::DoNotOptimize(x);
+    }
+    state.SetItemsProcessed(state.iterations() * 2);
+    fftwf_destroy_plan(fwd);
+    fftwf_destroy_plan(inv);
+    fftwf_free(x);
+    fftwf_free(spectrum);
+}
+BENCHMARK(BM_RealFftw)->Arg(0)->Arg(1);
 
 } // namespace
