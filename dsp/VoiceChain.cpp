@@ -17,12 +17,6 @@ constexpr double kNoiseModelRate = 48000.0;
 
 VoiceChain::VoiceChain() = default;
 
-VoiceChain::~VoiceChain() {
-    for (NoiseSuppressor& s : suppressors_) {
-        s.release();
-    }
-}
-
 void VoiceChain::setNoiseModelLocation(const NoiseModelLocation& location) {
     noiseLocation_ = location;
 }

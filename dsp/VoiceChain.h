@@ -25,7 +25,6 @@ namespace Lumora {
 class VoiceChain {
 public:
     VoiceChain();
-    ~VoiceChain();
     VoiceChain(const VoiceChain&) = delete;
     VoiceChain& operator=(const VoiceChain&) = delete;
 
