@@ -2,6 +2,7 @@
 #include "module/DialogRegistry.h"
 #include "module/FilterKeys.h"
 #include "module/ObsFilterState.h"
+#include "platform/Platform.h"
 
 #include <media-io/audio-io.h>
 #include <obs-module.h>
@@ -69,6 +70,13 @@ void* filterCreate(obs_data_t* settings, obs_source_t* source) {
 
     // The analyser's rings, filters and loudness meter are sized here, once: an
     // update while audio flows must never rebuild what the audio thread is using.
+    // The neural suppressor's library may sit beside this module or on the
+    // system's path; its model lives in the module's data folder.
+    const char* dataPath = obs_get_module_data_path(obs_current_module());
+    state->chain.setNoiseModelLocation(NoiseModelLocation::standard(
+        Platform::folderOfBinaryContaining(reinterpret_cast<const void*>(&filterName)),
+        dataPath ? dataPath : ""));
+
     const double rate = static_cast<double>(state->sampleRate);
     const int blockHint = static_cast<int>(state->sampleRate / 10);
     state->analyser->prepare(rate);
