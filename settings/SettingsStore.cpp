@@ -202,8 +202,9 @@ bool SettingsStore::save(const AppSettings& settings) {
     if (!fs_->renameFile(temp, settingsPath())) {
         return false;
     }
-    fs_->syncFolder(folder_); // makes the renames durable; the file is in place either way
-    return true;
+    // Only once the renames are durable is the new document safe from a power
+    // loss; a failure here leaves it in place but says it may not last.
+    return fs_->syncFolder(folder_);
 }
 
 std::optional<std::string> SettingsStore::readFile(const std::string& path) const {

@@ -62,9 +62,11 @@ public:
     // Reads the live file, else the backup, without seeding and without writing:
     // for inspection (the CLI) only.
     LoadReport inspect() const;
-    // True when the new file is in place. On false the live file and the backup
-    // hold what they held before, except when the final rename failed (then the
-    // backup holds the previous document and the next load takes it).
+    // True when the new file is in place and flushed to the disk. On false the
+    // live file and the backup hold what they held before, except when one of the
+    // last steps failed: after a failed final rename the backup holds the previous
+    // document and the next load takes it; after a failed final flush the new file
+    // is in place but may not survive a power loss.
     bool save(const AppSettings& settings);
 
     // Preset operations: each is one load-change-save transaction and returns the
