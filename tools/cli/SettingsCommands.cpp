@@ -87,7 +87,7 @@ std::optional<std::string> readStdin() {
 }
 
 std::string savedAtText(const std::string& savedAt) {
-    return savedAt.empty() ? std::string("built-in, not saved yet") : "saved " + savedAt;
+    return savedAt.empty() ? std::string("not saved yet") : "saved " + savedAt;
 }
 
 int verify(const Options& o) {
