@@ -27,7 +27,6 @@ bool syncFile(const std::string& path);
 bool syncFolder(const std::string& path);
 
 bool fileExists(const std::string& path);
-bool folderExists(const std::string& path);
 bool fileReadable(const std::string& path);
 
 // Converts a calendar time to the local time zone (localtime_r / localtime_s);

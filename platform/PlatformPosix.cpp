@@ -79,11 +79,6 @@ bool fileExists(const std::string& path) {
     return stat(path.c_str(), &st) == 0;
 }
 
-bool folderExists(const std::string& path) {
-    struct stat st {};
-    return stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
-}
-
 bool localTime(std::time_t t, std::tm& out) {
     return localtime_r(&t, &out) != nullptr;
 }

@@ -65,4 +65,30 @@ bool parsePresetBundle(std::string_view text, PresetBundle& out, std::string& er
     return true;
 }
 
+std::string effectPresetText(const SavedEffectPreset& preset) {
+    return renderJson(effectPresetToJson(preset));
+}
+
+std::string soundFxPresetText(const SavedSoundFxPreset& preset) {
+    return renderJson(soundFxPresetToJson(preset));
+}
+
+bool parseEffectPresetText(std::string_view text, SavedEffectPreset& out) {
+    const JsonParseResult parsed = parseJson(text);
+    if (!parsed.ok || !parsed.value.isObject()) {
+        return false;
+    }
+    out = effectPresetFromJson(parsed.value);
+    return true;
+}
+
+bool parseSoundFxPresetText(std::string_view text, SavedSoundFxPreset& out) {
+    const JsonParseResult parsed = parseJson(text);
+    if (!parsed.ok || !parsed.value.isObject()) {
+        return false;
+    }
+    out = soundFxPresetFromJson(parsed.value);
+    return true;
+}
+
 } // namespace Lumora

@@ -28,4 +28,13 @@ std::string renderPresetBundle(const PresetBundle& bundle);
 // newer version is refused. On false `error` says why in one short phrase.
 bool parsePresetBundle(std::string_view text, PresetBundle& out, std::string& error);
 
+// One preset as text: the object the settings file stores for it, in the file's
+// own format. For the filter's procedures and the tools that print a preset.
+std::string effectPresetText(const SavedEffectPreset& preset);
+std::string soundFxPresetText(const SavedSoundFxPreset& preset);
+// Read such an object (defaults and clamps as in the settings file); false, with
+// `out` untouched, when the text is not a JSON object.
+bool parseEffectPresetText(std::string_view text, SavedEffectPreset& out);
+bool parseSoundFxPresetText(std::string_view text, SavedSoundFxPreset& out);
+
 } // namespace Lumora
