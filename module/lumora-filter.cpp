@@ -1,6 +1,7 @@
 // The "Tindra" audio filter: OBS callbacks around ObsFilterState.
 #include "module/DialogRegistry.h"
 #include "module/FilterKeys.h"
+#include "module/FilterProcedures.h"
 #include "module/ObsFilterState.h"
 #include "platform/Platform.h"
 
@@ -84,6 +85,8 @@ void* filterCreate(obs_data_t* settings, obs_source_t* source) {
     state->effects.prepare(rate, blockHint);
 
     filterUpdate(state, settings);
+    state->restoreFromSettings();
+    registerFilterProcedures(source, state);
     blog(LOG_INFO, "[Lumora] filter created (sr=%u ch=%u)", state->sampleRate, state->channels);
     return state;
 }

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <memory>
+#include <unistd.h>
 
 namespace {
 
@@ -13,6 +14,11 @@ std::unique_ptr<Lumora::ObsHarness> gHost;
 class HostEnvironment : public ::testing::Environment {
 public:
     void SetUp() override {
+        // Every test process gets settings of its own: a filter restores the voice
+        // stored there, and one test's presets must not leak into another's.
+        char folder[] = "/tmp/lumora-host-test-XXXXXX";
+        ASSERT_NE(mkdtemp(folder), nullptr);
+        setenv("LUMORA_SETTINGS_DIR", folder, 1);
         gHost = std::make_unique<Lumora::ObsHarness>();
         std::string error;
         ASSERT_TRUE(gHost->start(48000, 2, error)) << error;
