@@ -21,6 +21,7 @@ enum DiagnosisStep : int32_t {
 };
 
 constexpr int kDiagnosisListCount = 6;
+constexpr int kSessionStepCount = kDiagnosisListCount;
 constexpr size_t kMaxSnapshotsPerStep = 512;
 
 // What the wizard records: one list of analyser snapshots per take. Touched on
@@ -33,6 +34,7 @@ struct DiagnosisSession {
     // Appends a snapshot to a step's list; false (and nothing stored) when the
     // step is out of range or its list already holds 512 snapshots.
     bool record(int step, const AudioMetrics& metrics);
+    void append(int step, const AudioMetrics& metrics) { (void)record(step, metrics); }
     // Back to step 0 with all six lists empty; the mic type stays.
     void clear();
 };
