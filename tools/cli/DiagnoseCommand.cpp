@@ -16,6 +16,9 @@
 #include "diagnosis/DiagnosisAnalysis.h"
 #include "diagnosis/DiagnosisVerdicts.h"
 #include "diagnosis/RecommendedSettings.h"
+#include "settings/AppSettings.h"
+#include "settings/JsonText.h"
+#include "settings/SettingsJson.h"
 
 #include <algorithm>
 #include <cmath>
@@ -52,246 +55,56 @@ struct Options {
     std::string lang;
 };
 
-// ---- a small JSON text writer (pretty-printed, UTF-8 passed through) ----
+// ---- the JSON result, in the settings file's own text format ----
 
-class JsonOut {
-public:
-    std::string text;
-
-    void beginObject() { open('{'); }
-    void endObject() { close('}'); }
-    void beginArray() { open('['); }
-    void endArray() { close(']'); }
-    void key(const char* k) {
-        separate();
-        quote(k);
-        text += ": ";
-        afterKey_ = true;
-    }
-    void value(const std::string& s) {
-        separate();
-        quote(s);
-    }
-    void value(const char* s) { value(std::string(s)); }
-    void value(bool b) {
-        separate();
-        text += b ? "true" : "false";
-    }
-    void value(int v) {
-        separate();
-        text += std::to_string(v);
-    }
-    void value(float v) {
-        separate();
-        if (!std::isfinite(v)) {
-            text += "null";
-            return;
-        }
-        char buf[32];
-        std::snprintf(buf, sizeof buf, "%.7g", static_cast<double>(v));
-        text += buf;
-    }
-    template <typename T>
-    void field(const char* k, const T& v) {
-        key(k);
-        value(v);
-    }
-
-private:
-    void open(char c) {
-        separate();
-        text += c;
-        first_.push_back(true);
-    }
-    void close(char c) {
-        const bool empty = first_.back();
-        first_.pop_back();
-        if (!empty) {
-            newline();
-        }
-        text += c;
-    }
-    void separate() {
-        if (afterKey_) {
-            afterKey_ = false;
-            return;
-        }
-        if (first_.empty()) {
-            return;
-        }
-        if (!first_.back()) {
-            text += ',';
-        }
-        first_.back() = false;
-        newline();
-    }
-    void newline() {
-        text += '\n';
-        text.append(first_.size() * 2, ' ');
-    }
-    void quote(const std::string& s) {
-        text += '"';
-        for (const char ch : s) {
-            const auto c = static_cast<unsigned char>(ch);
-            switch (c) {
-            case '"':
-                text += "\\\"";
-                break;
-            case '\\':
-                text += "\\\\";
-                break;
-            case '\n':
-                text += "\\n";
-                break;
-            case '\t':
-                text += "\\t";
-                break;
-            case '\r':
-                text += "\\r";
-                break;
-            default:
-                if (c < 0x20) {
-                    char buf[8];
-                    std::snprintf(buf, sizeof buf, "\\u%04x", c);
-                    text += buf;
-                } else {
-                    text += ch;
-                }
-            }
-        }
-        text += '"';
-    }
-
-    std::vector<bool> first_;
-    bool afterKey_ = false;
-};
-
-void writeStats(JsonOut& j, const StepStats& s) {
-    j.beginObject();
-    j.field("level", s.level);
-    j.field("peak95", s.peak95);
-    j.field("peakMax", s.peakMax);
-    j.field("noiseFloorMin", s.noiseFloorMin);
-    j.field("low", s.low);
-    j.field("mid", s.mid);
-    j.field("high", s.high);
-    j.field("clipped", s.clipped);
-    j.field("count", static_cast<int>(s.count));
-    j.field("valid", s.valid);
-    j.endObject();
-}
-
-// The preset as the settings document stores one (same key names).
-void writePreset(JsonOut& j, const EffectPreset& p) {
-    j.beginObject();
-    j.field("name", p.name);
-    j.field("description", p.description);
-    j.field("recording", p.recording);
-    j.key("eq");
-    j.beginObject();
-    j.field("enabled", p.eq.enabled);
-    j.field("lowCutEnabled", p.eq.lowCutEnabled);
-    j.field("lowCutHz", p.eq.lowCutHz);
-    j.field("highShelfEnabled", p.eq.highShelfEnabled);
-    j.field("highShelfHz", p.eq.highShelfHz);
-    j.field("highShelfGainDb", p.eq.highShelfGainDb);
-    j.key("notchBands");
-    j.beginArray();
-    for (const NotchBand& b : p.eq.notchBands) {
-        j.beginObject();
-        j.field("enabled", b.enabled);
-        j.field("centerHz", b.centerHz);
-        j.field("gainDb", b.gainDb);
-        j.field("q", b.q);
-        j.endObject();
-    }
-    j.endArray();
-    j.field("highCutEnabled", p.eq.highCutEnabled);
-    j.field("highCutHz", p.eq.highCutHz);
-    j.field("highCutQ", p.eq.highCutQ);
-    j.endObject();
-    j.key("comp");
-    j.beginObject();
-    j.field("enabled", p.comp.enabled);
-    j.field("thresholdDb", p.comp.thresholdDb);
-    j.field("ratio", p.comp.ratio);
-    j.field("kneeDb", p.comp.kneeDb);
-    j.field("attackMs", p.comp.attackMs);
-    j.field("releaseMs", p.comp.releaseMs);
-    j.field("makeupGainDb", p.comp.makeupGainDb);
-    j.endObject();
-    j.key("limiter");
-    j.beginObject();
-    j.field("enabled", p.limiter.enabled);
-    j.field("ceilingDb", p.limiter.ceilingDb);
-    j.field("releaseMs", p.limiter.releaseMs);
-    j.endObject();
-    j.key("gate");
-    j.beginObject();
-    j.field("enabled", p.gate.enabled);
-    j.field("thresholdDb", p.gate.thresholdDb);
-    j.field("attackMs", p.gate.attackMs);
-    j.field("holdMs", p.gate.holdMs);
-    j.field("releaseMs", p.gate.releaseMs);
-    j.field("rangeDb", p.gate.rangeDb);
-    j.endObject();
-    j.key("noise");
-    j.beginObject();
-    j.field("enabled", p.noise.enabled);
-    j.field("attenLimitDb", p.noise.attenLimitDb);
-    j.field("mix", p.noise.mix);
-    j.endObject();
-    j.key("spectral");
-    j.beginObject();
-    j.field("enabled", p.spectral.enabled);
-    j.field("amount", p.spectral.amount);
-    j.key("profileDb");
-    j.beginArray();
-    for (const float v : p.spectral.profileDb) {
-        j.value(v);
-    }
-    j.endArray();
-    j.endObject();
-    j.field("inputGainDb", p.inputGainDb);
-    j.field("outputGainDb", p.outputGainDb);
-    j.endObject();
+JsonValue statsJson(const StepStats& st) {
+    JsonValue o = JsonValue::object();
+    o.set("level", static_cast<double>(st.level));
+    o.set("peak95", static_cast<double>(st.peak95));
+    o.set("peakMax", static_cast<double>(st.peakMax));
+    o.set("noiseFloorMin", static_cast<double>(st.noiseFloorMin));
+    o.set("low", static_cast<double>(st.low));
+    o.set("mid", static_cast<double>(st.mid));
+    o.set("high", static_cast<double>(st.high));
+    o.set("clipped", st.clipped);
+    o.set("count", static_cast<int>(st.count));
+    o.set("valid", st.valid);
+    return o;
 }
 
 std::string toJson(const DiagnosisResult& r, const EffectPreset& recommended) {
-    JsonOut j;
-    j.beginObject();
-    j.field("overall", static_cast<int>(r.overall));
-    j.field("summaryJa", r.summaryJa);
-    j.field("summaryEn", r.summaryEn);
-    j.field("micType", static_cast<int>(r.micType));
-    j.key("items");
-    j.beginArray();
+    JsonValue root = JsonValue::object();
+    root.set("overall", static_cast<int>(r.overall));
+    root.set("summaryJa", r.summaryJa);
+    root.set("summaryEn", r.summaryEn);
+    root.set("micType", static_cast<int>(r.micType));
+    JsonValue items = JsonValue::array();
     for (const DiagnosisItem& item : r.items) {
-        j.beginObject();
-        j.field("key", item.key);
-        j.field("level", static_cast<int>(item.level));
-        j.field("value", item.value);
-        j.field("titleJa", item.titleJa);
-        j.field("adviceJa", item.adviceJa);
-        j.field("titleEn", item.titleEn);
-        j.field("adviceEn", item.adviceEn);
-        j.endObject();
+        JsonValue o = JsonValue::object();
+        o.set("key", item.key);
+        o.set("level", static_cast<int>(item.level));
+        o.set("value", static_cast<double>(item.value));
+        o.set("titleJa", item.titleJa);
+        o.set("adviceJa", item.adviceJa);
+        o.set("titleEn", item.titleEn);
+        o.set("adviceEn", item.adviceEn);
+        items.push(std::move(o));
     }
-    j.endArray();
-    j.key("speech");
-    writeStats(j, r.speech);
-    j.key("silence");
-    writeStats(j, r.silence);
-    j.key("noiseSpectrum");
-    j.beginArray();
+    root.set("items", std::move(items));
+    root.set("speech", statsJson(r.speech));
+    root.set("silence", statsJson(r.silence));
+    JsonValue spectrum = JsonValue::array();
     for (const float v : r.noiseSpectrum) {
-        j.value(v);
+        spectrum.push(static_cast<double>(v));
     }
-    j.endArray();
-    j.key("recommended");
-    writePreset(j, recommended);
-    j.endObject();
-    return j.text + "\n";
+    root.set("noiseSpectrum", std::move(spectrum));
+    SavedEffectPreset saved;
+    saved.name = recommended.name;
+    saved.description = recommended.description;
+    saved.recording = recommended.recording;
+    saved.preset = recommended;
+    root.set("recommended", effectPresetToJson(saved));
+    return renderJson(root) + "\n";
 }
 
 // ---- the readable report ----
