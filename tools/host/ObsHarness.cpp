@@ -173,15 +173,22 @@ bool ObsHarness::loadModule(const std::string& path, const std::string& dataPath
     return true;
 }
 
-obs_source* ObsHarness::addFilter(const std::string& id, const std::string& settingsJson,
-                                  std::string& error) {
+bool ObsHarness::prepareInput(std::string& error) {
     if (!input_) {
         input_ = obs_source_create_private("lumora_host_input", "input", nullptr);
         if (!input_) {
             error = "cannot create the input source";
-            return nullptr;
+            return false;
         }
         obs_source_add_audio_capture_callback(input_, &ObsHarness::onAudio, this);
+    }
+    return true;
+}
+
+obs_source* ObsHarness::addFilter(const std::string& id, const std::string& settingsJson,
+                                  std::string& error) {
+    if (!prepareInput(error)) {
+        return nullptr;
     }
     obs_data_t* settings = nullptr;
     if (!settingsJson.empty()) {

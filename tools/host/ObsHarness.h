@@ -47,6 +47,8 @@ public:
     obs_source* addFilter(const std::string& id, const std::string& settingsJson,
                           std::string& error);
     obs_source* input() const { return input_; }
+    // Creates the input without filters (for measuring the host's own cost).
+    bool prepareInput(std::string& error);
     const std::vector<obs_source*>& filters() const { return filters_; }
     void removeFilter(obs_source* filter);
     void removeAllFilters();

@@ -179,6 +179,10 @@ int main(int argc, char** argv) {
         }
     }
 
+    if (!host.prepareInput(error)) {
+        return fail(error);
+    }
+
     // Packets follow the output's layout: extra channels repeat the file's last one.
     std::vector<std::vector<float>> source(static_cast<size_t>(channels));
     for (int c = 0; c < channels; ++c) {
