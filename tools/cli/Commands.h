@@ -13,6 +13,7 @@ int runSettings(const Args& args);
 int runPresets(const Args& args);
 int runDiagnose(const Args& args);
 int runProcess(const Args& args);
+int runLearnNoise(const Args& args);
 
 // Prints "lumora-cli: <message>" on stderr and returns 2 (usage) or 1.
 int fail(const std::string& message, int code = 1);

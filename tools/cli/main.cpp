@@ -23,7 +23,8 @@ const char* kUsage =
     "  presets import FILE [--dir D]      store the preset(s) in FILE\n"
     "  diagnose --mic M --normal F --loud F --soft F --plosive F --silence F\n"
     "           [--block N] [--lang ja|en]   diagnose five recorded takes\n"
-    "  process --preset P.json [--fx FX.json] [--block N] IN.wav OUT.wav\n";
+    "  process --preset P.json [--fx FX.json] [--block N] IN.wav OUT.wav\n"
+    "  learn-noise SILENCE.wav [--margin DB]   the spectral noise profile of a room\n";
 
 } // namespace
 
@@ -46,6 +47,9 @@ int main(int argc, char** argv) {
     }
     if (command == "process") {
         return runProcess(args);
+    }
+    if (command == "learn-noise") {
+        return runLearnNoise(args);
     }
     return fail("unknown command '" + command + "' (try --help)", 2);
 }

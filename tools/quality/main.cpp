@@ -17,7 +17,8 @@ const char* kUsage =
     "  lumora-quality speech OUT.wav FILE...        join recordings (mono, 48 kHz) with gaps\n"
     "  lumora-quality mix --speech S.wav --noise pink|brown|hum --snr DB\n"
     "                 --noisy OUT.wav --noise-take OUT.wav [--seed N] [--take-seconds S]\n"
-    "  lumora-quality score --clean C.wav --test T.wav [--max-delay N]\n";
+    "  lumora-quality score --clean C.wav --test T.wav [--max-delay N]\n"
+    "  lumora-quality gain IN.wav OUT.wav DB               scale a file by DB decibels\n";
 
 int fail(const std::string& message, int code = 1) {
     std::fprintf(stderr, "lumora-quality: %s\n", message.c_str());
@@ -207,6 +208,24 @@ int score(const std::vector<std::string>& args) {
     return 0;
 }
 
+int gain(const std::vector<std::string>& args) {
+    if (args.size() != 3) {
+        return fail("gain needs IN.wav OUT.wav DB", 2);
+    }
+    Lumora::WavData w;
+    std::string error;
+    if (!Lumora::readWav(args[0], w, error)) {
+        return fail(error);
+    }
+    const float g = std::pow(10.0f, static_cast<float>(std::atof(args[2].c_str())) / 20.0f);
+    for (auto& plane : w.planes) {
+        for (float& x : plane) {
+            x *= g;
+        }
+    }
+    return Lumora::writeWav(args[1], w, error) ? 0 : fail(error);
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -224,6 +243,9 @@ int main(int argc, char** argv) {
     }
     if (command == "score") {
         return score(args);
+    }
+    if (command == "gain") {
+        return gain(args);
     }
     std::fputs(kUsage, stderr);
     return 2;
