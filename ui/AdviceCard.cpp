@@ -18,6 +18,7 @@ AdviceCard::AdviceCard(QWidget* parent, const DiagnosisItem& item) : QWidget(par
                                  " border-left: 4px solid %1; border-radius: 14px; }")
                       .arg(accent.name()));
 
+    markPanel(this, 14);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(14, 10, 14, 12);
     layout->setSpacing(4);

@@ -26,6 +26,7 @@ HomePanel::HomePanel(QWidget* parent) : QWidget(parent) {
     hero->setObjectName(QStringLiteral("homeHero"));
     hero->setAttribute(Qt::WA_StyledBackground);
     hero->setStyleSheet(Styles::card("homeHero"));
+    markPanel(hero, 14);
     auto* heroLayout = new QVBoxLayout(hero);
     heroLayout->setContentsMargins(20, 14, 20, 18);
     heroLayout->setSpacing(8);
@@ -68,6 +69,7 @@ HomePanel::HomePanel(QWidget* parent) : QWidget(parent) {
     levels->setObjectName(QStringLiteral("homeLevels"));
     levels->setAttribute(Qt::WA_StyledBackground);
     levels->setStyleSheet(Styles::card("homeLevels"));
+    markPanel(levels, 14);
     auto* grid = new QGridLayout(levels);
     grid->setContentsMargins(16, 10, 16, 12);
     grid->setHorizontalSpacing(10);
@@ -107,6 +109,7 @@ HomePanel::HomePanel(QWidget* parent) : QWidget(parent) {
         "#homeStatus { background: rgba(255,255,255,200); color: #1A5050; font-size: 10pt;"
         " border: 1px solid rgba(78,205,196,80); border-radius: 12px; padding: 8px 12px; }"));
     status_->hide();
+    markPanel(status_, 12);
     layout->addWidget(status_);
     layout->addStretch(1);
 

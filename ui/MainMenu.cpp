@@ -3,6 +3,7 @@
 #include "ui/Localisation.h"
 #include "ui/ToggleSwitch.h"
 
+#include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QWidgetAction>
@@ -24,7 +25,13 @@ MainMenu::MainMenu(QWidget* parent, bool easyMode) : QMenu(parent) {
     setStyleSheet(menuStyle());
 
     languageMenu_ = addMenu(QStringLiteral("🌐 ") + tr("Language"));
-    languageMenu_->setStyleSheet(menuStyle());
+    // Native names read best in the system's own face (the hand-written one sets
+    // Cyrillic full-width); the current language is bold.
+    languageMenu_->setStyleSheet(
+        menuStyle() + QStringLiteral("QMenu { font-family: \"%1\"; }"
+                                     "QMenu::item:checked { font-weight: bold; }"
+                                     "QMenu::indicator { width: 0px; height: 0px; }")
+                          .arg(QFontDatabase::systemFont(QFontDatabase::GeneralFont).family()));
     const QString current = currentLanguage();
     for (const LanguageEntry& language : knownLanguages()) {
         const bool isCurrent = language.code == current;
@@ -35,6 +42,8 @@ MainMenu::MainMenu(QWidget* parent, bool easyMode) : QMenu(parent) {
             QFont bold = action->font();
             bold.setWeight(QFont::Bold);
             action->setFont(bold);
+            action->setCheckable(true);
+            action->setChecked(true);
         }
         const QString code = language.code;
         connect(action, &QAction::triggered, this, [this, code] { emit languageChosen(code); });

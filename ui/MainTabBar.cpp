@@ -1,5 +1,6 @@
 #include "ui/MainTabBar.h"
 
+#include "ui/Theme.h"
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QVBoxLayout>
@@ -30,6 +31,7 @@ MainTabBar::MainTabBar(QWidget* parent) : QWidget(parent) {
     setFixedHeight(72);
     setStyleSheet(QStringLiteral("#mainTabBar { background: rgba(255,255,255,235);"
                                  " border-top: 1px solid rgba(78,205,196,80); }"));
+    markPanel(this, 0);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(0);

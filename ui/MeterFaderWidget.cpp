@@ -2,6 +2,7 @@
 
 #include "ui/GainFader.h"
 #include "ui/LevelMeter.h"
+#include "ui/Theme.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -33,6 +34,7 @@ MeterFaderWidget::MeterFaderWidget(QWidget* parent) : QWidget(parent) {
     setStyleSheet(QStringLiteral("#meterFader { background: rgba(255,255,255,210);"
                                  " border: 1px solid rgba(78,205,196,80); border-radius: 12px; }"));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    markPanel(this, 12);
 
     auto* outer = new QVBoxLayout(this);
     outer->setContentsMargins(12, 8, 12, 8);

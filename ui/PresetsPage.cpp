@@ -29,6 +29,7 @@ PresetsPage::PresetsPage(QWidget* parent) : QWidget(parent) {
     bar->setFixedHeight(36);
     bar->setStyleSheet(QStringLiteral("QWidget { background: rgba(255,255,255,200);"
                                       " border-bottom: 1px solid rgba(78,205,196,80); }"));
+    markPanel(bar, 0);
     auto* row = new QHBoxLayout(bar);
     row->setContentsMargins(8, 2, 8, 0);
     row->setSpacing(4);

@@ -18,6 +18,7 @@ ResultSummaryCard::ResultSummaryCard(QWidget* parent, const DiagnosisResult& res
     setStyleSheet(
         QStringLiteral("#resultSummary { background: rgba(255,255,255,225);"
                        " border: 1.5px solid rgba(78,205,196,120); border-radius: 16px; }"));
+    markPanel(this, 16);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(12, 10, 16, 10);
     row->setSpacing(12);

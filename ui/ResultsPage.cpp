@@ -35,6 +35,7 @@ ResultsPage::ResultsPage(QWidget* parent) : QWidget(parent) {
     placeholder_->setStyleSheet(
         QStringLiteral("QLabel {  color: #6B4EA0; font-size: 10pt; padding: 20px 28px;"
                        "  background: rgba(255,255,255,210); border-radius: 14px; }"));
+    markPanel(placeholder_, 14);
     contentLayout_->addWidget(placeholder_);
     contentLayout_->addStretch(1);
     scroll_->setWidget(content_);
@@ -44,6 +45,7 @@ ResultsPage::ResultsPage(QWidget* parent) : QWidget(parent) {
     bar->setAttribute(Qt::WA_StyledBackground);
     bar->setStyleSheet(QStringLiteral("QWidget { background: rgba(255,255,255,210);"
                                       " border-top: 1px solid rgba(180,160,220,120); }"));
+    markPanel(bar, 0);
     auto* grid = new QGridLayout(bar);
     grid->setContentsMargins(10, 8, 10, 10);
     grid->setHorizontalSpacing(8);
@@ -92,6 +94,7 @@ void ResultsPage::render() {
     applyButton_->setEnabled(hasResult_);
     saveButton_->setEnabled(hasResult_);
     if (!hasResult_) {
+        emit contentChanged();
         return;
     }
     int row = 0;
@@ -102,6 +105,7 @@ void ResultsPage::render() {
         contentLayout_->insertWidget(row++, card);
         cards_.append(card);
     }
+    emit contentChanged();
 }
 
 int ResultsPage::cardCount() const {

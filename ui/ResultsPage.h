@@ -40,6 +40,8 @@ signals:
     void applyRequested();
     void saveRequested();
     void rerunRequested();
+    // Cards were added or removed.
+    void contentChanged();
 
 private:
     void render();

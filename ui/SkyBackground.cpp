@@ -172,20 +172,35 @@ void SkyBackground::rebuildCache() {
     gradientCache_ = cache;
 }
 
-void SkyBackground::paint(QPainter& painter, const QRect& exposed, float t) {
+void SkyBackground::paint(QPainter& painter, const QRegion& exposed, float t,
+                          const QRegion& hidden) {
     if (gradientCache_.isNull()) {
         rebuildCache();
     }
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    const QRect area = exposed.intersected(QRect(QPoint(0, 0), size_));
-    painter.drawPixmap(area, gradientCache_,
-                       QRectF(QPointF(area.topLeft()) * dpr_, QSizeF(area.size()) * dpr_).toRect());
+    // Rectangle by rectangle: a blit through a many-rectangle clip is far slower.
+    const QRect bounds(QPoint(0, 0), size_);
+    for (const QRect& rect : exposed) {
+        const QRect area = rect.intersected(bounds);
+        if (area.isEmpty()) {
+            continue;
+        }
+        painter.drawPixmap(
+            area, gradientCache_,
+            QRectF(QPointF(area.topLeft()) * dpr_, QSizeF(area.size()) * dpr_).toRect());
+    }
+    const QRegion open = hidden.isEmpty() ? exposed : exposed.subtracted(hidden);
+    if (open.isEmpty()) {
+        painter.restore();
+        return;
+    }
+    painter.setClipRegion(open, Qt::IntersectClip);
     for (int i = 0; i < kStarCount; ++i) {
         const QPixmap& pix = starPixmaps_[static_cast<size_t>(i)];
         const QRect r = starRect(i);
-        if (pix.isNull() || !r.intersects(exposed)) {
+        if (pix.isNull() || !open.intersects(r)) {
             continue;
         }
         painter.setOpacity(stars_[static_cast<size_t>(i)].opacity);
@@ -194,7 +209,7 @@ void SkyBackground::paint(QPainter& painter, const QRect& exposed, float t) {
     for (int i = 0; i < kCloudCount; ++i) {
         const Cloud& c = clouds_[static_cast<size_t>(i)];
         const QRect r = cloudRect(i, t);
-        if (c.pixmap.isNull() || !r.intersects(exposed)) {
+        if (c.pixmap.isNull() || !open.intersects(r)) {
             continue;
         }
         painter.setOpacity(c.opacity);

@@ -51,7 +51,10 @@ public:
     // Moves every star along its 30 degree diagonal, wrapping at the edges.
     void advance(float dt);
 
-    void paint(QPainter& painter, const QRect& exposed, float t);
+    // Paints the `exposed` area; sprites are left out of `hidden` (the area under
+    // the dialog's panels).
+    void paint(QPainter& painter, const QRegion& exposed, float t,
+               const QRegion& hidden = QRegion());
     // The area whose drawing changed since the previous call (old and new
     // rectangles of every sprite that moved); everything on the first call.
     QRegion takeChangedRegion(float t);

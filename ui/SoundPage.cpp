@@ -23,6 +23,7 @@ SoundPage::SoundPage(QWidget* parent) : QWidget(parent) {
     revertButton_->setStyleSheet(
         Styles::outlinedButton() +
         QStringLiteral("QPushButton { font-size: 9pt; padding: 6px 12px; }"));
+    markPanel(revertButton_, 10);
     layout->addWidget(revertButton_);
 
     scroll_ = new QScrollArea(this);

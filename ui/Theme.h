@@ -2,6 +2,8 @@
 
 #include <QColor>
 #include <QString>
+#include <QVariant>
+#include <QWidget>
 
 namespace Lumora {
 
@@ -42,7 +44,27 @@ inline QColor verdictColour(int level) {
 }
 } // namespace Palette
 
+// A nearly opaque white panel with rounded corners of `radius` px. The sky is not
+// drawn under panels (it would show through at a few percent at most), so stars
+// drifting behind them never make the panel's text repaint.
+constexpr const char* kPanelRadiusProperty = "lumoraPanelRadius";
+inline void markPanel(QWidget* widget, int radius) {
+    widget->setProperty(kPanelRadiusProperty, radius);
+}
+
 namespace Styles {
+
+// The thin lilac scroll bar of every scroll area.
+inline QString scrollBar() {
+    return QStringLiteral(
+        "QScrollBar:vertical { background: transparent; width: 6px; margin: 0px; border: none; }"
+        "QScrollBar::handle:vertical { background: rgba(200,180,240,80); border-radius: 3px;"
+        " min-height: 24px; }"
+        "QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical { height: 0px;"
+        " border: none; background: none; }"
+        "QScrollBar::up-arrow:vertical, QScrollBar::down-arrow:vertical { background: none; }"
+        "QScrollBar::add-page:vertical, QScrollBar::sub-page:vertical { background: none; }");
+}
 
 // Every scroll area of the dialog: borderless, transparent, a thin lilac bar.
 inline QString scrollArea() {
@@ -64,7 +86,7 @@ inline QString accentButton() {
         " font-size: 10pt; font-weight: bold; }"
         "QPushButton:hover { background: qlineargradient(x1:0, y1:0, x2:1, y2:0, stop:0 #5EDDD4,"
         " stop:1 #55C7E1); }"
-        "QPushButton:disabled { background: rgba(78,205,196,60); color: rgba(255,255,255,200); }");
+        "QPushButton:disabled { background: #D5EFEC; color: #7DB5B0; }");
 }
 
 // The deep purple gradient button.
@@ -75,7 +97,7 @@ inline QString darkButton() {
         " font-size: 10pt; font-weight: bold; }"
         "QPushButton:hover { background: qlineargradient(x1:0, y1:0, x2:1, y2:0, stop:0 #3D2B79,"
         " stop:1 #4D7B9A); }"
-        "QPushButton:disabled { background: rgba(45,27,105,60); color: rgba(255,255,255,200); }");
+        "QPushButton:disabled { background: #D9D4E8; color: #8E86AE; }");
 }
 
 // The outlined button (secondary action).
@@ -85,7 +107,7 @@ inline QString outlinedButton() {
         " border: 1.5px solid #4ECDC4; border-radius: 10px; padding: 7px 12px; font-size: 10pt;"
         " font-weight: bold; }"
         "QPushButton:hover { background: rgba(255,255,255,235); }"
-        "QPushButton:disabled { color: #9B9BB8; border-color: rgba(155,155,184,120); }");
+        "QPushButton:disabled { color: #9B9BB8; border-color: rgba(155,155,184,140); }");
 }
 
 // A white card over the sky.

@@ -2,6 +2,7 @@
 
 #include "module/ObsFilterState.h"
 #include "ui/CreditsDialog.h"
+#include "ui/DiagnosisFlow.h"
 #include "ui/FxPage.h"
 #include "ui/HomePanel.h"
 #include "ui/KeyBadgeBoard.h"
@@ -13,6 +14,7 @@
 #include "ui/ResultSummaryCard.h"
 #include "ui/ResultsPage.h"
 #include "ui/SoundPage.h"
+#include "ui/Theme.h"
 #include "ui/WizardPanel.h"
 
 #include <QAbstractItemView>
@@ -34,7 +36,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <optional>
+#include <cmath>
 
 namespace Lumora {
 
@@ -42,8 +44,9 @@ namespace {
 
 constexpr int kTickMs = 16;
 constexpr double kMaxDt = 0.1;
-// How long the wizard's closing words stay before the main page returns.
-constexpr double kEndHoldSeconds = 1.5;
+// The sky's sprites are repainted about 20 times a second (every third tick):
+// they drift by about a pixel per frame, which still looks smooth.
+constexpr double kSkyFrameSeconds = 0.045;
 
 // The feedback form; a deployment setting, replaced through setFeedbackUrl.
 const char kDefaultFeedbackUrl[] = "https://forms.gle/lumora-tindra-feedback";
@@ -87,7 +90,14 @@ WizardDialog::WizardDialog(QWidget* parent, ObsFilterState* state)
     // The sky covers every pixel, so nothing needs clearing first.
     setAttribute(Qt::WA_OpaquePaintEvent);
     applyLanguage(currentLanguage());
-    setFont(appFont(10));
+    // The hand-written face for everything in the dialog. Font inheritance alone
+    // does not reach widgets under a style sheet, so the family goes into one.
+    const QFont face = appFont(10);
+    setFont(face);
+    if (face.family() != QFont().family()) {
+        setStyleSheet(QStringLiteral("QWidget { font-family: \"%1\"; }").arg(face.family()) +
+                      Styles::scrollBar());
+    }
     namePrompt_ = [this](const QString& title, const QString& label, QString& name) {
         return askName(this, title, label, name);
     };
@@ -110,7 +120,6 @@ WizardDialog::WizardDialog(QWidget* parent, ObsFilterState* state)
     emit easyModeChanged(true);
     loadFromState();
 
-    controller_.setResultCallback([this](const DiagnosisResult& r) { onResultAccepted(r); });
     timer_ = new QTimer(this);
     timer_->setInterval(kTickMs);
     connect(timer_, &QTimer::timeout, this, &WizardDialog::onTick);
@@ -123,16 +132,16 @@ WizardDialog::~WizardDialog() {
     if (qApp) {
         qApp->removeEventFilter(this);
     }
-    if (state_ && runner_.effectsDisabled()) {
-        runner_.restoreEffects(*state_, working_);
-    }
+    // The flow puts the effects back from the working copy, which dies with us.
+    delete flow_;
+    flow_ = nullptr;
 }
 
 void WizardDialog::detach() {
     if (timer_) {
         timer_->stop();
     }
-    runner_.forgetState();
+    flow_->forgetState();
     state_ = nullptr;
     homePanel_->setLevelsAvailable(false);
 }
@@ -161,7 +170,7 @@ void WizardDialog::loadFromState() {
 // ---- Hooks -----------------------------------------------------------------
 
 void WizardDialog::setAnalyseFunction(AnalyseFunction analyse) {
-    runner_.setAnalyseFunction(std::move(analyse));
+    flow_->setAnalyseFunction(std::move(analyse));
 }
 
 void WizardDialog::setRecommendFunction(RecommendFunction recommend) {
@@ -240,6 +249,7 @@ void WizardDialog::buildUi() {
     }
 
     wizardPanel_ = new WizardPanel(root_);
+    flow_ = new DiagnosisFlow(this, wizardPanel_, &working_);
     root_->addWidget(main);
     root_->addWidget(wizardPanel_);
     root_->setCurrentIndex(0);
@@ -272,11 +282,45 @@ void WizardDialog::buildUi() {
     });
     connect(fxPage_->strip(), &MeterFaderWidget::bypassChanged, this, [this](bool on) {
         fxActive_ = !on;
-        if (state_ && !runner_.effectsDisabled()) {
+        if (state_ && !flow_->effectsDisabled()) {
             state_->effects.setActive(fxActive_);
         }
     });
+    connect(resultsPage_, &ResultsPage::contentChanged, this, &WizardDialog::collectPanels);
     connectWizard();
+    collectPanels();
+}
+
+void WizardDialog::collectPanels() {
+    panels_.clear();
+    const QList<QWidget*> children = findChildren<QWidget*>();
+    for (QWidget* child : children) {
+        if (child->property(kPanelRadiusProperty).isValid()) {
+            panels_.emplace_back(child);
+        }
+    }
+}
+
+QRegion WizardDialog::panelRegion() const {
+    QRegion region;
+    for (const QPointer<QWidget>& guarded : panels_) {
+        QWidget* panel = guarded.data();
+        if (panel == nullptr || !panel->isVisible()) {
+            continue;
+        }
+        // The whole rectangle, rounded corners included: a sprite drawn in a
+        // corner would make the panel and its text repaint, and the few pixels
+        // outside the rounding are not worth it.
+        QRect covered(panel->mapTo(this, QPoint(0, 0)), panel->size());
+        // Clipped by the scroll areas and pages it sits in.
+        for (QWidget* p = panel->parentWidget(); p && p != this; p = p->parentWidget()) {
+            covered &= QRect(p->mapTo(this, QPoint(0, 0)), p->size());
+        }
+        if (!covered.isEmpty()) {
+            region += covered;
+        }
+    }
+    return region;
 }
 
 QWidget* WizardDialog::buildHeader(QWidget* parent) {
@@ -287,9 +331,10 @@ QWidget* WizardDialog::buildHeader(QWidget* parent) {
     titleLabel_ = new QLabel(QStringLiteral("Tindra"), header);
     titleLabel_->setStyleSheet(QStringLiteral("QLabel { color: #2D1B69; font-size: 17pt;"
                                               " font-weight: bold; background: transparent; }"));
+    // Invisible: no text and, unlike most labels here, no style sheet, so the
+    // stars drifting behind it cost next to nothing to repaint.
     auto* stretch = new QLabel(header);
     stretch->setFixedHeight(32);
-    stretch->setStyleSheet(QStringLiteral("QLabel { background: transparent; }"));
     menuButton_ = new QPushButton(QStringLiteral("≡"), header);
     menuButton_->setFixedSize(40, 40);
     menuButton_->setCursor(Qt::PointingHandCursor);
@@ -316,6 +361,7 @@ QWidget* WizardDialog::buildKeysPage(QWidget* parent) {
     keysHint_->setStyleSheet(QStringLiteral(
         "#keysHint { background: rgba(255,255,255,210); color: #6B4EA0; font-size: 10pt;"
         " border-radius: 14px; padding: 14px 20px; }"));
+    markPanel(keysHint_, 14);
     keyBoard_ = new KeyBadgeBoard(page);
     column->addWidget(keysHint_);
     column->addWidget(keyBoard_, 0, Qt::AlignHCenter);
@@ -333,7 +379,7 @@ void WizardDialog::retranslateUi() {
     presetsPage_->retranslateUi();
     keysHint_->setText(tr("Press an arrow key: it lights up here. Assign voices to the keys "
                           "under Presets."));
-    wizardPanel_->retranslateUi(controller_);
+    wizardPanel_->retranslateUi(flow_->controller());
     resultsPage_->showResult(hasResult_[0] ? &results_[0] : nullptr);
     refreshHomeStatus();
 }
@@ -348,6 +394,14 @@ void WizardDialog::selectTab(int index) {
 
 int WizardDialog::currentTab() const {
     return content_->currentIndex();
+}
+
+const DiagnosisController& WizardDialog::controller() const {
+    return flow_->controller();
+}
+
+const DiagnosisRunner& WizardDialog::runner() const {
+    return flow_->runner();
 }
 
 bool WizardDialog::diagnosisShown() const {
@@ -436,7 +490,7 @@ bool WizardDialog::eventFilter(QObject* watched, QEvent* event) {
 
 void WizardDialog::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
-    sky_.paint(painter, event->rect(), t_);
+    sky_.paint(painter, event->region(), t_, panelRegion());
 }
 
 void WizardDialog::showEvent(QShowEvent* event) {
@@ -453,9 +507,7 @@ void WizardDialog::hideEvent(QHideEvent* event) {
     // A closed dialog keeps nothing running: a diagnosis in progress ends and the
     // effects come back.
     if (diagnosisShown()) {
-        if (!controller_.cancel()) {
-            controller_.finish();
-        }
+        flow_->abort();
         leaveDiagnosis();
     }
     if (timer_) {
@@ -475,25 +527,22 @@ void WizardDialog::advance(double rawDt) {
     t_ += static_cast<float>(dt);
     ++tickCount_;
     sky_.advance(static_cast<float>(dt));
-    const QRegion changed = sky_.takeChangedRegion(t_);
-    if (!changed.isEmpty()) {
-        update(changed);
+    // The slow drift of the sky is repainted at a lower rate than the tick:
+    // each repaint pass of the window costs far more than the tick itself.
+    skyClock_ += dt;
+    if (skyClock_ >= kSkyFrameSeconds) {
+        skyClock_ = std::fmod(skyClock_, kSkyFrameSeconds);
+        const QRegion changed = sky_.takeChangedRegion(t_);
+        if (!changed.isEmpty()) {
+            const QRegion open = changed.subtracted(panelRegion());
+            if (!open.isEmpty()) {
+                update(open);
+            }
+        }
     }
 
     if (diagnosisShown()) {
-        float level = -96.0f;
-        if (state_ && state_->analyser) {
-            controller_.tick(dt, state_->analyser->snapshot());
-            level = state_->chain.inputLevelDb();
-        }
-        pollAnalysis();
-        wizardPanel_->refresh(controller_, dt, level);
-        if (controller_.state() == DiagnosisController::kEnd) {
-            endHold_ += dt;
-            if (endHold_ >= kEndHoldSeconds) {
-                leaveDiagnosis();
-            }
-        }
+        flow_->tick(dt);
         return;
     }
     updateMeters();
@@ -516,142 +565,51 @@ void WizardDialog::updateMeters() {
 // ---- Diagnosis -------------------------------------------------------------------
 
 void WizardDialog::connectWizard() {
-    connect(wizardPanel_, &WizardPanel::micChosen, this, [this](int mic) {
-        controller_.selectMic(mic);
-        wizardPanel_->refresh(controller_, 0.0, -96.0f);
+    connect(flow_, &DiagnosisFlow::finished, this, &WizardDialog::leaveDiagnosis);
+    connect(flow_, &DiagnosisFlow::resultDelivered, this, &WizardDialog::keepResult);
+    connect(flow_, &DiagnosisFlow::noiseLearned, this,
+            [this](const std::array<float, kSpectrumBandCount>& spectrum) {
+                std::copy(spectrum.begin(), spectrum.end(), working_.spectral.profileDb.begin());
+                pushWorkingPreset();
+                emit workingPresetChanged();
+            });
+    connect(flow_, &DiagnosisFlow::applyRequested, this, [this](const DiagnosisResult& result) {
+        applyPreset(recommend_(result, state_ && state_->isRecordingMode));
     });
-    connect(wizardPanel_, &WizardPanel::startRequested, this, [this] {
-        controller_.startTake();
-        wizardPanel_->refresh(controller_, 0.0, -96.0f);
-    });
-    connect(wizardPanel_, &WizardPanel::retryRequested, this, [this] {
-        controller_.retry();
-        wizardPanel_->refresh(controller_, 0.0, -96.0f);
-    });
-    connect(wizardPanel_, &WizardPanel::nextRequested, this, &WizardDialog::onWizardNext);
-    connect(wizardPanel_, &WizardPanel::cancelRequested, this, &WizardDialog::onWizardCancel);
-    connect(wizardPanel_, &WizardPanel::closeRequested, this, &WizardDialog::onWizardClose);
-    connect(wizardPanel_, &WizardPanel::detailsRequested, this, &WizardDialog::onWizardClose);
-    connect(wizardPanel_, &WizardPanel::applyRequested, this, [this] {
-        pendingAction_ = PendingAction::Apply;
-        controller_.apply();
-        pendingAction_ = PendingAction::None;
-        wizardPanel_->refresh(controller_, 0.0, -96.0f);
-    });
-    connect(wizardPanel_, &WizardPanel::offerSaveRequested, this, [this] {
-        controller_.offerSave();
-        wizardPanel_->refresh(controller_, 0.0, -96.0f);
-    });
-    connect(wizardPanel_, &WizardPanel::saveRequested, this, [this] {
-        pendingAction_ = PendingAction::Save;
-        controller_.save();
-        pendingAction_ = PendingAction::None;
-        wizardPanel_->refresh(controller_, 0.0, -96.0f);
-    });
+    connect(flow_, &DiagnosisFlow::saveRequested, this, &WizardDialog::savePresetFor);
 }
 
 void WizardDialog::startDiagnosis() {
     if (!state_) {
         return;
     }
-    controller_.reset();
-    runner_.disableEffects(*state_, working_);
-    endHold_ = 0.0;
+    flow_->start(*state_);
     root_->setCurrentIndex(1);
-    wizardPanel_->refresh(controller_, 0.0, -96.0f);
 }
 
 void WizardDialog::startNoiseLearning() {
     if (!state_) {
         return;
     }
-    controller_.reset();
-    controller_.restartAtSilence();
-    runner_.disableEffects(*state_, working_);
-    endHold_ = 0.0;
+    flow_->startNoiseLearning(*state_);
     root_->setCurrentIndex(1);
-    wizardPanel_->refresh(controller_, 0.0, -96.0f);
 }
 
-void WizardDialog::onWizardNext() {
-    if (!controller_.next()) {
-        return;
-    }
-    if (controller_.state() == DiagnosisController::kAnalysing) {
-        runner_.start(state_, controller_.session());
-    }
-    wizardPanel_->refresh(controller_, 0.0, -96.0f);
-}
-
-void WizardDialog::onWizardCancel() {
-    if (controller_.cancel()) {
-        if (state_) {
-            runner_.restoreEffects(*state_, working_);
-        }
-        wizardPanel_->refresh(controller_, 0.0, -96.0f);
-    }
-}
-
-void WizardDialog::onWizardClose() {
-    if (controller_.finish()) {
-        if (state_) {
-            runner_.restoreEffects(*state_, working_);
-        }
-        wizardPanel_->refresh(controller_, 0.0, -96.0f);
-    }
-}
-
-void WizardDialog::pollAnalysis() {
-    if (!runner_.analysing() || controller_.state() != DiagnosisController::kAnalysing) {
-        return;
-    }
-    if (std::optional<DiagnosisResult> result = runner_.poll(state_)) {
-        deliver(std::move(*result));
-    }
-}
-
-void WizardDialog::deliver(DiagnosisResult result) {
-    if (!controller_.deliverResult(std::move(result))) {
-        return;
-    }
-    if (state_) {
-        runner_.restoreEffects(*state_, working_);
-    }
-    const DiagnosisResult& delivered = controller_.result();
-    if (controller_.singleStep()) {
-        // Learning the room's noise: only the silence spectrum is kept.
-        working_.spectral.profileDb = delivered.noiseSpectrum;
-        pushWorkingPreset();
-        emit workingPresetChanged();
-        controller_.finish();
-        return;
-    }
+void WizardDialog::keepResult(const DiagnosisResult& result) {
     results_[1] = results_[0];
     hasResult_[1] = hasResult_[0];
-    results_[0] = delivered;
+    results_[0] = result;
     hasResult_[0] = true;
     resultsPage_->showResult(&results_[0]);
     refreshHomeStatus();
     if (recordHistory_) {
-        recordHistory_(delivered);
-    }
-}
-
-void WizardDialog::onResultAccepted(const DiagnosisResult& result) {
-    if (pendingAction_ == PendingAction::Apply) {
-        applyPreset(recommend_(result, state_ && state_->isRecordingMode));
-    } else if (pendingAction_ == PendingAction::Save) {
-        savePresetFor(result);
+        recordHistory_(result);
     }
 }
 
 void WizardDialog::leaveDiagnosis() {
-    if (state_) {
-        runner_.restoreEffects(*state_, working_);
-    }
-    endHold_ = 0.0;
     root_->setCurrentIndex(0);
-    if (controller_.singleStep()) {
+    if (flow_->controller().singleStep()) {
         selectTab(kSoundTab);
     } else {
         selectTab(hasResult_[0] ? kResultsTab : kDiagnoseTab);
@@ -662,7 +620,7 @@ void WizardDialog::leaveDiagnosis() {
 // ---- Presets -----------------------------------------------------------------------
 
 void WizardDialog::pushWorkingPreset() {
-    if (state_ && !runner_.effectsDisabled()) {
+    if (state_ && !flow_->effectsDisabled()) {
         state_->chain.setParameters(working_);
     }
 }

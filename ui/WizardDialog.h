@@ -9,10 +9,12 @@
 
 #include <QDialog>
 #include <QElapsedTimer>
+#include <QPointer>
 #include <QUrl>
 
 #include <array>
 #include <functional>
+#include <vector>
 
 class QLabel;
 class QPushButton;
@@ -22,6 +24,7 @@ class QTimer;
 namespace Lumora {
 
 struct ObsFilterState;
+class DiagnosisFlow;
 class FxPage;
 class HomePanel;
 class KeyBadgeBoard;
@@ -108,8 +111,8 @@ public:
     bool easyMode() const { return easyMode_; }
     float animationTime() const { return t_; }
     quint64 tickCount() const { return tickCount_; }
-    const DiagnosisController& controller() const { return controller_; }
-    const DiagnosisRunner& runner() const { return runner_; }
+    const DiagnosisController& controller() const;
+    const DiagnosisRunner& runner() const;
     SkyBackground& sky() { return sky_; }
     const EffectPreset& workingPreset() const { return working_; }
     const SoundFxPreset& workingFxPreset() const { return workingFx_; }
@@ -146,12 +149,7 @@ private:
     void loadFromState();
     void onTick();
     void updateMeters();
-    void pollAnalysis();
-    void deliver(DiagnosisResult result);
-    void onWizardNext();
-    void onWizardCancel();
-    void onWizardClose();
-    void onResultAccepted(const DiagnosisResult& result);
+    void keepResult(const DiagnosisResult& result);
     void leaveDiagnosis();
     void pushWorkingPreset();
     void applyPreset(const EffectPreset& preset);
@@ -159,6 +157,9 @@ private:
     void refreshHomeStatus();
     void showMainMenu();
     void showCredits();
+    void collectPanels();
+    // The area under the visible panels, where the sky draws no sprites.
+    QRegion panelRegion() const;
 
     ObsFilterState* state_ = nullptr;
     EffectPreset working_;
@@ -172,18 +173,16 @@ private:
     bool fxActive_ = true;
     int currentKeySlot_ = -1;
 
-    DiagnosisController controller_;
-    DiagnosisRunner runner_;
-    enum class PendingAction { None, Apply, Save };
-    PendingAction pendingAction_ = PendingAction::None;
-    double endHold_ = 0.0;
+    DiagnosisFlow* flow_ = nullptr;
 
     float t_ = 0.0f;
+    double skyClock_ = 0.0;
     quint64 tickCount_ = 0;
     QTimer* timer_ = nullptr;
     QElapsedTimer elapsed_;
     SkyBackground sky_;
     QPixmap background_;
+    std::vector<QPointer<QWidget>> panels_;
 
     RecommendFunction recommend_;
     SavePresetFunction savePreset_;

@@ -81,6 +81,10 @@ WizardPanel::WizardPanel(QWidget* parent) : QWidget(parent) {
         QStringLiteral("QLabel { font-size: 10pt; background: transparent; }"));
     closeButton_ = new QPushButton(QStringLiteral("✕"), this);
     closeButton_->setFixedSize(36, 36);
+    // Hidden while a take runs, but keeping its place so nothing below moves.
+    QSizePolicy keepPlace = closeButton_->sizePolicy();
+    keepPlace.setRetainSizeWhenHidden(true);
+    closeButton_->setSizePolicy(keepPlace);
     closeButton_->setCursor(Qt::PointingHandCursor);
     closeButton_->setStyleSheet(QStringLiteral(
         "QPushButton { background: rgba(255,255,255,160); color: #2D1B69; font-size: 13pt;"
@@ -108,6 +112,7 @@ WizardPanel::WizardPanel(QWidget* parent) : QWidget(parent) {
     bubble_->setStyleSheet(QStringLiteral(
         "#wizardBubble { background: rgba(255,255,255,230); color: #2D1B69; font-size: 12pt;"
         " border: 1.5px solid rgba(78,205,196,120); border-radius: 18px; padding: 12px 16px; }"));
+    markPanel(bubble_, 18);
     layout->addWidget(bubble_);
 
     hint_ = new QLabel(this);
@@ -151,12 +156,16 @@ WizardPanel::WizardPanel(QWidget* parent) : QWidget(parent) {
     tip_->setAlignment(Qt::AlignCenter);
     tip_->setMinimumHeight(44);
     tip_->setStyleSheet(QStringLiteral(
-        "#wizardTip { background: rgba(255,255,255,170); color: #1A5050; font-size: 9pt;"
+        "#wizardTip { background: rgba(255,255,255,200); color: #1A5050; font-size: 9pt;"
         " border-radius: 12px; padding: 6px 12px; }"));
+    markPanel(tip_, 12);
     layout->addWidget(tip_);
 
     cancelButton_ = makeButton(Styles::outlinedButton());
     cancelButton_->setFixedWidth(180);
+    QSizePolicy cancelPlace = cancelButton_->sizePolicy();
+    cancelPlace.setRetainSizeWhenHidden(true);
+    cancelButton_->setSizePolicy(cancelPlace);
     layout->addWidget(cancelButton_, 0, Qt::AlignHCenter);
 
     for (int mic = 0; mic < 4; ++mic) {
@@ -180,6 +189,7 @@ QPushButton* WizardPanel::makeButton(const QString& style) {
     button->setStyleSheet(style);
     button->setCursor(Qt::PointingHandCursor);
     button->setMinimumHeight(44);
+    markPanel(button, 10);
     return button;
 }
 
@@ -193,6 +203,7 @@ QWidget* WizardPanel::buildMicPage() {
         button->setStyleSheet(QLatin1String(kMicButtonStyle));
         button->setCursor(Qt::PointingHandCursor);
         button->setMinimumHeight(64);
+        markPanel(button, 14);
         grid->addWidget(button, mic / 2, mic % 2);
         micButtons_[static_cast<size_t>(mic)] = button;
     }

@@ -4,6 +4,10 @@
 //
 //   xvfb-run -a -s "-screen 0 1280x1024x24" lumora-screens OUT_DIR [ja|en ...]
 //
+// With --idle-cpu SECONDS it instead leaves the dialog open and idle on the
+// diagnose tab with its real 16 ms timer, and prints the share of one core the
+// process used (CPU time over wall time), without and with a silent filter.
+//
 // A filter state is built without OBS and fed with recorded speech, so the
 // meters move and the diagnosis records real snapshots.
 
@@ -17,12 +21,16 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QElapsedTimer>
+#include <QEventLoop>
 #include <QPushButton>
 #include <QThread>
 #include <QTimer>
 
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
+#include <ctime>
 #include <string>
 #include <vector>
 
@@ -131,6 +139,8 @@ DiagnosisResult sampleResult(const Lumora::DiagnosisSession& session) {
 void shootLanguage(Session& s) {
     Lumora::WizardDialog& d = *s.dialog;
     Lumora::WizardPanel* wizard = d.wizardPanel();
+    s.feeder->gain = 1.0f;
+    s.feeder->silent = false;
     d.setLanguage(s.language);
     QCoreApplication::processEvents();
 
@@ -226,6 +236,42 @@ void shootLanguage(Session& s) {
     s.shot(&d, QStringLiteral("tab2-sound-after"));
 }
 
+// Process CPU time in seconds.
+double cpuSeconds() {
+    return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
+}
+
+int measureIdleCpu(double seconds) {
+    for (bool withFilter : {false, true}) {
+        Lumora::ObsFilterState state;
+        state.analyser = Lumora::makeAnalyser();
+        state.analyser->prepare(kRate);
+        state.chain.prepare(kRate, kRate / 10);
+        state.effects.prepare(kRate, kRate / 10);
+        Lumora::WizardDialog dialog(nullptr, withFilter ? &state : nullptr);
+        dialog.show();
+        // Let the first full paint and the font loading pass before measuring.
+        QEventLoop settle;
+        QTimer::singleShot(2000, &settle, &QEventLoop::quit);
+        settle.exec();
+        const quint64 ticksBefore = dialog.tickCount();
+        const double cpuBefore = cpuSeconds();
+        QElapsedTimer wall;
+        wall.start();
+        QEventLoop loop;
+        QTimer::singleShot(static_cast<int>(seconds * 1000.0), &loop, &QEventLoop::quit);
+        loop.exec();
+        const double cpu = cpuSeconds() - cpuBefore;
+        const double elapsed = static_cast<double>(wall.elapsed()) / 1000.0;
+        std::printf("idle on the diagnose tab %s filter: %.2f s CPU in %.2f s = %.2f %% of one "
+                    "core (%llu ticks, %.1f per second)\n",
+                    withFilter ? "with a" : "without a", cpu, elapsed, 100.0 * cpu / elapsed,
+                    static_cast<unsigned long long>(dialog.tickCount() - ticksBefore),
+                    static_cast<double>(dialog.tickCount() - ticksBefore) / elapsed);
+    }
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -234,8 +280,13 @@ int main(int argc, char** argv) {
     }
     QApplication app(argc, argv);
     if (argc < 2) {
-        std::fprintf(stderr, "usage: lumora-screens OUT_DIR [ja|en ...]\n");
+        std::fprintf(stderr, "usage: lumora-screens OUT_DIR [ja|en ...]\n"
+                             "       lumora-screens --idle-cpu [SECONDS]\n");
         return 2;
+    }
+    Lumora::setPluginDataFolder(QStringLiteral(LUMORA_SOURCE_DATA_DIR));
+    if (QString::fromLocal8Bit(argv[1]) == QLatin1String("--idle-cpu")) {
+        return measureIdleCpu(argc > 2 ? std::atof(argv[2]) : 20.0);
     }
     QDir dir(QString::fromLocal8Bit(argv[1]));
     if (!QDir().mkpath(dir.path())) {
@@ -249,7 +300,6 @@ int main(int argc, char** argv) {
     if (languages.isEmpty()) {
         languages << QStringLiteral("ja") << QStringLiteral("en");
     }
-    Lumora::setPluginDataFolder(QStringLiteral(LUMORA_SOURCE_DATA_DIR));
 
     Feeder feeder;
     Lumora::WavData wav;
