@@ -10,6 +10,7 @@
 #include "ui/MainMenu.h"
 #include "ui/MainTabBar.h"
 #include "ui/MeterFaderWidget.h"
+#include "ui/PanelTracker.h"
 #include "ui/PresetsPage.h"
 #include "ui/ResultSummaryCard.h"
 #include "ui/ResultsPage.h"
@@ -292,35 +293,11 @@ void WizardDialog::buildUi() {
 }
 
 void WizardDialog::collectPanels() {
-    panels_.clear();
-    const QList<QWidget*> children = findChildren<QWidget*>();
-    for (QWidget* child : children) {
-        if (child->property(kPanelRadiusProperty).isValid()) {
-            panels_.emplace_back(child);
-        }
-    }
+    panels_.collect(this);
 }
 
 QRegion WizardDialog::panelRegion() const {
-    QRegion region;
-    for (const QPointer<QWidget>& guarded : panels_) {
-        QWidget* panel = guarded.data();
-        if (panel == nullptr || !panel->isVisible()) {
-            continue;
-        }
-        // The whole rectangle, rounded corners included: a sprite drawn in a
-        // corner would make the panel and its text repaint, and the few pixels
-        // outside the rounding are not worth it.
-        QRect covered(panel->mapTo(this, QPoint(0, 0)), panel->size());
-        // Clipped by the scroll areas and pages it sits in.
-        for (QWidget* p = panel->parentWidget(); p && p != this; p = p->parentWidget()) {
-            covered &= QRect(p->mapTo(this, QPoint(0, 0)), p->size());
-        }
-        if (!covered.isEmpty()) {
-            region += covered;
-        }
-    }
-    return region;
+    return panels_.region(this);
 }
 
 QWidget* WizardDialog::buildHeader(QWidget* parent) {

@@ -5,16 +5,15 @@
 #include "dsp/EffectPreset.h"
 #include "dsp/SoundFxPreset.h"
 #include "ui/DiagnosisRunner.h"
+#include "ui/PanelTracker.h"
 #include "ui/SkyBackground.h"
 
 #include <QDialog>
 #include <QElapsedTimer>
-#include <QPointer>
 #include <QUrl>
 
 #include <array>
 #include <functional>
-#include <vector>
 
 class QLabel;
 class QPushButton;
@@ -182,7 +181,7 @@ private:
     QElapsedTimer elapsed_;
     SkyBackground sky_;
     QPixmap background_;
-    std::vector<QPointer<QWidget>> panels_;
+    PanelTracker panels_;
 
     RecommendFunction recommend_;
     SavePresetFunction savePreset_;

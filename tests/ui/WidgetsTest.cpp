@@ -1,8 +1,10 @@
 #include "ui/GainFader.h"
 #include "ui/LevelMeter.h"
 #include "ui/MeterFaderWidget.h"
+#include "ui/PanelTracker.h"
 #include "ui/PeakHold.h"
 #include "ui/SkyBackground.h"
+#include "ui/Theme.h"
 #include "ui/ToggleSwitch.h"
 #include "ui/WizardTips.h"
 
@@ -205,6 +207,29 @@ TEST(SkyBackground, OnlyMovedSpritesAreRepainted) {
         area += static_cast<qint64>(r.width()) * r.height();
     }
     EXPECT_LT(area, 500 * 776 / 2); // the stars and clouds, not the whole sky
+}
+
+TEST(PanelTracker, CoversVisiblePanelsClippedByTheirContainers) {
+    QWidget window;
+    window.resize(200, 200);
+    auto* viewport = new QWidget(&window);
+    viewport->setGeometry(50, 50, 100, 100);
+    auto* card = new QWidget(viewport);
+    card->setGeometry(0, -20, 100, 60); // scrolled partly out of view
+    markPanel(card, 14);
+    auto* hidden = new QWidget(&window);
+    hidden->setGeometry(0, 0, 40, 40);
+    markPanel(hidden, 0);
+    auto* plain = new QWidget(&window);
+    plain->setGeometry(0, 160, 40, 40);
+    window.show();
+    hidden->hide();
+    PanelTracker tracker;
+    tracker.collect(&window);
+    EXPECT_EQ(tracker.count(), 2u);
+    EXPECT_EQ(tracker.region(&window), QRegion(QRect(50, 50, 100, 40)));
+    delete card; // a panel that went away is skipped
+    EXPECT_TRUE(tracker.region(&window).isEmpty());
 }
 
 } // namespace
