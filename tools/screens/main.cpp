@@ -227,6 +227,8 @@ void shootLanguage(Session& s) {
     s.shot(&d, QStringLiteral("wizard-8-end"));
     s.run(2.0);
     s.shot(&d, QStringLiteral("tab1-results"));
+    s.feeder->gain = 1.0f;
+    s.feeder->silent = false;
     d.applyRecommendedSettings();
     d.selectTab(Lumora::WizardDialog::kDiagnoseTab);
     s.run(0.5);
