@@ -29,7 +29,8 @@ MainTabBar::MainTabBar(QWidget* parent) : QWidget(parent) {
     setObjectName(QStringLiteral("mainTabBar"));
     setAttribute(Qt::WA_StyledBackground);
     setFixedHeight(72);
-    setStyleSheet(QStringLiteral("#mainTabBar { background: rgba(255,255,255,235);"
+    // Cascades to the tabs and labels too, but each of them sets its own.
+    setStyleSheet(QStringLiteral("QWidget { background: rgba(255,255,255,235);"
                                  " border-top: 1px solid rgba(78,205,196,80); }"));
     markPanel(this, 0);
     auto* row = new QHBoxLayout(this);

@@ -482,8 +482,8 @@ void WizardDialog::showEvent(QShowEvent* event) {
 void WizardDialog::hideEvent(QHideEvent* event) {
     QDialog::hideEvent(event);
     // A closed dialog keeps nothing running: a diagnosis in progress ends and the
-    // effects come back.
-    if (diagnosisShown()) {
+    // effects come back. (Minimising only pauses the timer.)
+    if (!event->spontaneous() && diagnosisShown()) {
         flow_->abort();
         leaveDiagnosis();
     }
@@ -529,14 +529,19 @@ void WizardDialog::updateMeters() {
     if (!state_) {
         return;
     }
-    const float chainIn = state_->chain.inputLevelDb();
-    const float chainOut = state_->chain.outputLevelDb();
-    const float fxIn = std::max(state_->effects.inputLevelDb(), -96.0f);
-    const float fxOut = state_->effects.outputLevelDb();
+    Levels levels;
+    levels.chainInput = state_->chain.inputLevelDb();
+    levels.chainOutput = state_->chain.outputLevelDb();
+    levels.compressorInput = std::max(levels.chainInput, -60.0f);
+    levels.compressorReduction = std::max(state_->chain.compressorGainReductionDb(), 0.0f);
+    levels.compressorOutput = std::max(levels.chainOutput, 0.0f);
+    levels.fxInput = std::max(state_->effects.inputLevelDb(), -96.0f);
+    levels.fxOutput = state_->effects.outputLevelDb();
     // Meters repaint only when they move by a pixel, and hidden ones not at all.
-    homePanel_->setLevels(chainIn, fxOut);
-    soundPage_->strip()->setLevels(chainIn, chainOut);
-    fxPage_->strip()->setLevels(fxIn, fxOut);
+    homePanel_->setLevels(levels.chainInput, levels.fxOutput);
+    soundPage_->strip()->setLevels(levels.chainInput, levels.chainOutput);
+    fxPage_->strip()->setLevels(levels.fxInput, levels.fxOutput);
+    emit levelsUpdated(levels);
 }
 
 // ---- Diagnosis -------------------------------------------------------------------

@@ -128,7 +128,21 @@ public:
     WizardPanel* wizardPanel() const { return wizardPanel_; }
     QPushButton* menuButton() const { return menuButton_; }
 
+    // The levels one tick hands to the meters and displays, in dB.
+    struct Levels {
+        float chainInput = -96.0f;
+        float chainOutput = -96.0f;
+        float compressorInput = -60.0f;   // clamped below at -60
+        float compressorReduction = 0.0f; // clamped below at 0
+        float compressorOutput = 0.0f;    // clamped below at 0
+        float fxInput = -96.0f;           // floor -96
+        float fxOutput = -96.0f;
+    };
+
 signals:
+    // Every tick on the main page with a filter: for the equaliser and
+    // compressor displays of the sound panel and the key-badge board.
+    void levelsUpdated(const Levels& levels);
     // The working copy of the chain's parameters was replaced (diagnosis applied,
     // reverted, noise learned): the sound panel reloads from it.
     void workingPresetChanged();

@@ -17,8 +17,8 @@
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTest>
-#include <QTimer>
 #include <QThread>
+#include <QTimer>
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -389,9 +389,20 @@ TEST_F(WizardFlow, SavingAPresetAsksForItsName) {
 TEST_F(WizardFlow, FadersReachTheChainsAndMetersShowTheLevels) {
     dialog_->selectTab(WizardDialog::kSoundTab);
     QCoreApplication::processEvents();
+    int updates = 0;
+    WizardDialog::Levels last;
+    QObject::connect(dialog_.get(), &WizardDialog::levelsUpdated,
+                     [&](const WizardDialog::Levels& levels) {
+                         ++updates;
+                         last = levels;
+                     });
     for (int i = 0; i < 20; ++i) {
         tick();
     }
+    EXPECT_EQ(updates, 20);
+    EXPECT_GE(last.compressorInput, -60.0f);
+    EXPECT_GE(last.compressorOutput, 0.0f);
+    EXPECT_FLOAT_EQ(last.chainInput, state_.chain.inputLevelDb());
     MeterFaderWidget* sound = dialog_->soundPage()->strip();
     EXPECT_GT(sound->inputMeter()->peakHold().peakDb, -50.0f);
     EXPECT_GT(dialog_->homePanel()->micMeter()->peakHold().peakDb, -50.0f);
