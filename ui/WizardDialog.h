@@ -1,15 +1,66 @@
 #pragma once
 
+#include "diagnosis/DiagnosisController.h"
+#include "diagnosis/DiagnosisResult.h"
+#include "dsp/EffectPreset.h"
+#include "dsp/SoundFxPreset.h"
+#include "ui/DiagnosisRunner.h"
+#include "ui/PanelTracker.h"
+#include "ui/SkyBackground.h"
+
 #include <QDialog>
+#include <QElapsedTimer>
+#include <QUrl>
+
+#include <array>
+#include <functional>
+
+class QLabel;
+class QPushButton;
+class QStackedWidget;
+class QTimer;
 
 namespace Lumora {
 
 struct ObsFilterState;
+class DiagnosisFlow;
+class FxPage;
+class HomePanel;
+class KeyBadgeBoard;
+class MainMenu;
+class MainTabBar;
+class PresetsPage;
+class ResultsPage;
+class SoundPage;
+class WizardPanel;
 
 // The plug-in's one window: diagnosis, results, sound, FX, presets and keys.
+//
+// What the dialog does not know yet arrives through the hooks below, so the
+// filter glue can plug in the settings store, the analysis, the recommendation
+// and the key-assignment rules without the dialog depending on them.
 class WizardDialog : public QDialog {
     Q_OBJECT
 public:
+    enum Tab { kDiagnoseTab, kResultsTab, kSoundTab, kFxTab, kPresetsTab, kKeysTab };
+
+    // Turns a finished session into verdicts (runs on its own thread).
+    using AnalyseFunction = DiagnosisRunner::AnalyseFunction;
+    // Turns a result into recommended settings for the chain.
+    using RecommendFunction = std::function<EffectPreset(const DiagnosisResult&, bool recording)>;
+    // Stores an effect preset under a name; false when saving failed.
+    using SavePresetFunction = std::function<bool(const QString& name, const EffectPreset&)>;
+    // Told after a preset became the filter's current one (to persist
+    // lastPresetName and the application fields).
+    using PresetAppliedFunction = std::function<void(const EffectPreset&)>;
+    // Told about every finished diagnosis (for the history).
+    using HistoryFunction = std::function<void(const DiagnosisResult&)>;
+    // An assigned arrow key went down (pressed) or up; slot 0 Up, 1 Down, 2 Left, 3 Right.
+    using SlotKeyFunction = std::function<void(int slot, bool pressed)>;
+    // Asks for a name; false when the user cancelled.
+    using NamePromptFunction =
+        std::function<bool(const QString& title, const QString& label, QString& name)>;
+
     // `state` may be null: the dialog then shows its pages but drives no filter.
     WizardDialog(QWidget* parent, ObsFilterState* state);
     ~WizardDialog() override;
@@ -18,8 +69,155 @@ public:
     void detach();
     ObsFilterState* filterState() const { return state_; }
 
+    // Hooks; each has a harmless default.
+    void setAnalyseFunction(AnalyseFunction analyse);
+    void setRecommendFunction(RecommendFunction recommend);
+    void setPresetSaver(SavePresetFunction save);
+    void setPresetAppliedHook(PresetAppliedFunction applied);
+    void setHistoryRecorder(HistoryFunction record);
+    void setSlotKeyHandler(SlotKeyFunction onSlotKey);
+    void setNamePrompt(NamePromptFunction prompt);
+    void setFeedbackUrl(const QUrl& url) { feedbackUrl_ = url; }
+
+    // Stands in for the recommendation until the real one is wired in: every
+    // effect off, named as the recommendation names its three cases.
+    static EffectPreset placeholderRecommend(const DiagnosisResult& result, bool recording);
+
+    void retranslateUi();
+    void selectTab(int index);
+    // Applies a language from the menu; the texts follow on the next turn of the
+    // event loop.
+    void setLanguage(const QString& code);
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+    // One tick of the 16 ms timer with the given time step (capped at 0.1 s).
+    void advance(double dt);
+    QTimer* tickTimer() const { return timer_; }
+
+    // Actions, also for the panels that arrive later.
+    void startDiagnosis();
+    // Records the silence take alone and learns the room's noise profile from it.
+    void startNoiseLearning();
+    void applyRecommendedSettings();
+    void saveRecommendedPreset();
+    void revertToDiagnosisSettings();
+    MainMenu* buildMainMenu();
+
+    // State for tests and tools.
+    int currentTab() const;
+    bool diagnosisShown() const;
+    bool easyMode() const { return easyMode_; }
+    float animationTime() const { return t_; }
+    quint64 tickCount() const { return tickCount_; }
+    const DiagnosisController& controller() const;
+    const DiagnosisRunner& runner() const;
+    SkyBackground& sky() { return sky_; }
+    const EffectPreset& workingPreset() const { return working_; }
+    const SoundFxPreset& workingFxPreset() const { return workingFx_; }
+    bool hasResult(int slot) const { return hasResult_[static_cast<size_t>(slot)]; }
+    const DiagnosisResult& result(int slot) const { return results_[static_cast<size_t>(slot)]; }
+    bool hasDiagnosisPreset() const { return hasDiagnosisPreset_; }
+    MainTabBar* tabBar() const { return tabBar_; }
+    HomePanel* homePanel() const { return homePanel_; }
+    ResultsPage* resultsPage() const { return resultsPage_; }
+    SoundPage* soundPage() const { return soundPage_; }
+    FxPage* fxPage() const { return fxPage_; }
+    PresetsPage* presetsPage() const { return presetsPage_; }
+    KeyBadgeBoard* keyBoard() const { return keyBoard_; }
+    WizardPanel* wizardPanel() const { return wizardPanel_; }
+    QPushButton* menuButton() const { return menuButton_; }
+
+    // The levels one tick hands to the meters and displays, in dB.
+    struct Levels {
+        float chainInput = -96.0f;
+        float chainOutput = -96.0f;
+        float compressorInput = -60.0f;   // clamped below at -60
+        float compressorReduction = 0.0f; // clamped below at 0
+        float compressorOutput = 0.0f;    // clamped below at 0
+        float fxInput = -96.0f;           // floor -96
+        float fxOutput = -96.0f;
+    };
+
+signals:
+    // Every tick on the main page with a filter: for the equaliser and
+    // compressor displays of the sound panel and the key-badge board.
+    void levelsUpdated(const Levels& levels);
+    // The working copy of the chain's parameters was replaced (diagnosis applied,
+    // reverted, noise learned): the sound panel reloads from it.
+    void workingPresetChanged();
+    // The Easy/Advanced switch moved: the effect panels follow.
+    void easyModeChanged(bool easy);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
 private:
+    void buildUi();
+    QWidget* buildHeader(QWidget* parent);
+    QWidget* buildKeysPage(QWidget* parent);
+    void connectWizard();
+    void loadFromState();
+    void onTick();
+    void updateMeters();
+    void keepResult(const DiagnosisResult& result);
+    void leaveDiagnosis();
+    void pushWorkingPreset();
+    void applyPreset(const EffectPreset& preset);
+    void savePresetFor(const DiagnosisResult& result);
+    void refreshHomeStatus();
+    void showMainMenu();
+    void showCredits();
+    void collectPanels();
+    // The area under the visible panels, where the sky draws no sprites.
+    QRegion panelRegion() const;
+
     ObsFilterState* state_ = nullptr;
+    EffectPreset working_;
+    SoundFxPreset workingFx_;
+    std::array<DiagnosisResult, 2> results_{};
+    std::array<bool, 2> hasResult_{{false, false}};
+    EffectPreset diagnosisPreset_;
+    bool hasDiagnosisPreset_ = false;
+    bool easyMode_ = true;
+    bool effectsActive_ = true;
+    bool fxActive_ = true;
+    int currentKeySlot_ = -1;
+
+    DiagnosisFlow* flow_ = nullptr;
+
+    float t_ = 0.0f;
+    double skyClock_ = 0.0;
+    quint64 tickCount_ = 0;
+    QTimer* timer_ = nullptr;
+    QElapsedTimer elapsed_;
+    SkyBackground sky_;
+    QPixmap background_;
+    PanelTracker panels_;
+
+    RecommendFunction recommend_;
+    SavePresetFunction savePreset_;
+    PresetAppliedFunction presetApplied_;
+    HistoryFunction recordHistory_;
+    SlotKeyFunction onSlotKey_;
+    NamePromptFunction namePrompt_;
+    QUrl feedbackUrl_;
+
+    QStackedWidget* root_ = nullptr;
+    QStackedWidget* content_ = nullptr;
+    QLabel* titleLabel_ = nullptr;
+    QPushButton* menuButton_ = nullptr;
+    MainTabBar* tabBar_ = nullptr;
+    HomePanel* homePanel_ = nullptr;
+    ResultsPage* resultsPage_ = nullptr;
+    SoundPage* soundPage_ = nullptr;
+    FxPage* fxPage_ = nullptr;
+    PresetsPage* presetsPage_ = nullptr;
+    QLabel* keysHint_ = nullptr;
+    KeyBadgeBoard* keyBoard_ = nullptr;
+    WizardPanel* wizardPanel_ = nullptr;
 };
 
 } // namespace Lumora

@@ -1,0 +1,236 @@
+#include "ui/GainFader.h"
+#include "ui/LevelMeter.h"
+#include "ui/MeterFaderWidget.h"
+#include "ui/PanelTracker.h"
+#include "ui/PeakHold.h"
+#include "ui/SkyBackground.h"
+#include "ui/Theme.h"
+#include "ui/ToggleSwitch.h"
+#include "ui/WizardTips.h"
+
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+namespace Lumora {
+namespace {
+
+TEST(PeakHold, PeakJumpsHoldsFifteenUpdatesThenFalls) {
+    PeakHold m;
+    m.update(-12.0f);
+    EXPECT_FLOAT_EQ(m.peakDb, -12.0f);
+    EXPECT_EQ(m.hold, 1500);
+    for (int i = 1; i <= 14; ++i) {
+        m.update(-40.0f);
+        EXPECT_FLOAT_EQ(m.peakDb, -12.0f) << "update " << i;
+    }
+    m.update(-40.0f); // the 15th takes the count to 0
+    EXPECT_FLOAT_EQ(m.peakDb, -40.0f);
+    m.update(-45.0f);
+    EXPECT_FLOAT_EQ(m.peakDb, -45.0f); // follows the level once the hold is over
+    m.update(-44.0f);
+    EXPECT_FLOAT_EQ(m.peakDb, -44.0f);
+    EXPECT_EQ(m.hold, 1500);
+}
+
+TEST(PeakHold, LevelsAreClampedToTheMeterRange) {
+    PeakHold m;
+    m.update(6.0f);
+    EXPECT_FLOAT_EQ(m.levelDb, 0.0f);
+    m.reset();
+    m.update(-96.0f);
+    EXPECT_FLOAT_EQ(m.levelDb, -60.0f);
+    m.update(std::numeric_limits<float>::quiet_NaN());
+    EXPECT_FLOAT_EQ(m.levelDb, -60.0f);
+    EXPECT_FLOAT_EQ(PeakHold::fraction(-30.0f), 0.5f);
+}
+
+// Counts paint events of a widget.
+struct PaintCounter : QObject {
+    int paints = 0;
+    bool eventFilter(QObject*, QEvent* e) override {
+        if (e->type() == QEvent::Paint) {
+            ++paints;
+        }
+        return false;
+    }
+};
+
+TEST(LevelMeter, RepaintsOnlyWhenTheBarMoves) {
+    LevelMeter meter(nullptr);
+    meter.resize(200, 10);
+    meter.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&meter));
+    meter.setLevel(-20.0f);
+    QTest::qWait(30);
+    PaintCounter counter;
+    meter.installEventFilter(&counter);
+    for (int i = 0; i < 10; ++i) {
+        meter.setLevel(-20.0f);
+        QCoreApplication::processEvents();
+    }
+    EXPECT_EQ(counter.paints, 0);
+    meter.setLevel(-3.0f);
+    QTest::qWait(30);
+    EXPECT_GE(counter.paints, 1);
+}
+
+TEST(GainFader, OutsideValuesAreClampedSilently) {
+    GainFader fader(nullptr);
+    QSignalSpy spy(&fader, &GainFader::valueChanged);
+    fader.setValue(40.0f);
+    EXPECT_FLOAT_EQ(fader.value(), 24.0f);
+    fader.setValue(-99.0f);
+    EXPECT_FLOAT_EQ(fader.value(), -24.0f);
+    EXPECT_EQ(spy.count(), 0);
+}
+
+TEST(GainFader, DoubleClickResetsToZeroAndTellsTheUser) {
+    GainFader fader(nullptr);
+    fader.resize(140, 22);
+    fader.setValue(6.0f);
+    QSignalSpy spy(&fader, &GainFader::valueChanged);
+    QTest::mouseDClick(&fader, Qt::LeftButton);
+    EXPECT_FLOAT_EQ(fader.value(), 0.0f);
+    ASSERT_GE(spy.count(), 1);
+    EXPECT_FLOAT_EQ(spy.last().at(0).toFloat(), 0.0f);
+}
+
+TEST(MeterFaderWidget, ValuesFromOutsideEmitNothing) {
+    MeterFaderWidget strip(nullptr);
+    QSignalSpy gains(&strip, &MeterFaderWidget::gainsChanged);
+    QSignalSpy bypass(&strip, &MeterFaderWidget::bypassChanged);
+    strip.setGains(-7.0f, 3.5f);
+    strip.setBypass(true);
+    EXPECT_FLOAT_EQ(strip.inputGain(), -7.0f);
+    EXPECT_FLOAT_EQ(strip.outputGain(), 3.5f);
+    EXPECT_TRUE(strip.bypass());
+    EXPECT_EQ(gains.count(), 0);
+    EXPECT_EQ(bypass.count(), 0);
+    strip.bypassButton()->click();
+    EXPECT_EQ(bypass.count(), 1);
+    strip.setLevels(-18.0f, 3.0f);
+    EXPECT_FLOAT_EQ(strip.inputMeter()->peakHold().levelDb, -18.0f);
+    EXPECT_FLOAT_EQ(strip.outputMeter()->peakHold().levelDb, 0.0f);
+}
+
+TEST(ToggleSwitch, ClicksFlipItAndCodeSetsItQuietly) {
+    ToggleSwitch toggle(nullptr);
+    QSignalSpy spy(&toggle, &ToggleSwitch::toggled);
+    toggle.click();
+    EXPECT_TRUE(toggle.isChecked());
+    toggle.setChecked(false);
+    EXPECT_EQ(spy.count(), 2);
+    EXPECT_EQ(toggle.sizeHint(), QSize(52, 28));
+}
+
+TEST(WizardTips, TipsRotateEveryFiveSecondsInTheChosenLanguage) {
+    const auto tips = WizardTips::tipsFor(5, kMicCondenser);
+    ASSERT_GE(tips.size(), 3u);
+    EXPECT_EQ(WizardTips::tipAt(5, kMicCondenser, 0.0, "en"), tips[0].en);
+    EXPECT_EQ(WizardTips::tipAt(5, kMicCondenser, 4.9, "en"), tips[0].en);
+    EXPECT_EQ(WizardTips::tipAt(5, kMicCondenser, 5.0, "ja"), tips[1].ja);
+    EXPECT_EQ(WizardTips::tipAt(5, kMicCondenser, 5.0 * tips.size(), "de"), tips[0].ja);
+    // The silence take always carries the keyboard tip; the plosive take the pop tip.
+    bool keyboard = false;
+    for (const auto& tip : WizardTips::tipsFor(5, kMicUnknown)) {
+        keyboard |= std::string(tip.en) == "💡 Keyboard clicks are picked up too. Stay still 👂";
+    }
+    EXPECT_TRUE(keyboard);
+    bool pop = false;
+    for (const auto& tip : WizardTips::tipsFor(4, kMicUsb)) {
+        pop |= std::string(tip.ja) == "💡 「パ・ポ・ボ」の破裂音でポップノイズが出やすいよ 💨";
+    }
+    EXPECT_TRUE(pop);
+    EXPECT_TRUE(WizardTips::tipsFor(0, kMicDynamic).empty());
+    EXPECT_TRUE(WizardTips::tipAt(6, kMicDynamic, 1.0, "en").empty());
+    // Every take has tips for every mic type, and English ones are English.
+    for (int step = 1; step <= 5; ++step) {
+        for (int mic = 0; mic < 4; ++mic) {
+            for (const auto& tip : WizardTips::tipsFor(step, mic)) {
+                for (unsigned char ch : std::string(tip.en)) {
+                    EXPECT_FALSE(ch >= 0xE3 && ch <= 0xE9) << tip.en;
+                }
+            }
+            EXPECT_GE(WizardTips::tipsFor(step, mic).size(), 3u);
+        }
+    }
+}
+
+TEST(SkyBackground, StarsAreLaidOutByTheirIndex) {
+    SkyBackground sky;
+    sky.setSize(QSize(500, 776), 1.0);
+    sky.layoutStars();
+    const auto& stars = sky.stars();
+    EXPECT_FLOAT_EQ(stars[0].x, 50.0f);
+    EXPECT_FLOAT_EQ(stars[0].y, 60.0f);
+    EXPECT_FLOAT_EQ(stars[0].size, 16.0f);
+    EXPECT_FLOAT_EQ(stars[0].opacity, 0.5f);
+    EXPECT_NEAR(stars[5].x, std::fmod(5 * 137.508 * 1.9 + 50.0, 500.0), 1e-3);
+    EXPECT_NEAR(stars[5].y, std::fmod(5 * 79.302 * 3.7 + 60.0, 776.0), 1e-3);
+    EXPECT_FLOAT_EQ(stars[3].size, 36.0f); // (3 mod 3) * 8 + 36
+    EXPECT_FLOAT_EQ(stars[7].size, 44.0f); // (7 mod 3) * 8 + 36
+    EXPECT_NEAR(stars[7].opacity, 0.51f, 1e-6);
+    EXPECT_FLOAT_EQ(stars[6].size, 20.0f); // 2 * (6 mod 4) + 16
+    EXPECT_NEAR(stars[6].opacity, 0.55f, 1e-6);
+    for (const auto& star : stars) {
+        EXPECT_FLOAT_EQ(star.speed, 24.0f);
+    }
+    EXPECT_EQ(stars[1].kind, 1);
+    EXPECT_EQ(stars[2].kind, 0);
+}
+
+TEST(SkyBackground, OnlyMovedSpritesAreRepainted) {
+    SkyBackground sky;
+    QPixmap star(32, 32);
+    star.fill(Qt::yellow);
+    QPixmap cloud(100, 60);
+    cloud.fill(Qt::white);
+    sky.setPixmaps(star, star, cloud);
+    sky.setSize(QSize(500, 776), 1.0);
+    sky.layoutStars();
+    sky.layoutClouds();
+    EXPECT_TRUE(sky.takeChangedRegion(0.0f).contains(QRect(0, 0, 500, 776)));
+    const QRegion again = sky.takeChangedRegion(0.0f);
+    for (const QRect& r : again) {
+        ADD_FAILURE() << r.x() << "," << r.y() << " " << r.width() << "x" << r.height();
+    }
+    sky.advance(0.1f); // about 2 px along x
+    const QRegion moved = sky.takeChangedRegion(0.0f);
+    EXPECT_FALSE(moved.isEmpty());
+    qint64 area = 0;
+    for (const QRect& r : moved) {
+        area += static_cast<qint64>(r.width()) * r.height();
+    }
+    EXPECT_LT(area, 500 * 776 / 2); // the stars and clouds, not the whole sky
+}
+
+TEST(PanelTracker, CoversVisiblePanelsClippedByTheirContainers) {
+    QWidget window;
+    window.resize(200, 200);
+    auto* viewport = new QWidget(&window);
+    viewport->setGeometry(50, 50, 100, 100);
+    auto* card = new QWidget(viewport);
+    card->setGeometry(0, -20, 100, 60); // scrolled partly out of view
+    markPanel(card, 14);
+    auto* hidden = new QWidget(&window);
+    hidden->setGeometry(0, 0, 40, 40);
+    markPanel(hidden, 0);
+    auto* plain = new QWidget(&window);
+    plain->setGeometry(0, 160, 40, 40);
+    window.show();
+    hidden->hide();
+    PanelTracker tracker;
+    tracker.collect(&window);
+    EXPECT_EQ(tracker.count(), 2u);
+    EXPECT_EQ(tracker.region(&window), QRegion(QRect(50, 50, 100, 40)));
+    delete card; // a panel that went away is skipped
+    EXPECT_TRUE(tracker.region(&window).isEmpty());
+}
+
+} // namespace
+} // namespace Lumora

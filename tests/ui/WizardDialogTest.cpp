@@ -1,0 +1,337 @@
+#include "ui/WizardDialog.h"
+#include "ui/AdviceCard.h"
+#include "ui/HomePanel.h"
+#include "ui/KeyBadgeBoard.h"
+#include "ui/LevelMeter.h"
+#include "ui/Localisation.h"
+#include "ui/MainMenu.h"
+#include "ui/MainTabBar.h"
+#include "ui/PresetsPage.h"
+#include "ui/ResultSummaryCard.h"
+#include "ui/ResultsPage.h"
+#include "ui/ToggleSwitch.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QStackedWidget>
+#include <QTest>
+#include <QTimer>
+#include <gtest/gtest.h>
+
+#include <utility>
+#include <vector>
+
+namespace Lumora {
+namespace {
+
+// A dialog without a filter, shown, with its timer stopped so ticks are ours.
+struct ShownDialog {
+    WizardDialog dialog{nullptr, nullptr};
+    ShownDialog() {
+        applyLanguage(QStringLiteral("ja"));
+        dialog.show();
+        dialog.tickTimer()->stop();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&dialog));
+    }
+    ~ShownDialog() { applyLanguage(QStringLiteral("ja")); }
+};
+
+void chooseLanguage(WizardDialog& dialog, const char* code) {
+    MainMenu* menu = dialog.buildMainMenu();
+    for (QAction* action : menu->languageMenu()->actions()) {
+        if (action->data().toString() == QLatin1String(code)) {
+            action->trigger();
+        }
+    }
+    delete menu;
+    QCoreApplication::processEvents(); // the texts follow on the next turn of the loop
+}
+
+TEST(WizardDialog, ClickingATabShowsItsPage) {
+    ShownDialog d;
+    EXPECT_EQ(d.dialog.currentTab(), WizardDialog::kDiagnoseTab);
+    for (int tab : {4, 1, 5, 2, 3, 0}) {
+        QTest::mouseClick(d.dialog.tabBar()->tab(tab), Qt::LeftButton);
+        EXPECT_EQ(d.dialog.currentTab(), tab);
+        EXPECT_EQ(d.dialog.tabBar()->selected(), tab);
+    }
+    // A click on a tab's label reaches the tab too.
+    QTest::mouseClick(d.dialog.tabBar()->textLabel(2), Qt::LeftButton);
+    EXPECT_EQ(d.dialog.currentTab(), WizardDialog::kSoundTab);
+    EXPECT_TRUE(d.dialog.tabBar()->textLabel(2)->styleSheet().contains(QStringLiteral("#00A896")));
+    EXPECT_TRUE(d.dialog.tabBar()->textLabel(0)->styleSheet().contains(QStringLiteral("#9B9BB8")));
+}
+
+TEST(WizardDialog, LanguageMenuRelabelsWithoutRebuilding) {
+    ShownDialog d;
+    MainTabBar* tabs = d.dialog.tabBar();
+    QLabel* firstLabel = tabs->textLabel(0);
+    QPushButton* apply = d.dialog.resultsPage()->applyButton();
+    EXPECT_EQ(firstLabel->text(), QStringLiteral("診断"));
+    EXPECT_EQ(apply->text(), QStringLiteral("🔧 おすすめ設定を適用"));
+
+    chooseLanguage(d.dialog, "en");
+    EXPECT_EQ(currentLanguage(), QStringLiteral("en"));
+    const char* english[] = {"Diagnose", "Results", "Sound", "FX", "Presets", "Keys"};
+    for (int i = 0; i < MainTabBar::kTabCount; ++i) {
+        EXPECT_EQ(tabs->textLabel(i)->text(), QLatin1String(english[i]));
+    }
+    EXPECT_EQ(tabs->textLabel(0), firstLabel); // the same widgets, re-labelled
+    EXPECT_EQ(d.dialog.resultsPage()->applyButton(), apply);
+    EXPECT_EQ(apply->text(), QStringLiteral("🔧 Apply recommended settings"));
+    EXPECT_EQ(d.dialog.resultsPage()->saveButton()->text(), QStringLiteral("💾 Save preset"));
+    EXPECT_EQ(d.dialog.resultsPage()->rerunButton()->text(),
+              QStringLiteral("🔄 Run diagnosis again"));
+    EXPECT_EQ(d.dialog.resultsPage()->placeholder()->text(),
+              QStringLiteral("Run the diagnosis to see advice here."));
+    const char* subTabs[] = {"🎹 Key Assign", "🎛 Sound", "🎵 FX", "🎹 Assign"};
+    for (int i = 0; i < PresetsPage::kSubPageCount; ++i) {
+        EXPECT_EQ(d.dialog.presetsPage()->subTabButton(i)->text(), QString::fromUtf8(subTabs[i]));
+    }
+
+    chooseLanguage(d.dialog, "ja");
+    const char* japanese[] = {"診断", "結果", "音質", "FX", "プリセット", "キー"};
+    for (int i = 0; i < MainTabBar::kTabCount; ++i) {
+        EXPECT_EQ(tabs->textLabel(i)->text(), QString::fromUtf8(japanese[i]));
+    }
+    EXPECT_EQ(d.dialog.presetsPage()->subTabButton(0)->text(), QStringLiteral("🎹 キーアサイン"));
+}
+
+TEST(WizardDialog, LanguageMenuMarksTheCurrentLanguage) {
+    ShownDialog d;
+    applyLanguage(QStringLiteral("de"));
+    MainMenu* menu = d.dialog.buildMainMenu();
+    const QList<QAction*> actions = menu->languageMenu()->actions();
+    ASSERT_EQ(actions.size(), 10);
+    EXPECT_EQ(actions[0]->text(), QStringLiteral("    English"));
+    EXPECT_EQ(actions[5]->text(), QStringLiteral("✓  Deutsch"));
+    EXPECT_TRUE(actions[5]->font().bold());
+    EXPECT_FALSE(actions[1]->font().bold());
+    delete menu;
+}
+
+TEST(WizardDialog, EasyModeSwitchRelabelsAndTellsThePanels) {
+    ShownDialog d;
+    applyLanguage(QStringLiteral("en"));
+    QSignalSpy spy(&d.dialog, &WizardDialog::easyModeChanged);
+    MainMenu* menu = d.dialog.buildMainMenu();
+    EXPECT_TRUE(menu->modeSwitch()->isChecked());
+    EXPECT_EQ(menu->modeLabel()->text(), QStringLiteral("🌟 Easy Mode"));
+    menu->modeSwitch()->click();
+    EXPECT_FALSE(d.dialog.easyMode());
+    EXPECT_EQ(menu->modeLabel()->text(), QStringLiteral("⚙ Advanced Mode"));
+    ASSERT_EQ(spy.count(), 1);
+    EXPECT_FALSE(spy.at(0).at(0).toBool());
+    delete menu;
+    MainMenu* again = d.dialog.buildMainMenu();
+    EXPECT_FALSE(again->modeSwitch()->isChecked());
+    delete again;
+}
+
+TEST(WizardDialog, WithoutAFilterEveryPageShowsAndNoLevels) {
+    ShownDialog d;
+    EXPECT_EQ(d.dialog.filterState(), nullptr);
+    EXPECT_EQ(d.dialog.size(), QSize(500, 776));
+    EXPECT_EQ(d.dialog.windowTitle(), QStringLiteral("Tindra"));
+    for (int tab = 0; tab < MainTabBar::kTabCount; ++tab) {
+        d.dialog.selectTab(tab);
+        QWidget* page = d.dialog.findChild<QStackedWidget*>()->currentWidget();
+        EXPECT_NE(page, nullptr);
+    }
+    d.dialog.selectTab(WizardDialog::kDiagnoseTab);
+    const float before = d.dialog.animationTime();
+    const float starX = d.dialog.sky().stars()[0].x;
+    for (int i = 0; i < 30; ++i) {
+        d.dialog.advance(0.016);
+    }
+    EXPECT_NEAR(d.dialog.animationTime() - before, 0.48f, 1e-4f);
+    EXPECT_NE(d.dialog.sky().stars()[0].x, starX);
+    HomePanel* home = d.dialog.homePanel();
+    EXPECT_FLOAT_EQ(home->micMeter()->peakHold().levelDb, -60.0f);
+    EXPECT_FLOAT_EQ(home->micMeter()->peakHold().peakDb, -60.0f);
+    EXPECT_FALSE(home->startButton()->isEnabled());
+    d.dialog.startDiagnosis(); // nothing to diagnose
+    EXPECT_FALSE(d.dialog.diagnosisShown());
+}
+
+TEST(WizardDialog, ALongStallAdvancesTheAnimationByATenthOnly) {
+    ShownDialog d;
+    const float t0 = d.dialog.animationTime();
+    const auto star = d.dialog.sky().stars()[4];
+    d.dialog.advance(0.5);
+    EXPECT_NEAR(d.dialog.animationTime() - t0, 0.1f, 1e-6f);
+    const auto moved = d.dialog.sky().stars()[4];
+    EXPECT_NEAR(moved.x - star.x, 0.866f * 24.0f * 0.1f, 1e-3f);
+    EXPECT_NEAR(star.y - moved.y, 0.5f * 24.0f * 0.1f, 1e-3f);
+}
+
+TEST(WizardDialog, AStarLeavingOnTheRightComesBackOnTheLeftAtItsHeight) {
+    ShownDialog d;
+    SkyBackground& sky = d.dialog.sky();
+    SkyBackground::Star star = sky.stars()[2];
+    const float w = static_cast<float>(d.dialog.width());
+    const float m = star.size + 4.0f;
+    star.x = w + m - 0.5f;
+    star.y = 300.0f;
+    sky.setStar(2, star);
+    d.dialog.advance(0.05); // moves 1.04 px right and 0.6 px up
+    const auto& wrapped = sky.stars()[2];
+    EXPECT_NEAR(wrapped.x, w + m - 0.5f + 0.866f * 24.0f * 0.05f - (w + 2.0f * m), 1e-3f);
+    EXPECT_LT(wrapped.x, 0.0f);
+    EXPECT_NEAR(wrapped.y, 300.0f - 0.6f, 1e-3f);
+}
+
+TEST(WizardDialog, AStarLeavingAtTheTopComesBackAtTheBottom) {
+    ShownDialog d;
+    SkyBackground& sky = d.dialog.sky();
+    SkyBackground::Star star = sky.stars()[0];
+    const float m = star.size + 4.0f;
+    star.x = 100.0f;
+    star.y = -m + 0.1f;
+    sky.setStar(0, star);
+    d.dialog.advance(0.05);
+    EXPECT_NEAR(sky.stars()[0].y, -m + 0.1f - 0.6f + (d.dialog.height() + 2.0f * m), 1e-3f);
+}
+
+// Collects the slot-key hook's calls.
+struct KeyLog {
+    std::vector<std::pair<int, bool>> calls;
+    WizardDialog::SlotKeyFunction hook() {
+        return [this](int slot, bool pressed) { calls.emplace_back(slot, pressed); };
+    }
+};
+
+void sendKey(QWidget* target, QEvent::Type type, int key, bool autoRepeat = false) {
+    QKeyEvent event(type, key, Qt::NoModifier, QString(), autoRepeat);
+    QApplication::sendEvent(target, &event);
+}
+
+TEST(WizardDialog, ArrowKeysReachTheKeyHookWhileTheDialogIsActive) {
+    ShownDialog d;
+    KeyLog log;
+    d.dialog.setSlotKeyHandler(log.hook());
+    d.dialog.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&d.dialog));
+    QWidget* target = d.dialog.focusWidget() ? d.dialog.focusWidget() : &d.dialog;
+
+    sendKey(target, QEvent::KeyPress, Qt::Key_Left);
+    sendKey(target, QEvent::KeyPress, Qt::Key_Left, true); // auto-repeat: swallowed
+    sendKey(target, QEvent::KeyRelease, Qt::Key_Left);
+    sendKey(target, QEvent::KeyPress, Qt::Key_A); // not an arrow key
+    ASSERT_EQ(log.calls.size(), 2u);
+    EXPECT_EQ(log.calls[0], std::make_pair(2, true));
+    EXPECT_EQ(log.calls[1], std::make_pair(2, false));
+}
+
+TEST(WizardDialog, ArrowKeysKeepTheirEditingMeaningInATextField) {
+    ShownDialog d;
+    KeyLog log;
+    d.dialog.setSlotKeyHandler(log.hook());
+    auto* edit = new QLineEdit(QStringLiteral("abc"), &d.dialog);
+    edit->show();
+    d.dialog.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&d.dialog));
+    edit->setFocus();
+    edit->setCursorPosition(3);
+    QTest::keyClick(edit, Qt::Key_Left);
+    QTest::keyClick(edit, Qt::Key_Up);
+    EXPECT_TRUE(log.calls.empty());
+    EXPECT_EQ(edit->cursorPosition(), 2); // the line edit got its Left
+}
+
+TEST(WizardDialog, KeysPassWhenTheDialogIsHiddenOrNotActive) {
+    ShownDialog d;
+    KeyLog log;
+    d.dialog.setSlotKeyHandler(log.hook());
+    QWidget other;
+    other.resize(100, 100);
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    sendKey(&other, QEvent::KeyPress, Qt::Key_Up);
+    EXPECT_TRUE(log.calls.empty());
+    d.dialog.hide();
+    sendKey(&d.dialog, QEvent::KeyPress, Qt::Key_Up);
+    EXPECT_TRUE(log.calls.empty());
+}
+
+TEST(WizardDialog, OnTheKeysTabAKeyOnlyLightsTheBoard) {
+    ShownDialog d;
+    KeyLog log;
+    d.dialog.setSlotKeyHandler(log.hook());
+    d.dialog.selectTab(WizardDialog::kKeysTab);
+    d.dialog.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&d.dialog));
+    QWidget* target = d.dialog.focusWidget() ? d.dialog.focusWidget() : &d.dialog;
+    sendKey(target, QEvent::KeyPress, Qt::Key_Down);
+    EXPECT_EQ(d.dialog.keyBoard()->litSlot(), 1);
+    sendKey(target, QEvent::KeyRelease, Qt::Key_Down);
+    EXPECT_EQ(d.dialog.keyBoard()->litSlot(), -1);
+    EXPECT_TRUE(log.calls.empty());
+}
+
+DiagnosisResult twoItemResult() {
+    DiagnosisResult r;
+    DiagnosisItem volume;
+    volume.key = "volume";
+    volume.level = 1;
+    volume.titleJa = "ちょっと大きいかも？";
+    volume.adviceJa = "音量を少し下げると安心！";
+    volume.titleEn = "A bit loud?";
+    volume.adviceEn = "Try turning it down just a touch!";
+    volume.value = -9.5f;
+    DiagnosisItem pop;
+    pop.key = "pop";
+    pop.level = 0;
+    pop.titleJa = "ポップノイズは大丈夫！";
+    pop.titleEn = "No pop noise issues!";
+    pop.value = 4.0f;
+    r.items = {volume, pop};
+    r.overall = 1;
+    r.valid = 1;
+    r.summaryJa = "ちょっと気になるところがあるかも！";
+    r.summaryEn = "A few small things to look at!";
+    return r;
+}
+
+TEST(ResultsPage, CardsShowTheResultInTheCurrentLanguage) {
+    applyLanguage(QStringLiteral("ja"));
+    ResultsPage page(nullptr);
+    EXPECT_FALSE(page.placeholder()->isHidden());
+    EXPECT_FALSE(page.applyButton()->isEnabled());
+    const DiagnosisResult r = twoItemResult();
+    page.showResult(&r);
+    EXPECT_TRUE(page.placeholder()->isHidden());
+    ASSERT_EQ(page.cardCount(), 2);
+    EXPECT_EQ(page.card(0)->verdict(), QStringLiteral("⚠️ 注意"));
+    EXPECT_EQ(page.card(0)->title(), QStringLiteral("ちょっと大きいかも？"));
+    EXPECT_EQ(page.card(0)->advice(), QStringLiteral("音量を少し下げると安心！"));
+    EXPECT_EQ(page.card(0)->valueText(), QStringLiteral("-9.5 dBFS"));
+    EXPECT_EQ(page.card(1)->valueText(), QStringLiteral("+4.0 dB"));
+    EXPECT_EQ(page.summaryCard()->summary(), QStringLiteral("ちょっと気になるところがあるかも！"));
+
+    applyLanguage(QStringLiteral("en"));
+    page.retranslateUi();
+    ASSERT_EQ(page.cardCount(), 2);
+    EXPECT_EQ(page.card(0)->heading(), QStringLiteral("🔊 Volume"));
+    EXPECT_EQ(page.card(0)->verdict(), QStringLiteral("⚠️ Caution"));
+    EXPECT_EQ(page.card(0)->title(), QStringLiteral("A bit loud?"));
+    EXPECT_EQ(page.summaryCard()->summary(), QStringLiteral("A few small things to look at!"));
+
+    // Neither "ja" nor "en": Japanese summary, English labels.
+    applyLanguage(QStringLiteral("es"));
+    page.retranslateUi();
+    EXPECT_EQ(page.summaryCard()->summary(), QStringLiteral("ちょっと気になるところがあるかも！"));
+    EXPECT_EQ(page.card(1)->verdict(), QStringLiteral("✅ Good"));
+    applyLanguage(QStringLiteral("ja"));
+    page.showResult(nullptr);
+    EXPECT_EQ(page.cardCount(), 0);
+}
+
+} // namespace
+} // namespace Lumora

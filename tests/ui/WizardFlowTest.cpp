@@ -1,0 +1,426 @@
+// The whole diagnosis driven the way the dialog's timer drives it: a real
+// filter state fed with recorded speech between ticks.
+
+#include "WavFile.h"
+#include "module/ObsFilterState.h"
+#include "ui/FxPage.h"
+#include "ui/GainFader.h"
+#include "ui/HomePanel.h"
+#include "ui/LevelMeter.h"
+#include "ui/Localisation.h"
+#include "ui/MeterFaderWidget.h"
+#include "ui/ResultsPage.h"
+#include "ui/SoundPage.h"
+#include "ui/WizardDialog.h"
+#include "ui/WizardPanel.h"
+
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QTest>
+#include <QThread>
+#include <QTimer>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cmath>
+#include <stdexcept>
+#include <string>
+#include <thread>
+
+namespace Lumora {
+namespace {
+
+constexpr int kRate = 48000;
+constexpr double kTick = 0.016;
+constexpr int kTickFrames = 768; // 16 ms at 48 kHz
+
+std::vector<float> loadSpeech() {
+    WavData wav;
+    std::string error;
+    std::vector<float> speech;
+    for (const char* name : {"Front_Center.wav", "Front_Left.wav", "Rear_Right.wav"}) {
+        if (readWav(std::string("/usr/share/sounds/alsa/") + name, wav, error) &&
+            wav.channels() > 0 && wav.sampleRate == kRate) {
+            speech.insert(speech.end(), wav.planes[0].begin(), wav.planes[0].end());
+        }
+    }
+    return speech;
+}
+
+class WizardFlow : public ::testing::Test {
+protected:
+    void SetUp() override {
+        speech_ = loadSpeech();
+        ASSERT_FALSE(speech_.empty()) << "recorded speech from alsa-utils is needed";
+        applyLanguage(QStringLiteral("ja"));
+        state_.analyser = makeAnalyser();
+        state_.analyser->prepare(kRate);
+        state_.chain.prepare(kRate, kRate / 10);
+        state_.effects.prepare(kRate, kRate / 10);
+        dialog_ = std::make_unique<WizardDialog>(nullptr, &state_);
+        dialog_->tickTimer()->stop();
+        dialog_->show();
+        dialog_->tickTimer()->stop();
+    }
+    void TearDown() override {
+        dialog_.reset();
+        applyLanguage(QStringLiteral("ja"));
+    }
+
+    // One timer tick with 16 ms of audio before it.
+    void tick(float gain = 1.0f) {
+        float* planes[1] = {block_};
+        for (float& sample : block_) {
+            sample = speech_[position_] * gain;
+            position_ = (position_ + 1) % speech_.size();
+        }
+        state_.processAudio(planes, 1, kTickFrames);
+        dialog_->advance(kTick);
+    }
+    int tickWhile(DiagnosisController::State state, float gain = 1.0f, int limit = 1000) {
+        int ticks = 0;
+        while (dialog_->controller().state() == state && ticks < limit) {
+            tick(gain);
+            ++ticks;
+        }
+        return ticks;
+    }
+    void recordTake(float gain) {
+        WizardPanel* wizard = dialog_->wizardPanel();
+        ASSERT_EQ(dialog_->controller().state(), DiagnosisController::kPrompt);
+        wizard->startButton()->click();
+        tickWhile(DiagnosisController::kCountdown, gain);
+        tickWhile(DiagnosisController::kRecording, gain);
+        ASSERT_EQ(dialog_->controller().state(), DiagnosisController::kTakeDone);
+    }
+    // Waits (really) for the analysis thread while ticking.
+    void waitForAnalysis() {
+        for (int i = 0; i < 500 && dialog_->controller().state() == DiagnosisController::kAnalysing;
+             ++i) {
+            tick();
+            QThread::msleep(2);
+        }
+    }
+
+    std::vector<float> speech_;
+    size_t position_ = 0;
+    float block_[kTickFrames] = {};
+    ObsFilterState state_;
+    std::unique_ptr<WizardDialog> dialog_;
+};
+
+DiagnosisItem item(const char* key, int level) {
+    DiagnosisItem i;
+    i.key = key;
+    i.level = level;
+    i.titleJa = "タイトル";
+    i.titleEn = "Title";
+    i.value = -20.0f;
+    return i;
+}
+
+TEST_F(WizardFlow, WholeDiagnosisFromMicChoiceToAppliedSettings) {
+    std::atomic<bool> ranOnOtherThread{false};
+    std::array<size_t, 6> counts{};
+    const std::thread::id uiThread = std::this_thread::get_id();
+    dialog_->setAnalyseFunction([&](const DiagnosisSession& session) {
+        ranOnOtherThread = std::this_thread::get_id() != uiThread;
+        for (size_t i = 0; i < counts.size(); ++i) {
+            counts[i] = session.steps[i].size();
+        }
+        DiagnosisResult r;
+        for (const char* key : {"clipping", "volume", "noise", "distance", "dynamics", "pop"}) {
+            r.items.push_back(item(key, std::string(key) == "noise" ? 1 : 0));
+        }
+        r.overall = 1;
+        r.micType = session.micType;
+        r.valid = 1;
+        r.summaryJa = "ちょっと気になるところがあるかも！";
+        r.summaryEn = "A few small things to look at!";
+        return r;
+    });
+    dialog_->setRecommendFunction([](const DiagnosisResult& r, bool recording) {
+        EffectPreset p;
+        p.name = recording ? "rec" : "配信最適化プリセット";
+        p.inputGainDb = -7.0f;
+        p.comp.enabled = true;
+        p.comp.thresholdDb = -14.0f;
+        p.gate.enabled = r.items.size() == 6;
+        return p;
+    });
+    int histories = 0;
+    dialog_->setHistoryRecorder([&](const DiagnosisResult&) { ++histories; });
+    int applied = 0;
+    dialog_->setPresetAppliedHook([&](const EffectPreset&) { ++applied; });
+
+    // The effects go off for the takes.
+    state_.effects.setActive(true);
+    ASSERT_TRUE(state_.chain.isActive());
+    dialog_->homePanel()->startButton()->click();
+    ASSERT_TRUE(dialog_->diagnosisShown());
+    EXPECT_FALSE(state_.chain.isActive());
+    EXPECT_FALSE(state_.effects.isActive());
+
+    WizardPanel* wizard = dialog_->wizardPanel();
+    EXPECT_EQ(wizard->bubbleText().toStdString(), dialog_->controller().currentText("ja"));
+    wizard->micButton(kMicDynamic)->click();
+    EXPECT_EQ(dialog_->controller().session().micType, kMicDynamic);
+
+    const float gains[] = {0.0f, 1.0f, 2.0f, 0.2f, 1.5f, 0.0f};
+    for (int step = 1; step <= 5; ++step) {
+        recordTake(gains[step]);
+        if (step == 2) {
+            // Once more: the first loud take is thrown away.
+            wizard->retryButton()->click();
+            EXPECT_TRUE(dialog_->controller().session().steps[2].empty());
+            EXPECT_EQ(dialog_->controller().session().steps[1].size(), 188u);
+            recordTake(gains[step]);
+        }
+        if (step < 5) {
+            // The snapshots and the live meter heard the speech.
+            EXPECT_GT(state_.chain.inputLevelDb(), -90.0f) << "step " << step;
+        }
+        wizard->nextButton()->click();
+    }
+    ASSERT_EQ(dialog_->controller().state(), DiagnosisController::kAnalysing);
+    EXPECT_TRUE(dialog_->runner().analysing());
+    waitForAnalysis();
+    ASSERT_EQ(dialog_->controller().state(), DiagnosisController::kResult);
+    EXPECT_TRUE(ranOnOtherThread);
+    EXPECT_EQ(counts[0], 0u);
+    EXPECT_NEAR(static_cast<double>(counts[1]), 188.0, 1.0);
+    EXPECT_NEAR(static_cast<double>(counts[4]), 125.0, 1.0);
+    EXPECT_NEAR(static_cast<double>(counts[5]), 188.0, 1.0);
+
+    // The result is shown, stored and the effects are back.
+    EXPECT_TRUE(state_.chain.isActive());
+    EXPECT_TRUE(state_.effects.isActive());
+    EXPECT_EQ(histories, 1);
+    EXPECT_TRUE(dialog_->hasResult(0));
+    EXPECT_EQ(dialog_->resultsPage()->cardCount(), 6);
+    EXPECT_EQ(wizard->bubbleText(), QStringLiteral("ちょっと気になるところがあるかも！"));
+    EXPECT_TRUE(dialog_->homePanel()->status().contains(QStringLiteral("⚠️ 注意")));
+    EXPECT_TRUE(state_.diagnosisTask->started);
+
+    // Apply: the recommended preset becomes the chain's, active.
+    wizard->applyButton()->click();
+    EXPECT_EQ(dialog_->controller().state(), DiagnosisController::kEnd);
+    const EffectPreset live = state_.chain.getParameters();
+    EXPECT_TRUE(live.active);
+    EXPECT_FLOAT_EQ(live.inputGainDb, -7.0f);
+    EXPECT_TRUE(live.comp.enabled);
+    EXPECT_FLOAT_EQ(live.comp.thresholdDb, -14.0f);
+    EXPECT_TRUE(live.gate.enabled);
+    EXPECT_TRUE(state_.chain.isActive());
+    EXPECT_EQ(state_.lastPresetName, "配信最適化プリセット");
+    EXPECT_FLOAT_EQ(dialog_->workingPreset().inputGainDb, -7.0f);
+    EXPECT_EQ(applied, 1);
+    EXPECT_TRUE(dialog_->hasDiagnosisPreset());
+
+    // The closing words, then the results tab.
+    for (int i = 0; i < 100 && dialog_->diagnosisShown(); ++i) {
+        tick();
+    }
+    EXPECT_FALSE(dialog_->diagnosisShown());
+    EXPECT_EQ(dialog_->currentTab(), WizardDialog::kResultsTab);
+}
+
+TEST_F(WizardFlow, CancelDuringRecordingEndsWithoutAnalysis) {
+    bool analysed = false;
+    dialog_->setAnalyseFunction([&](const DiagnosisSession& s) {
+        analysed = true;
+        return DiagnosisRunner::placeholderAnalyse(s);
+    });
+    state_.effects.setActive(true);
+    dialog_->startDiagnosis();
+    WizardPanel* wizard = dialog_->wizardPanel();
+    wizard->micButton(kMicUsb)->click();
+    recordTake(1.0f);
+    wizard->nextButton()->click();
+    wizard->startButton()->click();
+    tickWhile(DiagnosisController::kCountdown);
+    for (int i = 0; i < 20; ++i) {
+        tick();
+    }
+    ASSERT_EQ(dialog_->controller().state(), DiagnosisController::kRecording);
+    EXPECT_FALSE(wizard->cancelButton()->isHidden());
+    wizard->cancelButton()->click();
+    EXPECT_EQ(dialog_->controller().state(), DiagnosisController::kEnd);
+    EXPECT_TRUE(dialog_->controller().session().steps[2].empty());
+    EXPECT_FALSE(dialog_->runner().analysing());
+    EXPECT_TRUE(state_.chain.isActive());
+    EXPECT_TRUE(state_.effects.isActive());
+    for (int i = 0; i < 100 && dialog_->diagnosisShown(); ++i) {
+        tick();
+    }
+    EXPECT_FALSE(dialog_->diagnosisShown());
+    EXPECT_EQ(dialog_->currentTab(), WizardDialog::kDiagnoseTab);
+    EXPECT_FALSE(analysed);
+    EXPECT_FALSE(dialog_->hasResult(0));
+}
+
+TEST_F(WizardFlow, AFailingAnalysisDeliversNothing) {
+    dialog_->setAnalyseFunction(
+        [](const DiagnosisSession&) -> DiagnosisResult { throw std::runtime_error("boom"); });
+    dialog_->startDiagnosis();
+    WizardPanel* wizard = dialog_->wizardPanel();
+    wizard->micButton(kMicCondenser)->click();
+    for (int step = 1; step <= 5; ++step) {
+        recordTake(1.0f);
+        wizard->nextButton()->click();
+    }
+    for (int i = 0; i < 50; ++i) {
+        tick();
+        QThread::msleep(2);
+    }
+    EXPECT_EQ(dialog_->controller().state(), DiagnosisController::kAnalysing);
+    EXPECT_TRUE(dialog_->runner().analysing());
+    EXPECT_TRUE(dialog_->runner().failed());
+    EXPECT_FALSE(dialog_->hasResult(0));
+    wizard->cancelButton()->click();
+    EXPECT_EQ(dialog_->controller().state(), DiagnosisController::kEnd);
+    EXPECT_TRUE(state_.chain.isActive());
+}
+
+// The wizard page shows the controller's texts: English for "en", Japanese otherwise.
+TEST_F(WizardFlow, WizardTextsFollowTheLanguage) {
+    for (const char* language : {"en", "ja", "ko"}) {
+        applyLanguage(QString::fromLatin1(language));
+        dialog_->retranslateUi();
+        dialog_->startDiagnosis();
+        WizardPanel* wizard = dialog_->wizardPanel();
+        const bool english = std::string(language) == "en";
+        auto expectText = [&] {
+            const std::string ja = dialog_->controller().currentText("ja");
+            const std::string en = dialog_->controller().currentText("en");
+            EXPECT_EQ(wizard->bubbleText().toStdString(), english ? en : ja) << language;
+            const QString tip = wizard->tipText();
+            if (!tip.isEmpty()) {
+                const bool japaneseTip =
+                    tip.contains(QRegularExpression(QStringLiteral("[ぁ-ん]")));
+                EXPECT_EQ(japaneseTip, !english) << tip.toStdString();
+            }
+        };
+        expectText();
+        wizard->micButton(kMicDynamic)->click();
+        expectText();
+        EXPECT_EQ(wizard->micButton(0)->text(), english ? QStringLiteral("🎙 Dynamic")
+                                                : std::string(language) == "ja"
+                                                    ? QStringLiteral("🎙 ダイナミック")
+                                                    : QStringLiteral("🎙 Dynamic"));
+        wizard->startButton()->click();
+        tick();
+        expectText();
+        tickWhile(DiagnosisController::kCountdown);
+        expectText();
+        tickWhile(DiagnosisController::kRecording);
+        expectText();
+        wizard->closeButton()->click();
+        for (int i = 0; i < 100 && dialog_->diagnosisShown(); ++i) {
+            tick();
+        }
+        EXPECT_FALSE(dialog_->diagnosisShown());
+    }
+}
+
+TEST_F(WizardFlow, NoiseLearningKeepsOnlyTheSilenceSpectrum) {
+    dialog_->setAnalyseFunction([](const DiagnosisSession& session) {
+        DiagnosisResult r = DiagnosisRunner::placeholderAnalyse(session);
+        EXPECT_TRUE(session.steps[1].empty());
+        EXPECT_FALSE(session.steps[5].empty());
+        r.noiseSpectrum.fill(-61.0f);
+        return r;
+    });
+    dialog_->startNoiseLearning();
+    ASSERT_TRUE(dialog_->diagnosisShown());
+    EXPECT_EQ(dialog_->controller().currentStep(), 5);
+    recordTake(0.0f);
+    dialog_->wizardPanel()->nextButton()->click();
+    waitForAnalysis();
+    EXPECT_EQ(dialog_->controller().state(), DiagnosisController::kEnd);
+    EXPECT_FLOAT_EQ(state_.chain.getParameters().spectral.profileDb[20], -61.0f);
+    EXPECT_FALSE(dialog_->hasResult(0)); // not a diagnosis of its own
+    for (int i = 0; i < 100 && dialog_->diagnosisShown(); ++i) {
+        tick();
+    }
+    EXPECT_EQ(dialog_->currentTab(), WizardDialog::kSoundTab);
+}
+
+TEST_F(WizardFlow, SavingAPresetAsksForItsName) {
+    dialog_->startDiagnosis();
+    WizardPanel* wizard = dialog_->wizardPanel();
+    wizard->micButton(kMicUnknown)->click();
+    for (int step = 1; step <= 5; ++step) {
+        recordTake(1.0f);
+        wizard->nextButton()->click();
+    }
+    waitForAnalysis();
+    QString askedTitle;
+    QString askedLabel;
+    dialog_->setNamePrompt([&](const QString& title, const QString& label, QString& name) {
+        askedTitle = title;
+        askedLabel = label;
+        name = QStringLiteral("夜配信");
+        return true;
+    });
+    QString savedName;
+    EffectPreset savedPreset;
+    dialog_->setPresetSaver([&](const QString& name, const EffectPreset& preset) {
+        savedName = name;
+        savedPreset = preset;
+        return true;
+    });
+    applyLanguage(QStringLiteral("en"));
+    wizard->offerSaveButton()->click();
+    EXPECT_EQ(dialog_->controller().state(), DiagnosisController::kOfferSave);
+    wizard->saveButton()->click();
+    EXPECT_EQ(askedTitle, QStringLiteral("Save Preset"));
+    EXPECT_EQ(askedLabel, QStringLiteral("Enter a preset name:"));
+    EXPECT_EQ(savedName, QStringLiteral("夜配信"));
+    EXPECT_EQ(savedPreset.name, "夜配信");
+    EXPECT_TRUE(savedPreset.active);
+
+    // From the results page too.
+    savedName.clear();
+    dialog_->resultsPage()->saveButton()->click();
+    EXPECT_EQ(savedName, QStringLiteral("夜配信"));
+}
+
+TEST_F(WizardFlow, FadersReachTheChainsAndMetersShowTheLevels) {
+    dialog_->selectTab(WizardDialog::kSoundTab);
+    QCoreApplication::processEvents();
+    int updates = 0;
+    WizardDialog::Levels last;
+    QObject::connect(dialog_.get(), &WizardDialog::levelsUpdated,
+                     [&](const WizardDialog::Levels& levels) {
+                         ++updates;
+                         last = levels;
+                     });
+    for (int i = 0; i < 20; ++i) {
+        tick();
+    }
+    EXPECT_EQ(updates, 20);
+    EXPECT_GE(last.compressorInput, -60.0f);
+    EXPECT_GE(last.compressorOutput, 0.0f);
+    EXPECT_FLOAT_EQ(last.chainInput, state_.chain.inputLevelDb());
+    MeterFaderWidget* sound = dialog_->soundPage()->strip();
+    EXPECT_GT(sound->inputMeter()->peakHold().peakDb, -50.0f);
+    EXPECT_GT(dialog_->homePanel()->micMeter()->peakHold().peakDb, -50.0f);
+
+    GainFader* input = sound->inputFader();
+    QTest::mouseClick(input, Qt::LeftButton, Qt::NoModifier,
+                      QPoint(input->width() - 1, input->height() / 2));
+    EXPECT_FLOAT_EQ(state_.chain.getParameters().inputGainDb, 24.0f);
+    EXPECT_FLOAT_EQ(dialog_->workingPreset().inputGainDb, 24.0f);
+    sound->bypassButton()->click();
+    EXPECT_FALSE(state_.chain.isActive());
+    sound->bypassButton()->click();
+    EXPECT_TRUE(state_.chain.isActive());
+
+    GainFader* fxOutput = dialog_->fxPage()->strip()->outputFader();
+    QTest::mouseClick(fxOutput, Qt::LeftButton, Qt::NoModifier, QPoint(0, fxOutput->height() / 2));
+    EXPECT_FLOAT_EQ(state_.effects.getParameters().outputGainDb, -24.0f);
+}
+
+} // namespace
+} // namespace Lumora

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "diagnosis/DiagnosisController.h"
+#include "ui/DiagnosisRunner.h"
+
+#include <QObject>
+
+#include <array>
+
+namespace Lumora {
+
+struct ObsFilterState;
+class WizardPanel;
+
+// The running diagnosis between the dialog and its wizard page: forwards the
+// page's buttons to the controller, records on the dialog's tick, switches the
+// filter's effects off for the takes, runs the analysis on its thread and
+// reports what the dialog has to do with the outcome.
+class DiagnosisFlow : public QObject {
+    Q_OBJECT
+public:
+    // `working` is the dialog's copy of the chain's parameters (restored into
+    // the chain with the effects); it outlives the flow.
+    DiagnosisFlow(QObject* parent, WizardPanel* panel, const EffectPreset* working);
+    ~DiagnosisFlow() override;
+
+    void setAnalyseFunction(DiagnosisRunner::AnalyseFunction analyse);
+
+    // Opens the wizard at the mic choice.
+    void start(ObsFilterState& state);
+    // Opens the wizard at the silence take alone, to learn the room's noise.
+    void startNoiseLearning(ObsFilterState& state);
+    // One tick while the wizard is shown: the latest snapshot, the analysis,
+    // the page; after the closing words it emits finished().
+    void tick(double dt);
+    // Ends whatever runs (the dialog is being hidden) and brings the effects back.
+    void abort();
+    // The filter is going away: nothing of it may be touched any more.
+    void forgetState();
+
+    bool effectsDisabled() const { return runner_.effectsDisabled(); }
+    const DiagnosisController& controller() const { return controller_; }
+    const DiagnosisRunner& runner() const { return runner_; }
+
+signals:
+    // A full diagnosis finished (not the noise-learning take).
+    void resultDelivered(const DiagnosisResult& result);
+    // The noise-learning take finished with this silence spectrum.
+    void noiseLearned(const std::array<float, kSpectrumBandCount>& spectrum);
+    void applyRequested(const DiagnosisResult& result);
+    void saveRequested(const DiagnosisResult& result);
+    // The wizard is over; the dialog shows its main page again.
+    void finished();
+
+private:
+    void open(ObsFilterState& state);
+    void refresh(double dt = 0.0, float levelDb = -96.0f);
+    void next();
+    void cancel();
+    void close();
+    void poll();
+    void deliver(DiagnosisResult result);
+    void restoreEffects();
+
+    enum class PendingAction { None, Apply, Save };
+
+    WizardPanel* panel_;
+    const EffectPreset* working_;
+    ObsFilterState* state_ = nullptr;
+    DiagnosisController controller_;
+    DiagnosisRunner runner_;
+    PendingAction pending_ = PendingAction::None;
+    double endHold_ = 0.0;
+};
+
+} // namespace Lumora

@@ -1,0 +1,86 @@
+#include "ui/MainMenu.h"
+
+#include "ui/Localisation.h"
+#include "ui/ToggleSwitch.h"
+
+#include <QFontDatabase>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QWidgetAction>
+
+namespace Lumora {
+
+QString MainMenu::menuStyle() {
+    return QStringLiteral(
+        "QMenu {  background: white;  border: 1px solid rgba(78,205,196,120);"
+        "  padding: 6px 0px 6px 0px; }"
+        "QMenu::item { padding: 8px 20px; font-size: 11pt; color: #2D1B69; min-height: 28px;"
+        " background: transparent; }"
+        "QMenu::item:selected { background: rgba(78,205,196,40); }"
+        "QMenu::item:disabled { color: #9B9BB8; }"
+        "QMenu::separator { height: 1px; background: rgba(78,205,196,60); margin: 4px 12px; }");
+}
+
+MainMenu::MainMenu(QWidget* parent, bool easyMode) : QMenu(parent) {
+    setStyleSheet(menuStyle());
+
+    languageMenu_ = addMenu(QStringLiteral("🌐 ") + tr("Language"));
+    // Native names read best in the system's own face (the hand-written one sets
+    // Cyrillic full-width); the current language is bold.
+    languageMenu_->setStyleSheet(
+        menuStyle() + QStringLiteral("QMenu { font-family: \"%1\"; }"
+                                     "QMenu::item:checked { font-weight: bold; }"
+                                     "QMenu::indicator { width: 0px; height: 0px; }")
+                          .arg(QFontDatabase::systemFont(QFontDatabase::GeneralFont).family()));
+    const QString current = currentLanguage();
+    for (const LanguageEntry& language : knownLanguages()) {
+        const bool isCurrent = language.code == current;
+        QAction* action = languageMenu_->addAction(
+            (isCurrent ? QStringLiteral("✓  ") : QStringLiteral("    ")) + language.nativeName);
+        action->setData(language.code);
+        if (isCurrent) {
+            QFont bold = action->font();
+            bold.setWeight(QFont::Bold);
+            action->setFont(bold);
+            action->setCheckable(true);
+            action->setChecked(true);
+        }
+        const QString code = language.code;
+        connect(action, &QAction::triggered, this, [this, code] { emit languageChosen(code); });
+    }
+
+    addSeparator();
+    auto* modeRow = new QWidget(this);
+    modeRow->setMinimumWidth(220);
+    auto* rowLayout = new QHBoxLayout(modeRow);
+    rowLayout->setContentsMargins(20, 8, 20, 8);
+    rowLayout->setSpacing(12);
+    modeLabel_ = new QLabel(modeRow);
+    modeLabel_->setStyleSheet(
+        QStringLiteral("QLabel { color: #2D1B69; font-size: 11pt; background: transparent; }"));
+    modeSwitch_ = new ToggleSwitch(modeRow);
+    modeSwitch_->setChecked(easyMode);
+    rowLayout->addWidget(modeLabel_, 1);
+    rowLayout->addWidget(modeSwitch_);
+    auto* modeAction = new QWidgetAction(this);
+    modeAction->setDefaultWidget(modeRow);
+    addAction(modeAction);
+    refreshModeLabel();
+    connect(modeSwitch_, &ToggleSwitch::toggled, this, [this](bool on) {
+        refreshModeLabel();
+        emit easyModeChanged(on);
+    });
+
+    addSeparator();
+    connect(addAction(QStringLiteral("📬 ") + tr("Send Feedback")), &QAction::triggered, this,
+            &MainMenu::feedbackRequested);
+    QAction* version = addAction(QStringLiteral("Tindra  v1.0"));
+    version->setEnabled(false);
+    connect(addAction(tr("Credits")), &QAction::triggered, this, &MainMenu::creditsRequested);
+}
+
+void MainMenu::refreshModeLabel() {
+    modeLabel_->setText(modeSwitch_->isChecked() ? tr("🌟 Easy Mode") : tr("⚙ Advanced Mode"));
+}
+
+} // namespace Lumora

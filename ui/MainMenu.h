@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QMenu>
+
+class QLabel;
+
+namespace Lumora {
+
+class ToggleSwitch;
+
+// The "≡" menu: language, Easy/Advanced mode, feedback, version and credits.
+// The dialog builds a fresh one for every click.
+class MainMenu : public QMenu {
+    Q_OBJECT
+public:
+    MainMenu(QWidget* parent, bool easyMode);
+
+    QMenu* languageMenu() const { return languageMenu_; }
+    ToggleSwitch* modeSwitch() const { return modeSwitch_; }
+    QLabel* modeLabel() const { return modeLabel_; }
+
+    static QString menuStyle();
+
+signals:
+    void languageChosen(const QString& code);
+    void easyModeChanged(bool easy);
+    void feedbackRequested();
+    void creditsRequested();
+
+private:
+    void refreshModeLabel();
+
+    QMenu* languageMenu_ = nullptr;
+    ToggleSwitch* modeSwitch_ = nullptr;
+    QLabel* modeLabel_ = nullptr;
+};
+
+} // namespace Lumora

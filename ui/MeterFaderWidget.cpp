@@ -1,0 +1,153 @@
+#include "ui/MeterFaderWidget.h"
+
+#include "ui/GainFader.h"
+#include "ui/LevelMeter.h"
+#include "ui/Theme.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <QVBoxLayout>
+
+namespace Lumora {
+
+namespace {
+
+QString formatGain(float db) {
+    return QStringLiteral("%1%2 dB")
+        .arg(db > 0.0f ? QStringLiteral("+") : QString())
+        .arg(static_cast<double>(db), 0, 'f', 1);
+}
+
+const char kRowLabelStyle[] = "QLabel { color: #9B9BB8; font-size: 8pt; font-weight: bold;"
+                              " background: transparent; border: none; }";
+const char kValueStyle[] = "QLabel { color: #2D1B69; font-size: 8pt; background: transparent;"
+                           " border: none; }";
+
+} // namespace
+
+MeterFaderWidget::MeterFaderWidget(QWidget* parent) : QWidget(parent) {
+    setObjectName(QStringLiteral("meterFader"));
+    setAttribute(Qt::WA_StyledBackground);
+    setStyleSheet(QStringLiteral("#meterFader { background: rgba(255,255,255,210);"
+                                 " border: 1px solid rgba(78,205,196,80); border-radius: 12px; }"));
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    markPanel(this, 12);
+
+    auto* outer = new QVBoxLayout(this);
+    outer->setContentsMargins(12, 8, 12, 8);
+    outer->setSpacing(4);
+
+    auto* head = new QHBoxLayout();
+    head->setSpacing(8);
+    title_ = new QLabel(this);
+    title_->setStyleSheet(QStringLiteral("QLabel { color: #2D1B69; font-size: 9pt;"
+                                         " font-weight: bold; background: transparent; }"));
+    bypassButton_ = new QPushButton(this);
+    bypassButton_->setCheckable(true);
+    bypassButton_->setCursor(Qt::PointingHandCursor);
+    bypassButton_->setStyleSheet(QStringLiteral(
+        "QPushButton { background: rgba(255,255,255,200); color: #6B4EA0; font-size: 8pt;"
+        " border: 1px solid rgba(180,160,220,140); border-radius: 8px; padding: 2px 10px; }"
+        "QPushButton:hover { background: rgba(255,255,255,235); }"
+        "QPushButton:checked { background: #E85D75; color: white; border-color: #E85D75; }"));
+    head->addWidget(title_);
+    head->addStretch(1);
+    head->addWidget(bypassButton_);
+    outer->addLayout(head);
+
+    auto* grid = new QGridLayout();
+    grid->setHorizontalSpacing(8);
+    grid->setVerticalSpacing(2);
+    auto makeRow = [&](int row, QLabel*& label, LevelMeter*& meter, GainFader*& fader,
+                       QLabel*& value) {
+        label = new QLabel(this);
+        label->setStyleSheet(QLatin1String(kRowLabelStyle));
+        label->setFixedWidth(30);
+        meter = new LevelMeter(this);
+        meter->setFixedHeight(10);
+        fader = new GainFader(this);
+        value = new QLabel(this);
+        value->setStyleSheet(QLatin1String(kValueStyle));
+        value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        value->setFixedWidth(56);
+        grid->addWidget(label, row, 0);
+        grid->addWidget(meter, row, 1);
+        grid->addWidget(fader, row, 2);
+        grid->addWidget(value, row, 3);
+    };
+    makeRow(0, inputLabel_, inputMeter_, inputFader_, inputValue_);
+    makeRow(1, outputLabel_, outputMeter_, outputFader_, outputValue_);
+    grid->setColumnStretch(1, 5);
+    grid->setColumnStretch(2, 4);
+    outer->addLayout(grid);
+
+    auto emitGains = [this](float) {
+        refreshValueLabels();
+        emit gainsChanged(inputFader_->value(), outputFader_->value());
+    };
+    connect(inputFader_, &GainFader::valueChanged, this, emitGains);
+    connect(outputFader_, &GainFader::valueChanged, this, emitGains);
+    connect(bypassButton_, &QPushButton::toggled, this, &MeterFaderWidget::bypassChanged);
+
+    refreshValueLabels();
+    retranslateUi();
+}
+
+void MeterFaderWidget::setTitle(const QString& title) {
+    title_->setText(title);
+}
+
+void MeterFaderWidget::retranslateUi() {
+    inputLabel_->setText(tr("IN"));
+    outputLabel_->setText(tr("OUT"));
+    bypassButton_->setText(tr("Bypass"));
+    inputFader_->setToolTip(tr("Input gain (double-click for 0 dB)"));
+    outputFader_->setToolTip(tr("Output gain (double-click for 0 dB)"));
+}
+
+void MeterFaderWidget::setLevels(float inputDb, float outputDb) {
+    inputMeter_->setLevel(inputDb);
+    outputMeter_->setLevel(outputDb);
+}
+
+void MeterFaderWidget::clearLevels() {
+    inputMeter_->clear();
+    outputMeter_->clear();
+}
+
+void MeterFaderWidget::setGains(float inputGainDb, float outputGainDb) {
+    inputFader_->setValue(inputGainDb);
+    outputFader_->setValue(outputGainDb);
+    refreshValueLabels();
+}
+
+void MeterFaderWidget::setBypass(bool on) {
+    const QSignalBlocker blocker(bypassButton_);
+    bypassButton_->setChecked(on);
+}
+
+float MeterFaderWidget::inputGain() const {
+    return inputFader_->value();
+}
+float MeterFaderWidget::outputGain() const {
+    return outputFader_->value();
+}
+bool MeterFaderWidget::bypass() const {
+    return bypassButton_->isChecked();
+}
+
+void MeterFaderWidget::refreshValueLabels() {
+    const QString in = formatGain(inputFader_->value());
+    const QString out = formatGain(outputFader_->value());
+    if (inputValue_->text() != in) {
+        inputValue_->setText(in);
+    }
+    if (outputValue_->text() != out) {
+        outputValue_->setText(out);
+    }
+}
+
+} // namespace Lumora
