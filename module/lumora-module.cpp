@@ -21,6 +21,10 @@ MODULE_EXPORT const char* obs_module_description(void) {
 }
 
 bool obs_module_load(void) {
+    // The dialog's pictures live in the plug-in's data folder.
+    if (const char* data = obs_get_module_data_path(obs_current_module())) {
+        Lumora::setPluginDataFolder(QString::fromUtf8(data));
+    }
     Lumora::registerFilter();
     blog(LOG_INFO, "[Lumora] Plugin loaded (v1.0.0)");
     return true;

@@ -1,5 +1,7 @@
 #include "ui/DiagnosisRunner.h"
 
+#include "diagnosis/DiagnosisAnalysis.h"
+
 #include "module/ObsFilterState.h"
 
 #include <chrono>
@@ -7,7 +9,7 @@
 
 namespace Lumora {
 
-DiagnosisRunner::DiagnosisRunner() : analyse_(&DiagnosisRunner::placeholderAnalyse) {}
+DiagnosisRunner::DiagnosisRunner() : analyse_(&Lumora::analyse) {}
 
 DiagnosisResult DiagnosisRunner::placeholderAnalyse(const DiagnosisSession& session) {
     DiagnosisResult result;
@@ -19,7 +21,7 @@ DiagnosisResult DiagnosisRunner::placeholderAnalyse(const DiagnosisSession& sess
 }
 
 void DiagnosisRunner::setAnalyseFunction(AnalyseFunction analyse) {
-    analyse_ = analyse ? std::move(analyse) : AnalyseFunction(&DiagnosisRunner::placeholderAnalyse);
+    analyse_ = analyse ? std::move(analyse) : AnalyseFunction(&Lumora::analyse);
 }
 
 void DiagnosisRunner::disableEffects(ObsFilterState& state, const EffectPreset& working) {

@@ -1,5 +1,9 @@
 #include "ui/WizardDialog.h"
 
+#include "diagnosis/RecommendedSettings.h"
+#include "settings/SettingsJson.h"
+#include "settings/SettingsStore.h"
+
 #include "module/ObsFilterState.h"
 #include "ui/CreditsDialog.h"
 #include "ui/DiagnosisFlow.h"
@@ -81,9 +85,9 @@ bool askName(QWidget* parent, const QString& title, const QString& label, QStrin
 } // namespace
 
 WizardDialog::WizardDialog(QWidget* parent, ObsFilterState* state)
-    : QDialog(parent), state_(state), recommend_(&WizardDialog::placeholderRecommend),
-      savePreset_([](const QString&, const EffectPreset&) { return true; }),
+    : QDialog(parent), state_(state), recommend_(&Lumora::recommend),
       feedbackUrl_(QString::fromLatin1(kDefaultFeedbackUrl)) {
+    useSettingsStore();
     setWindowTitle(QStringLiteral("Tindra"));
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
@@ -175,7 +179,39 @@ void WizardDialog::setAnalyseFunction(AnalyseFunction analyse) {
 }
 
 void WizardDialog::setRecommendFunction(RecommendFunction recommend) {
-    recommend_ = recommend ? std::move(recommend) : RecommendFunction(&placeholderRecommend);
+    recommend_ = recommend ? std::move(recommend) : RecommendFunction(&Lumora::recommend);
+}
+
+// By default everything the dialog keeps goes through the filter's settings
+// store, each as one load-change-save of the file.
+void WizardDialog::useSettingsStore() {
+    savePreset_ = [this](const QString& name, const EffectPreset& preset) {
+        if (!state_ || !state_->store) {
+            return false;
+        }
+        SavedEffectPreset saved;
+        saved.name = name.toStdString();
+        saved.description = preset.description;
+        saved.recording = preset.recording;
+        saved.preset = preset;
+        saved.preset.name = saved.name;
+        return state_->store->saveEffectPreset(saved);
+    };
+    presetApplied_ = [this](const EffectPreset&) {
+        if (state_ && state_->store) {
+            (void)state_->store->saveAppFields({state_->isRecordingMode, state_->lastPresetName,
+                                                state_->uiScale, state_->showNumericValues});
+        }
+    };
+    recordHistory_ = [this](const DiagnosisResult& result) {
+        if (state_ && state_->store) {
+            DiagnosisHistoryEntry entry;
+            entry.timestamp = nowTimestamp();
+            entry.presetApplied = false;
+            entry.result = result;
+            (void)state_->store->addDiagnosisHistory(entry);
+        }
+    };
 }
 
 void WizardDialog::setPresetSaver(SavePresetFunction save) {
@@ -194,22 +230,6 @@ void WizardDialog::setNamePrompt(NamePromptFunction prompt) {
     if (prompt) {
         namePrompt_ = std::move(prompt);
     }
-}
-
-EffectPreset WizardDialog::placeholderRecommend(const DiagnosisResult& result, bool recording) {
-    EffectPreset preset;
-    preset.recording = recording;
-    if (recording) {
-        preset.name = "録音モード（エフェクトなし）";
-        preset.description = "録音用ならこのままがおすすめ！";
-    } else if (!result.valid) {
-        preset.name = "未診断";
-        preset.description = "診断を先にやってみてね！";
-    } else {
-        preset.name = "配信最適化プリセット";
-        preset.description = "いい感じ！特に調整は必要ないかも。";
-    }
-    return preset;
 }
 
 // ---- Building ----------------------------------------------------------------

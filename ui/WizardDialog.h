@@ -70,6 +70,8 @@ public:
     ObsFilterState* filterState() const { return state_; }
 
     // Hooks; each has a harmless default.
+    // The dialog analyses, recommends and keeps presets and history with the real
+    // diagnosis and the filter's settings store; tests put their own in.
     void setAnalyseFunction(AnalyseFunction analyse);
     void setRecommendFunction(RecommendFunction recommend);
     void setPresetSaver(SavePresetFunction save);
@@ -81,7 +83,6 @@ public:
 
     // Stands in for the recommendation until the real one is wired in: every
     // effect off, named as the recommendation names its three cases.
-    static EffectPreset placeholderRecommend(const DiagnosisResult& result, bool recording);
 
     void retranslateUi();
     void selectTab(int index);
@@ -167,6 +168,7 @@ private:
     void pushWorkingPreset();
     void applyPreset(const EffectPreset& preset);
     void savePresetFor(const DiagnosisResult& result);
+    void useSettingsStore();
     void refreshHomeStatus();
     void showMainMenu();
     void showCredits();
