@@ -87,6 +87,14 @@ if [ -n "$win" ]; then
   sleep 2
   xdotool search --name "^Tindra$" > "$artifacts/tindra-windows.txt" || true
   import -window root "$artifacts/obs-dialog-open.png" 2>/dev/null || true
+  # Removing the filter closes its dialog.
+  xdotool mousemove 423 435 click 1
+  sleep 2
+  import -window root "$artifacts/obs-remove-confirm.png" 2>/dev/null || true
+  xdotool key Return
+  sleep 3
+  xdotool search --name "^Tindra$" > "$artifacts/tindra-windows-after-remove.txt" || true
+  import -window root "$artifacts/obs-filter-removed.png" 2>/dev/null || true
 fi
 kill $pid 2>/dev/null || true
 wait $pid 2>/dev/null || true
@@ -107,5 +115,9 @@ check "\[Lumora\] filter created (sr=48000 ch=2)"
 dialogs=$(wc -l < "$artifacts/tindra-windows.txt" 2>/dev/null || echo 0)
 if [ "$dialogs" -eq 1 ]; then echo "ok: Open shows one dialog, twice clicked"
 else echo "expected one Tindra dialog after two clicks on Open, found $dialogs"; status=1; fi
+left=$(wc -l < "$artifacts/tindra-windows-after-remove.txt" 2>/dev/null || echo 1)
+if [ "$left" -eq 0 ]; then echo "ok: removing the filter closed its dialog"
+else echo "the dialog outlived its filter ($left window(s))"; status=1; fi
+check "\[Lumora\] filter destroyed"
 [ -s "$artifacts/obs-with-tindra.png" ] && echo "screenshot: $artifacts/obs-with-tindra.png"
 exit $status
