@@ -185,6 +185,13 @@ void WizardDialog::setRecommendFunction(RecommendFunction recommend) {
 // By default everything the dialog keeps goes through the filter's settings
 // store, each as one load-change-save of the file.
 void WizardDialog::useSettingsStore() {
+    keyRules_.setTarget(this);
+    keyRules_.setReader([this]() -> std::optional<AppSettings> {
+        if (!state_ || !state_->store) {
+            return std::nullopt;
+        }
+        return state_->store->load();
+    });
     savePreset_ = [this](const QString& name, const EffectPreset& preset) {
         if (!state_ || !state_->store) {
             return false;
@@ -328,10 +335,11 @@ QWidget* WizardDialog::buildHeader(QWidget* parent) {
     titleLabel_ = new QLabel(QStringLiteral("Tindra"), header);
     titleLabel_->setStyleSheet(QStringLiteral("QLabel { color: #2D1B69; font-size: 17pt;"
                                               " font-weight: bold; background: transparent; }"));
-    // Invisible: no text and, unlike most labels here, no style sheet, so the
-    // stars drifting behind it cost next to nothing to repaint.
+    // The key badge: empty and transparent until an arrow key's voice is active.
     auto* stretch = new QLabel(header);
     stretch->setFixedHeight(32);
+    stretch->setAlignment(Qt::AlignCenter);
+    badgeLabel_ = stretch;
     menuButton_ = new QPushButton(QStringLiteral("≡"), header);
     menuButton_->setFixedSize(40, 40);
     menuButton_->setCursor(Qt::PointingHandCursor);
@@ -481,8 +489,44 @@ bool WizardDialog::eventFilter(QObject* watched, QEvent* event) {
     }
     if (onSlotKey_) {
         onSlotKey_(slot, pressed);
+    } else {
+        pressed ? keyRules_.press(slot) : keyRules_.release(slot);
+        showKeyBadge();
     }
     return true;
+}
+
+void WizardDialog::showKeyBadge() {
+    const KeyBadge& badge = keyRules_.badge();
+    badgeLabel_->setText(QString::fromStdString(badge.text));
+    badgeLabel_->setStyleSheet(QString::fromStdString(badge.styleSheet));
+}
+
+// What an arrow key's voice changes: the working copies and, through them, the
+// filter, exactly as an edit on the sound and FX pages would.
+EffectPreset WizardDialog::currentEffectPreset() const {
+    return working_;
+}
+SoundFxPreset WizardDialog::currentSoundFxPreset() const {
+    return workingFx_;
+}
+
+void WizardDialog::applyEffectPreset(const EffectPreset& preset) {
+    working_ = preset;
+    working_.active = true;
+    if (state_) {
+        state_->chain.setParameters(working_);
+    }
+    emit workingPresetChanged();
+}
+
+void WizardDialog::applySoundFxPreset(const SoundFxPreset& preset) {
+    workingFx_ = preset;
+    if (state_) {
+        state_->effects.setParameters(workingFx_);
+        state_->effects.setActive(fxActive_);
+    }
+    emit workingFxPresetChanged();
 }
 
 void WizardDialog::paintEvent(QPaintEvent* event) {

@@ -8,6 +8,8 @@
 #include "ui/PanelTracker.h"
 #include "ui/SkyBackground.h"
 
+#include "settings/KeyAssignmentRules.h"
+
 #include <QDialog>
 #include <QElapsedTimer>
 #include <QUrl>
@@ -39,7 +41,7 @@ class WizardPanel;
 // What the dialog does not know yet arrives through the hooks below, so the
 // filter glue can plug in the settings store, the analysis, the recommendation
 // and the key-assignment rules without the dialog depending on them.
-class WizardDialog : public QDialog {
+class WizardDialog : public QDialog, private KeyAssignmentTarget {
     Q_OBJECT
 public:
     enum Tab { kDiagnoseTab, kResultsTab, kSoundTab, kFxTab, kPresetsTab, kKeysTab };
@@ -147,6 +149,9 @@ signals:
     // The working copy of the chain's parameters was replaced (diagnosis applied,
     // reverted, noise learned): the sound panel reloads from it.
     void workingPresetChanged();
+    // The working copy of the effects chain's parameters was replaced (an arrow
+    // key's voice): the FX panel reloads from it.
+    void workingFxPresetChanged();
     // The Easy/Advanced switch moved: the effect panels follow.
     void easyModeChanged(bool easy);
 
@@ -169,6 +174,12 @@ private:
     void applyPreset(const EffectPreset& preset);
     void savePresetFor(const DiagnosisResult& result);
     void useSettingsStore();
+    void showKeyBadge();
+    // KeyAssignmentTarget: what an arrow key's voice reads and changes.
+    EffectPreset currentEffectPreset() const override;
+    SoundFxPreset currentSoundFxPreset() const override;
+    void applyEffectPreset(const EffectPreset& preset) override;
+    void applySoundFxPreset(const SoundFxPreset& preset) override;
     void refreshHomeStatus();
     void showMainMenu();
     void showCredits();
@@ -210,6 +221,8 @@ private:
     QStackedWidget* root_ = nullptr;
     QStackedWidget* content_ = nullptr;
     QLabel* titleLabel_ = nullptr;
+    QLabel* badgeLabel_ = nullptr;
+    KeyAssignmentRules keyRules_;
     QPushButton* menuButton_ = nullptr;
     MainTabBar* tabBar_ = nullptr;
     HomePanel* homePanel_ = nullptr;
