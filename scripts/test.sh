@@ -10,13 +10,14 @@ if [ "$(id -u)" -eq 0 ]; then
 fi
 
 jobs=$(nproc)
+summary=$(mktemp)
 cmake --preset ci >/dev/null
 cmake --build --preset ci -j "$jobs"
-xvfb-run -a -s "-screen 0 1280x1024x24" ctest --preset ci -j "$jobs"
+xvfb-run -a -s "-screen 0 1280x1024x24" ctest --preset ci -j "$jobs" | tee -a "$summary"
 
 cmake --preset qt6 >/dev/null
 cmake --build --preset qt6 -j "$jobs"
-xvfb-run -a -s "-screen 0 1280x1024x24" ctest --preset qt6 -j "$jobs"
+xvfb-run -a -s "-screen 0 1280x1024x24" ctest --preset qt6 -j "$jobs" | tee -a "$summary"
 
 # A short fuzzing run of the settings file's parser and reader (the long run and
 # its figures are in docs/fuzzing.md). A crash, a sanitizer report or a broken
@@ -27,6 +28,10 @@ CC=clang CXX=clang++ cmake -B build-fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebI
 cmake --build build-fuzz --target fuzz-settings -j "$jobs"
 mkdir -p build-fuzz/artifacts
 fuzz_corpus=$(mktemp -d)
-trap 'rm -rf "$fuzz_corpus"' EXIT
+trap 'rm -rf "$fuzz_corpus" "$summary"' EXIT
 build-fuzz/tests/fuzz/fuzz-settings -max_total_time=45 -print_final_stats=1 \
   -artifact_prefix=build-fuzz/artifacts/ "$fuzz_corpus" tests/fuzz/corpus
+
+# Both builds' test counts on one closing line.
+awk '/tests passed, [0-9]+ tests failed out of/ {
+  total += $NF; failed += $4 } END { printf "tests: %d passed, %d failed\n", total - failed, failed }' "$summary"
