@@ -2,27 +2,124 @@
 
 #include "diagnosis/AudioMetrics.h"
 
+#include <array>
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
+#include <memory>
 
 namespace Lumora {
 
 // Listens to the processed voice on the audio thread and publishes level, peak,
 // noise floor, bands, loudness and spectrum as atomics for the interface.
+//
+// Threads: `process` runs on the audio thread and never allocates or locks;
+// `snapshot` and `readCapture` run on any other single thread. `prepare` must not
+// run concurrently with `process`.
 class DiagnosisAnalyser {
 public:
+    static constexpr int kFftSize = 1024;
+    static constexpr int kNoiseRingSize = 300;
+    static constexpr int kNoiseFloorInterval = 30;
+    static constexpr size_t kCaptureSize = 262144;
+    static constexpr float kClipThreshold = 0.999f;
+
     DiagnosisAnalyser();
     ~DiagnosisAnalyser();
     DiagnosisAnalyser(const DiagnosisAnalyser&) = delete;
     DiagnosisAnalyser& operator=(const DiagnosisAnalyser&) = delete;
 
+    // Computes coefficients, band edges and the window, resets every published
+    // value and both capture positions, and re-creates the loudness meter. The
+    // only member that allocates after construction (the loudness meter).
     void prepare(double sampleRate);
+
+    // One mono block of n samples; returns at once if n < 1. Non-finite samples
+    // count as silence, so one NaN never poisons the published values.
     void process(const float* samples, int n);
+
     AudioMetrics snapshot() const;
 
+    // Copies up to `max` captured samples, oldest first, and frees their room.
+    size_t readCapture(float* dest, size_t max);
+    void setRecording(bool on) { recording_.store(on, std::memory_order_release); }
+    bool isRecording() const { return recording_.load(std::memory_order_acquire); }
+
+    double sampleRate() const { return sampleRate_; }
+    bool hasLoudnessMeter() const { return meter_ != nullptr; }
+    // First and last FFT bin of a spectrum band (last < first: the band is empty).
+    int bandFirstBin(int band) const { return bandLo_[static_cast<size_t>(band)]; }
+    int bandLastBin(int band) const { return bandHi_[static_cast<size_t>(band)]; }
+
 private:
+    struct Biquad {
+        double b0 = 0.0, b1 = 0.0, b2 = 0.0, a1 = 0.0, a2 = 0.0;
+        double z1 = 0.0, z2 = 0.0;
+        double run(double x) {
+            const double y = b0 * x + z1;
+            z1 = b1 * x - a1 * y + z2;
+            z2 = b2 * x - a2 * y;
+            return y;
+        }
+    };
+    // libebur128's state, behind a type of ours (its own is an anonymous struct
+    // and cannot be declared ahead).
+    struct LoudnessMeter;
+    struct MeterDeleter {
+        void operator()(LoudnessMeter* meter) const;
+    };
+
+    void resetPublished();
+    void computeSpectrum();
+
+    // Configuration, set in prepare.
     double sampleRate_ = 48000.0;
+    double smoothCoeff_ = 0.0; // a: the per-sample smoothing coefficient
+    double peakDecay_ = 0.0;   // d: the per-sample peak decay
+    std::array<int, kSpectrumBandCount> bandLo_{};
+    std::array<int, kSpectrumBandCount> bandHi_{};
+    std::array<float, kFftSize> window_{};
+    std::array<float, kFftSize / 2> twiddleRe_{};
+    std::array<float, kFftSize / 2> twiddleIm_{};
+    std::array<uint16_t, kFftSize> bitReverse_{};
+
+    // Audio-thread state.
+    double smoothedMs_ = 0.0;
+    double heldPeak_ = 0.0;
+    Biquad lowPass_;
+    Biquad highPass_;
+    std::array<float, kNoiseRingSize> noiseRing_{};
+    int noiseIndex_ = 0;
+    uint64_t noiseBlocks_ = 0;
+    float noiseFloorDb_ = -96.0f;
+    std::array<float, kFftSize> specRing_{};
+    int specWrite_ = 0;
+    int specCount_ = 0;
+    int loudnessSamples_ = 0;
+    int loudnessInterval_ = 4800;
+    std::array<float, kFftSize> fftRe_{};
+    std::array<float, kFftSize> fftIm_{};
+    std::array<float, kFftSize> scratch_{};
+    std::unique_ptr<LoudnessMeter, MeterDeleter> meter_;
+    std::unique_ptr<float[]> capture_;
+
+    // Published values: written by the audio thread, read by the interface. On
+    // cache lines of their own so the readers do not slow the writer's state.
+    alignas(64) std::atomic<float> smoothedLevelDb_{-96.0f};
+    std::atomic<float> blockLevelDb_{-96.0f};
+    std::atomic<float> peakDb_{-96.0f};
+    std::atomic<float> noiseFloorPubDb_{-96.0f};
+    std::atomic<float> lowBandDb_{-96.0f};
+    std::atomic<float> midBandDb_{-96.0f};
+    std::atomic<float> highBandDb_{-96.0f};
+    std::atomic<bool> clipped_{false};
     std::atomic<uint64_t> blockCount_{0};
+    std::atomic<float> momentaryLufs_{-70.0f};
+    std::atomic<float> shortTermLufs_{-70.0f};
+    std::array<std::atomic<float>, kSpectrumBandCount> spectrumDb_;
+    alignas(64) std::atomic<uint64_t> captureWrite_{0};
+    alignas(64) std::atomic<uint64_t> captureRead_{0};
+    std::atomic<bool> recording_{false};
 };
 
 } // namespace Lumora

@@ -1,49 +1,42 @@
 #pragma once
 
 #include "diagnosis/AudioMetrics.h"
+#include "diagnosis/DiagnosisResult.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
 namespace Lumora {
 
-// The recording state of one diagnosis: which take is current, the mic type the
-// user chose and the analyser snapshots recorded per take. Index 0 of `steps`
-// belongs to the mic choice and records nothing; 1 to 5 are normal, loud, soft,
-// plosive and silence. The analysis reads a copy of it on its own thread.
-constexpr int kSessionStepCount = 6;
-constexpr size_t kMaxSnapshotsPerStep = 512;
-
-struct DiagnosisSession {
-    int32_t currentStep = 0;
-    int32_t micType = 3;
-    std::array<std::vector<AudioMetrics>, 6> steps;
-
-    // Back to no take: the current step is 0 and every list is empty. The mic type
-    // stays, since the user chose it for this microphone.
-    void clear();
-    // Records one snapshot into a take; a snapshot beyond the 512th is dropped, as
-    // is one for a step outside 0..5.
-    void append(int step, const AudioMetrics& metrics);
+// The takes of a diagnosis, in wizard order. Index 0 belongs to no take.
+enum DiagnosisStep : int32_t {
+    kStepNone = 0,
+    kStepNormal = 1,
+    kStepLoud = 2,
+    kStepSoft = 3,
+    kStepPlosive = 4,
+    kStepSilence = 5,
 };
 
-inline void DiagnosisSession::clear() {
-    currentStep = 0;
-    for (auto& list : steps) {
-        list.clear();
-    }
-}
+constexpr int kDiagnosisListCount = 6;
+constexpr int kSessionStepCount = kDiagnosisListCount;
+constexpr size_t kMaxSnapshotsPerStep = 512;
 
-inline void DiagnosisSession::append(int step, const AudioMetrics& metrics) {
-    if (step < 0 || step >= kSessionStepCount) {
-        return;
-    }
-    auto& list = steps[static_cast<size_t>(step)];
-    if (list.size() >= kMaxSnapshotsPerStep) {
-        return;
-    }
-    list.push_back(metrics);
-}
+// What the wizard records: one list of analyser snapshots per take. Touched on
+// the interface thread while recording; the analysis works on a copy.
+struct DiagnosisSession {
+    int32_t currentStep = kStepNone;
+    int32_t micType = kMicUnknown;
+    std::array<std::vector<AudioMetrics>, kDiagnosisListCount> steps;
+
+    // Appends a snapshot to a step's list; false (and nothing stored) when the
+    // step is out of range or its list already holds 512 snapshots.
+    bool record(int step, const AudioMetrics& metrics);
+    void append(int step, const AudioMetrics& metrics) { (void)record(step, metrics); }
+    // Back to step 0 with all six lists empty; the mic type stays.
+    void clear();
+};
 
 } // namespace Lumora

@@ -2,19 +2,65 @@
 
 #include "dsp/AudioMath.h"
 #include "dsp/DenormalGuard.h"
+#include "platform/Platform.h"
 
 #include <algorithm>
 
 namespace Lumora {
 
+namespace {
+
+// The model is trained for 48 kHz audio only.
+constexpr double kNoiseModelRate = 48000.0;
+
+} // namespace
+
 VoiceChain::VoiceChain() = default;
+
+void VoiceChain::setNoiseModelLocation(const NoiseModelLocation& location) {
+    noiseLocation_ = location;
+}
 
 void VoiceChain::prepare(double sampleRate, int /*blockLength*/) {
     sampleRate_ = sampleRate;
+    for (SpectralDenoiser& d : spectral_) {
+        d.prepare(sampleRate);
+    }
+    spectralCacheValid_ = false;
     gate_.prepare(sampleRate);
     equaliser_.prepare(sampleRate);
     compressor_.prepare(sampleRate);
     limiter_.prepare(sampleRate);
+    noiseStatus_.store(static_cast<int>(prepareNoiseSuppression()), std::memory_order_release);
+}
+
+NoiseSuppressionStatus VoiceChain::prepareNoiseSuppression() {
+    for (NoiseSuppressor& s : suppressors_) {
+        s.release();
+    }
+    if (!deepFilter_.load(noiseLocation_.libraryCandidates)) {
+        return NoiseSuppressionStatus::LibraryMissing;
+    }
+    // Checked here because the library aborts the process on a path it cannot read.
+    if (!Platform::fileReadable(noiseLocation_.modelPath)) {
+        return NoiseSuppressionStatus::ModelMissing;
+    }
+    if (sampleRate_ != kNoiseModelRate) {
+        return NoiseSuppressionStatus::UnsupportedRate;
+    }
+    bool created = true;
+    for (NoiseSuppressor& s : suppressors_) {
+        created = s.prepare(&deepFilter_, noiseLocation_.modelPath) && created;
+    }
+    if (!created) {
+        // Both channels or neither: one delayed channel beside an undelayed one
+        // would smear the stereo image.
+        for (NoiseSuppressor& s : suppressors_) {
+            s.release();
+        }
+        return NoiseSuppressionStatus::ModelRejected;
+    }
+    return NoiseSuppressionStatus::Available;
 }
 
 void VoiceChain::setParameters(const EffectPreset& preset) {
@@ -75,7 +121,12 @@ void VoiceChain::runStages(float* const* planes, int channels, int frames, const
         equaliser_.updateCoefficients(p.eq);
     }
 
-    // Spectral noise reduction and neural noise suppression come here.
+    if (p.spectral.enabled) {
+        runSpectral(planes, channels, frames, p.spectral);
+    }
+    if (p.noise.enabled) {
+        runNoiseSuppression(planes, channels, frames, p.noise);
+    }
 
     if (p.gate.enabled) {
         gate_.process(planes, channels, frames, p.gate);
@@ -96,6 +147,31 @@ void VoiceChain::runStages(float* const* planes, int channels, int frames, const
         limiterGainReductionDb_.store(limiter_.gainReductionDb(), std::memory_order_relaxed);
     } else {
         limiterGainReductionDb_.store(0.0f, std::memory_order_relaxed);
+    }
+}
+
+void VoiceChain::runSpectral(float* const* planes, int channels, int frames,
+                             const SpectralParams& p) {
+    if (!spectralCacheValid_ || p.enabled != spectralCache_.enabled ||
+        p.amount != spectralCache_.amount || p.profileDb != spectralCache_.profileDb) {
+        for (SpectralDenoiser& d : spectral_) {
+            d.setAmount(p.amount);
+            d.setNoiseProfile(p.profileDb);
+        }
+        spectralCache_ = p;
+        spectralCacheValid_ = true;
+    }
+    for (int c = 0; c < channels; ++c) {
+        spectral_[c].process(planes[c], frames);
+    }
+}
+
+void VoiceChain::runNoiseSuppression(float* const* planes, int channels, int frames,
+                                     const NoiseParams& p) {
+    for (int c = 0; c < channels; ++c) {
+        suppressors_[c].setAttenLimitDb(p.attenLimitDb);
+        suppressors_[c].setMix(p.mix);
+        suppressors_[c].process(planes[c], frames);
     }
 }
 

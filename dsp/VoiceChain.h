@@ -1,11 +1,16 @@
 #pragma once
 
 #include "dsp/Compressor.h"
+#include "dsp/DeepFilterLibrary.h"
 #include "dsp/EffectPreset.h"
 #include "dsp/Equaliser.h"
 #include "dsp/Gate.h"
 #include "dsp/Limiter.h"
+#include "dsp/NoiseModelLocation.h"
+#include "dsp/NoiseSuppressor.h"
+#include "dsp/SpectralDenoiser.h"
 
+#include <array>
 #include <atomic>
 
 namespace Lumora {
@@ -20,8 +25,25 @@ namespace Lumora {
 class VoiceChain {
 public:
     VoiceChain();
+    VoiceChain(const VoiceChain&) = delete;
+    VoiceChain& operator=(const VoiceChain&) = delete;
 
+    // Where the neural noise suppressor looks for its library and model; read
+    // by the next `prepare`. Without it the stage has no library to load.
+    void setNoiseModelLocation(const NoiseModelLocation& location);
+
+    // Resets every stage and (re)creates the noise suppressors: opens the
+    // library and the model, which allocates and reads files, so never on the
+    // audio thread.
     void prepare(double sampleRate, int blockLength);
+
+    // Interface thread: whether neural noise suppression runs, and if not why.
+    NoiseSuppressionStatus noiseSuppressionStatus() const {
+        return static_cast<NoiseSuppressionStatus>(noiseStatus_.load(std::memory_order_acquire));
+    }
+    bool noiseSuppressionAvailable() const {
+        return noiseSuppressionStatus() == NoiseSuppressionStatus::Available;
+    }
 
     // Interface thread.
     void setParameters(const EffectPreset& preset);
@@ -45,11 +67,26 @@ public:
 
 private:
     void runStages(float* const* planes, int channels, int frames, const EffectPreset& p);
+    void runSpectral(float* const* planes, int channels, int frames, const SpectralParams& p);
+    void runNoiseSuppression(float* const* planes, int channels, int frames, const NoiseParams& p);
+    NoiseSuppressionStatus prepareNoiseSuppression();
 
     double sampleRate_ = 48000.0;
     EffectPreset slots_[2];
     std::atomic<int> liveIndex_{0};
     std::atomic<bool> chainActive_{false};
+
+    std::array<SpectralDenoiser, 2> spectral_;
+    // The spectral settings the noise tables were last built from.
+    bool spectralCacheValid_ = false;
+    SpectralParams spectralCache_;
+
+    // The library outlives the suppressors' model instances: declared first,
+    // destroyed last.
+    NoiseModelLocation noiseLocation_;
+    DeepFilterLibrary deepFilter_;
+    std::array<NoiseSuppressor, 2> suppressors_;
+    std::atomic<int> noiseStatus_{static_cast<int>(NoiseSuppressionStatus::NotPrepared)};
 
     Gate gate_;
     Equaliser equaliser_;

@@ -4,7 +4,9 @@
 
 #include <obs-frontend-api.h>
 
+#include <QCoreApplication>
 #include <QPointer>
+#include <QThread>
 #include <QWidget>
 #include <map>
 
@@ -48,6 +50,22 @@ void closeDialogFor(ObsFilterState* state) {
         dialog->deleteLater();
     }
     map.erase(it);
+}
+
+void closeDialogThenRelease(ObsFilterState* state, void (*release)(ObsFilterState*)) {
+    QCoreApplication* app = QCoreApplication::instance();
+    if (!app || QThread::currentThread() == app->thread()) {
+        closeDialogFor(state);
+        release(state);
+        return;
+    }
+    QMetaObject::invokeMethod(
+        app,
+        [state, release] {
+            closeDialogFor(state);
+            release(state);
+        },
+        Qt::QueuedConnection);
 }
 
 bool hasDialogFor(ObsFilterState* state) {

@@ -1,5 +1,7 @@
 #include "module/ObsFilterState.h"
 
+#include "settings/PresetLists.h"
+
 #include <algorithm>
 
 namespace Lumora {
@@ -7,6 +9,51 @@ namespace Lumora {
 AnalyserPtr makeAnalyser() {
     void* memory = ::operator new(sizeof(DiagnosisAnalyser), std::align_val_t(64));
     return AnalyserPtr(new (memory) DiagnosisAnalyser());
+}
+
+void ObsFilterState::applyEffectPreset(EffectPreset preset) {
+    preset.active = true;
+    chain.setParameters(preset);
+}
+
+void ObsFilterState::applyEffectPreset(const SavedEffectPreset& saved) {
+    EffectPreset preset = saved.preset;
+    preset.name = saved.name;
+    preset.description = saved.description;
+    preset.recording = saved.recording;
+    applyEffectPreset(std::move(preset));
+}
+
+void ObsFilterState::applySoundFxPreset(const SoundFxPreset& preset) {
+    effects.setParameters(preset);
+    effects.setActive(true);
+}
+
+void ObsFilterState::restoreFromSettings() {
+    if (!store) {
+        return;
+    }
+    const AppSettings settings = store->load();
+    lastPresetName = settings.lastPresetName;
+    uiScale = settings.uiScale;
+    showNumericValues = settings.showNumericValues;
+    if (!settings.lastPresetName.empty()) {
+        if (const SavedEffectPreset* p = findEffectPreset(settings, settings.lastPresetName)) {
+            applyEffectPreset(*p);
+        }
+    }
+    // What is in force when no arrow key is held or toggled.
+    const KeyAssignment& idle = settings.keyAssignments.defaultKey;
+    if (idle.hasEffectPreset) {
+        if (const SavedEffectPreset* p = findEffectPreset(settings, idle.effectPresetName)) {
+            applyEffectPreset(*p);
+        }
+    }
+    if (idle.hasSoundFxPreset) {
+        if (const SavedSoundFxPreset* p = findSoundFxPreset(settings, idle.soundFxPresetName)) {
+            applySoundFxPreset(p->preset);
+        }
+    }
 }
 
 void ObsFilterState::processAudio(float* const* planes, int planeCount, int frames) {

@@ -4,6 +4,7 @@
 #include "diagnosis/DiagnosisTaskState.h"
 #include "dsp/VoiceChain.h"
 #include "dsp/fx/VoiceFxChain.h"
+#include "settings/AppSettings.h"
 #include "settings/SettingsStore.h"
 
 #include <cstdint>
@@ -51,6 +52,18 @@ struct ObsFilterState {
 
     // Scratch for mixing stereo to mono for the analyser; never reallocated.
     float analyserMix[512] = {};
+
+    // Hands a preset to the processing chain, marked as applied (an inactive
+    // record would pass audio through).
+    void applyEffectPreset(EffectPreset preset);
+    // The same for a stored preset: the record keeps its name and description.
+    void applyEffectPreset(const SavedEffectPreset& saved);
+    // Hands a sound-effect preset to the effects chain and lets it run.
+    void applySoundFxPreset(const SoundFxPreset& preset);
+
+    // Reads the settings file once and brings back the voice the user last had:
+    // the effect preset named lastPresetName, then the default key's presets.
+    void restoreFromSettings();
 
     // The audio callback's work, minus the OBS packet: both chains in place, then
     // the analyser. `planes` holds `channels` non-null planes of `frames` samples.

@@ -1,7 +1,9 @@
 // The "Tindra" audio filter: OBS callbacks around ObsFilterState.
 #include "module/DialogRegistry.h"
 #include "module/FilterKeys.h"
+#include "module/FilterProcedures.h"
 #include "module/ObsFilterState.h"
+#include "platform/Platform.h"
 
 #include <media-io/audio-io.h>
 #include <obs-module.h>
@@ -33,7 +35,9 @@ uint32_t channelsOf(enum speaker_layout layout) {
     }
 }
 
-const char* filterName(void*) { return kFilterDisplayName; }
+const char* filterName(void*) {
+    return kFilterDisplayName;
+}
 
 void filterUpdate(void* data, obs_data_t* settings) {
     auto* state = static_cast<ObsFilterState*>(data);
@@ -67,6 +71,13 @@ void* filterCreate(obs_data_t* settings, obs_source_t* source) {
 
     // The analyser's rings, filters and loudness meter are sized here, once: an
     // update while audio flows must never rebuild what the audio thread is using.
+    // The neural suppressor's library may sit beside this module or on the
+    // system's path; its model lives in the module's data folder.
+    const char* dataPath = obs_get_module_data_path(obs_current_module());
+    state->chain.setNoiseModelLocation(NoiseModelLocation::standard(
+        Platform::folderOfBinaryContaining(reinterpret_cast<const void*>(&filterName)),
+        dataPath ? dataPath : ""));
+
     const double rate = static_cast<double>(state->sampleRate);
     const int blockHint = static_cast<int>(state->sampleRate / 10);
     state->analyser->prepare(rate);
@@ -74,6 +85,8 @@ void* filterCreate(obs_data_t* settings, obs_source_t* source) {
     state->effects.prepare(rate, blockHint);
 
     filterUpdate(state, settings);
+    state->restoreFromSettings();
+    registerFilterProcedures(source, state);
     blog(LOG_INFO, "[Lumora] filter created (sr=%u ch=%u)", state->sampleRate, state->channels);
     return state;
 }
@@ -83,9 +96,10 @@ void filterDestroy(void* data) {
     if (!state) {
         return;
     }
-    closeDialogFor(state);
-    delete state;
-    blog(LOG_INFO, "[Lumora] filter destroyed");
+    closeDialogThenRelease(state, [](ObsFilterState* s) {
+        delete s;
+        blog(LOG_INFO, "[Lumora] filter destroyed");
+    });
 }
 
 obs_audio_data* filterAudio(void* data, obs_audio_data* audio) {

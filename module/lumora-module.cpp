@@ -12,7 +12,9 @@ void registerFilter();
 
 extern "C" {
 
-MODULE_EXPORT const char* obs_module_name(void) { return "Tindra"; }
+MODULE_EXPORT const char* obs_module_name(void) {
+    return "Tindra";
+}
 
 MODULE_EXPORT const char* obs_module_description(void) {
     return "Voice quality diagnosis for streamers";

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <ctime>
 #include <string>
 
 // The few operating-system services Lumora needs, with one implementation for
@@ -27,6 +28,10 @@ bool syncFolder(const std::string& path);
 
 bool fileExists(const std::string& path);
 bool fileReadable(const std::string& path);
+
+// Converts a calendar time to the local time zone (localtime_r / localtime_s);
+// false when the system cannot.
+bool localTime(std::time_t t, std::tm& out);
 
 // The folder holding the binary (module or executable) that contains `address`.
 // Empty when it cannot be found.

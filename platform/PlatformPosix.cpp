@@ -11,7 +11,9 @@
 
 namespace Lumora::Platform {
 
-char pathSeparator() { return '/'; }
+char pathSeparator() {
+    return '/';
+}
 
 std::string userConfigFolder() {
     if (const char* xdg = std::getenv("XDG_CONFIG_HOME"); xdg && *xdg) {
@@ -49,22 +51,36 @@ bool replaceFile(const std::string& from, const std::string& to) {
 }
 
 static bool syncPath(const std::string& path, int flags) {
-    const int fd = ::open(path.c_str(), flags);
+    const int fd = ::open(path.c_str(), flags | O_CLOEXEC);
     if (fd < 0) {
         return false;
     }
-    const bool ok = ::fsync(fd) == 0;
+    int rc;
+    do {
+        rc = ::fsync(fd);
+    } while (rc != 0 && errno == EINTR);
+    // EINVAL: the file system cannot flush this kind of file (some pseudo and
+    // network file systems); there is nothing more durable to be had there.
+    const bool ok = rc == 0 || errno == EINVAL;
     ::close(fd);
     return ok;
 }
 
-bool syncFile(const std::string& path) { return syncPath(path, O_RDONLY); }
+bool syncFile(const std::string& path) {
+    return syncPath(path, O_RDONLY);
+}
 
-bool syncFolder(const std::string& path) { return syncPath(path, O_RDONLY | O_DIRECTORY); }
+bool syncFolder(const std::string& path) {
+    return syncPath(path, O_RDONLY | O_DIRECTORY);
+}
 
 bool fileExists(const std::string& path) {
     struct stat st {};
     return stat(path.c_str(), &st) == 0;
+}
+
+bool localTime(std::time_t t, std::tm& out) {
+    return localtime_r(&t, &out) != nullptr;
 }
 
 bool fileReadable(const std::string& path) {
@@ -82,7 +98,9 @@ std::string folderOfBinaryContaining(const void* address) {
     return slash == std::string::npos ? std::string(".") : file.substr(0, slash);
 }
 
-DynamicLibrary::~DynamicLibrary() { close(); }
+DynamicLibrary::~DynamicLibrary() {
+    close();
+}
 
 bool DynamicLibrary::open(const std::string& path) {
     close();

@@ -1,8 +1,8 @@
 #include "platform/Platform.h"
 
 #define WIN32_LEAN_AND_MEAN
-#include <windows.h>
 #include <shlobj.h>
+#include <windows.h>
 
 #include <string>
 
@@ -22,7 +22,9 @@ std::wstring widen(const std::string& s) {
 
 } // namespace
 
-char pathSeparator() { return '\\'; }
+char pathSeparator() {
+    return '\\';
+}
 
 std::string userConfigFolder() {
     char path[MAX_PATH] = {};
@@ -38,7 +40,8 @@ bool makeFolders(const std::string& path) {
     }
     std::string partial;
     for (size_t i = 0; i <= path.size(); ++i) {
-        if (i == path.size() || ((path[i] == '\\' || path[i] == '/') && i > 0 && path[i - 1] != ':')) {
+        if (i == path.size() ||
+            ((path[i] == '\\' || path[i] == '/') && i > 0 && path[i - 1] != ':')) {
             partial.assign(path, 0, i);
             if (!CreateDirectoryA(partial.c_str(), nullptr) &&
                 GetLastError() != ERROR_ALREADY_EXISTS) {
@@ -56,8 +59,8 @@ bool replaceFile(const std::string& from, const std::string& to) {
 }
 
 bool syncFile(const std::string& path) {
-    HANDLE h = CreateFileA(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                           nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    HANDLE h = CreateFileA(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                           OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (h == INVALID_HANDLE_VALUE) {
         return false;
     }
@@ -67,10 +70,16 @@ bool syncFile(const std::string& path) {
 }
 
 // NTFS journals directory entries; MoveFileEx is as durable as it gets there.
-bool syncFolder(const std::string&) { return true; }
+bool syncFolder(const std::string&) {
+    return true;
+}
 
 bool fileExists(const std::string& path) {
     return GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+bool localTime(std::time_t t, std::tm& out) {
+    return localtime_s(&out, &t) == 0;
 }
 
 bool fileReadable(const std::string& path) {
@@ -100,7 +109,9 @@ std::string folderOfBinaryContaining(const void* address) {
     return slash == std::string::npos ? std::string(".") : file.substr(0, slash);
 }
 
-DynamicLibrary::~DynamicLibrary() { close(); }
+DynamicLibrary::~DynamicLibrary() {
+    close();
+}
 
 bool DynamicLibrary::open(const std::string& path) {
     close();

@@ -17,3 +17,16 @@ xvfb-run -a -s "-screen 0 1280x1024x24" ctest --preset ci -j "$jobs"
 cmake --preset qt6 >/dev/null
 cmake --build --preset qt6 -j "$jobs"
 xvfb-run -a -s "-screen 0 1280x1024x24" ctest --preset qt6 -j "$jobs"
+
+# A short fuzzing run of the settings file's parser and reader (the long run and
+# its figures are in docs/fuzzing.md). A crash, a sanitizer report or a broken
+# round trip stops the script; the input that caused it lands in build-fuzz/artifacts/.
+CC=clang CXX=clang++ cmake -B build-fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+  -DLUMORA_BUILD_FUZZ=ON -DLUMORA_BUILD_MODULE=OFF -DLUMORA_BUILD_UI=OFF \
+  -DLUMORA_BUILD_TESTS=OFF -DLUMORA_BUILD_BENCH=OFF >/dev/null
+cmake --build build-fuzz --target fuzz-settings -j "$jobs"
+mkdir -p build-fuzz/artifacts
+fuzz_corpus=$(mktemp -d)
+trap 'rm -rf "$fuzz_corpus"' EXIT
+build-fuzz/tests/fuzz/fuzz-settings -max_total_time=45 -print_final_stats=1 \
+  -artifact_prefix=build-fuzz/artifacts/ "$fuzz_corpus" tests/fuzz/corpus

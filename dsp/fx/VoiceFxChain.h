@@ -1,40 +1,87 @@
 #pragma once
 
 #include "dsp/SoundFxPreset.h"
+#include "dsp/fx/DelayEffect.h"
+#include "dsp/fx/ModulationEffect.h"
+#include "dsp/fx/PitchEffect.h"
+#include "dsp/fx/RadioEffect.h"
+#include "dsp/fx/ReverbEffect.h"
 
 #include <atomic>
 
 namespace Lumora {
 
-// The voice-effects chain: pitch and formant, modulation, radio, delay and reverb
-// in the user's order, after the cleaning chain. Same two-slot hand-over as
-// VoiceChain.
+// The voice-effects chain: pitch and formant, modulation, radio, delay and
+// reverb in the user's order, after the cleaning chain, in place on the first
+// two channels. Same two-slot hand-over as VoiceChain: the interface thread
+// writes the idle slot and flips an atomic index; the audio thread reads the
+// index once per packet and works on a copy of that slot.
+//
+// The chain runs only while its active flag is set and at least one effect is
+// enabled; otherwise the audio passes untouched and both meters show its level.
+// The active flag is the effects switch and only setActive() moves it:
+// setParameters() never does. The dialog hands over every edit with
+// setParameters() and switches the effects off with setActive(false) while a
+// diagnosis listens to the raw voice; an edit arriving meanwhile (a key press
+// applying a preset, say) must not switch them back on behind its back.
+// The flag starts off; whoever loads the user's effects switches it on.
 class VoiceFxChain {
 public:
+    // Longest run of frames processed in one go; longer packets are split.
+    static constexpr int kMaxBlock = 4096;
+
     VoiceFxChain();
     ~VoiceFxChain();
     VoiceFxChain(const VoiceFxChain&) = delete;
     VoiceFxChain& operator=(const VoiceFxChain&) = delete;
 
+    // Interface thread, once, before audio flows: allocates every line, buffer
+    // and shifter. A sample rate outside 8 kHz..384 kHz leaves the chain a
+    // pass-through that still meters.
     void prepare(double sampleRate, int blockLength);
 
+    // Interface thread.
     void setParameters(const SoundFxPreset& preset);
     SoundFxPreset getParameters() const;
     void setActive(bool active) { active_.store(active, std::memory_order_release); }
     bool isActive() const { return active_.load(std::memory_order_acquire); }
 
+    // Audio thread, in place; planes beyond the second are never touched.
     void process(float* const* planes, int channels, int frames);
 
     float inputLevelDb() const { return inputLevelDb_.load(std::memory_order_relaxed); }
     float outputLevelDb() const { return outputLevelDb_.load(std::memory_order_relaxed); }
 
+    double sampleRate() const { return sampleRate_; }
+    bool isPrepared() const { return prepared_; }
+    // For tests and measurements: the pitch effect's shifters.
+    const PitchEffect& pitchEffect() const { return pitch_; }
+    // Times the output check found a non-finite sample and restarted the effects.
+    long recoveries() const { return recoveries_; }
+
 private:
+    void processBlock(float* const* ch, int used, int n, double& sumIn, double& sumOut);
+    void runEffects(float* const* ch, int used, int n);
+    void resetEffects();
+
     double sampleRate_ = 48000.0;
+    bool prepared_ = false;
     SoundFxPreset slots_[2];
     std::atomic<int> liveIndex_{0};
     std::atomic<bool> active_{false};
     std::atomic<float> inputLevelDb_{-96.0f};
     std::atomic<float> outputLevelDb_{-96.0f};
+
+    // Audio thread only.
+    SoundFxPreset params_;  // this packet's record, guarded
+    bool pitchRan_ = false; // the pitch effect ran in the previous packet
+    bool pitchRunning_ = false;
+    long recoveries_ = 0;
+    PitchEffect pitch_;
+    ModulationEffect modulation_;
+    RadioEffect radio_;
+    DelayEffect delay_;
+    ReverbEffect reverb_;
 };
 
 } // namespace Lumora

@@ -48,8 +48,6 @@ speaker_layout layoutFor(int channels) {
     }
 }
 
-ObsHarness* gLogTarget = nullptr;
-
 } // namespace
 
 double threadCpuSeconds() {
@@ -59,16 +57,11 @@ double threadCpuSeconds() {
 }
 
 ObsHarness::ObsHarness() {
-    gLogTarget = this;
     base_set_log_handler(&ObsHarness::onLog, this);
 }
 
 ObsHarness::~ObsHarness() {
-    for (auto it = filters_.rbegin(); it != filters_.rend(); ++it) {
-        obs_source_filter_remove(input_, *it);
-        obs_source_release(*it);
-    }
-    filters_.clear();
+    removeAllFilters();
     if (input_) {
         obs_source_remove_audio_capture_callback(input_, &ObsHarness::onAudio, this);
         obs_source_release(input_);
@@ -78,7 +71,6 @@ ObsHarness::~ObsHarness() {
         obs_shutdown();
     }
     base_set_log_handler(nullptr, nullptr);
-    gLogTarget = nullptr;
 }
 
 void ObsHarness::onLog(int level, const char* format, va_list args, void* param) {
@@ -91,10 +83,21 @@ void ObsHarness::onLog(int level, const char* format, va_list args, void* param)
     if (!self) {
         return;
     }
+    std::lock_guard<std::mutex> lock(self->logMutex_);
     self->log_.emplace_back(line);
     if (self->echo_) {
         self->echo_(level, self->log_.back());
     }
+}
+
+std::vector<std::string> ObsHarness::logLines() const {
+    std::lock_guard<std::mutex> lock(logMutex_);
+    return log_;
+}
+
+void ObsHarness::clearLog() {
+    std::lock_guard<std::mutex> lock(logMutex_);
+    log_.clear();
 }
 
 bool ObsHarness::start(uint32_t sampleRate, int channels, std::string& error) {
@@ -107,6 +110,27 @@ bool ObsHarness::start(uint32_t sampleRate, int channels, std::string& error) {
         return false;
     }
     started_ = true;
+    if (!resetAudio(sampleRate, channels, error)) {
+        return false;
+    }
+    obs_source_info info = makeInputInfo();
+    obs_register_source(&info);
+    return true;
+}
+
+bool ObsHarness::resetAudio(uint32_t sampleRate, int channels, std::string& error) {
+    if (layoutFor(channels) == SPEAKERS_UNKNOWN) {
+        error = "unsupported channel count " + std::to_string(channels);
+        return false;
+    }
+    // A source sizes its audio buffers for the layout in force when it is made, so
+    // the input and its filters are rebuilt for the new one.
+    removeAllFilters();
+    if (input_) {
+        obs_source_remove_audio_capture_callback(input_, &ObsHarness::onAudio, this);
+        obs_source_release(input_);
+        input_ = nullptr;
+    }
     obs_audio_info ai = {};
     ai.samples_per_sec = sampleRate;
     ai.speakers = layoutFor(channels);
@@ -116,8 +140,6 @@ bool ObsHarness::start(uint32_t sampleRate, int channels, std::string& error) {
     }
     sampleRate_ = sampleRate;
     channels_ = channels;
-    obs_source_info info = makeInputInfo();
-    obs_register_source(&info);
     return true;
 }
 
@@ -189,6 +211,12 @@ void ObsHarness::removeFilter(obs_source* filter) {
             filters_.erase(it);
             return;
         }
+    }
+}
+
+void ObsHarness::removeAllFilters() {
+    while (!filters_.empty()) {
+        removeFilter(filters_.back());
     }
 }
 

@@ -3,6 +3,7 @@
 #include <cstdarg>
 #include <cstdint>
 #include <functional>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -23,9 +24,10 @@ public:
     ObsHarness(const ObsHarness&) = delete;
     ObsHarness& operator=(const ObsHarness&) = delete;
 
-    // Every log line libobs and its plug-ins write while the harness lives.
-    const std::vector<std::string>& logLines() const { return log_; }
-    void clearLog() { log_.clear(); }
+    // Every log line libobs and its plug-ins write while the harness lives. libobs
+    // logs from several threads (sources are freed on a queue of its own).
+    std::vector<std::string> logLines() const;
+    void clearLog();
     // Called for every log line as it arrives (after it is stored).
     void setLogEcho(std::function<void(int level, const std::string&)> echo) {
         echo_ = std::move(echo);
@@ -33,6 +35,8 @@ public:
 
     // Starts libobs and sets the output format that every filter will see.
     bool start(uint32_t sampleRate, int channels, std::string& error);
+    // Changes the output format; filters created afterwards see the new one.
+    bool resetAudio(uint32_t sampleRate, int channels, std::string& error);
 
     // Loads a plug-in file; dataPath empty means "guess": the Debian layout for
     // system plug-ins, and build/plugin-data/<name> for a plug-in in a build tree.
@@ -45,6 +49,7 @@ public:
     obs_source* input() const { return input_; }
     const std::vector<obs_source*>& filters() const { return filters_; }
     void removeFilter(obs_source* filter);
+    void removeAllFilters();
 
     // Pushes one packet of planar float audio (at the output's rate and layout)
     // through the input's filters and returns what came out of them, appended
@@ -58,8 +63,7 @@ public:
 
 private:
     static void onLog(int level, const char* format, va_list args, void* param);
-    static void onAudio(void* param, obs_source* source, const ::audio_data* audio,
-                        bool muted);
+    static void onAudio(void* param, obs_source* source, const ::audio_data* audio, bool muted);
 
     bool started_ = false;
     uint32_t sampleRate_ = 48000;
@@ -67,6 +71,7 @@ private:
     uint64_t timestampNs_ = 0;
     obs_source* input_ = nullptr;
     std::vector<obs_source*> filters_;
+    mutable std::mutex logMutex_;
     std::vector<std::string> log_;
     std::function<void(int, const std::string&)> echo_;
     std::vector<std::vector<float>>* capture_ = nullptr;

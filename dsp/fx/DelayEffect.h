@@ -1,0 +1,30 @@
+#pragma once
+
+#include "dsp/SoundFxPreset.h"
+
+#include <vector>
+
+namespace Lumora {
+
+// Echo: one delay line of 96000 samples per channel (two seconds at 48 kHz)
+// with one write position shared by both channels, so left and right echoes
+// stay aligned to the sample.
+class DelayEffect {
+public:
+    static constexpr int kLineLength = 96000;
+
+    void prepare(double sampleRate);
+    void reset();
+    void process(float* const* channels, int channelCount, int frames, const DelayParams& p);
+
+    // The delay in samples for a time: truncated, kept in 1..95999 whatever the
+    // rate (the line does not grow with the sample rate).
+    static int delaySamples(float timeMs, double sampleRate);
+
+private:
+    double sampleRate_ = 48000.0;
+    std::vector<float> lines_[2];
+    int write_ = 0;
+};
+
+} // namespace Lumora

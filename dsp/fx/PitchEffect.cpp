@@ -1,0 +1,140 @@
+#include "dsp/fx/PitchEffect.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+namespace Lumora {
+
+void PitchEffect::prepare(double sampleRate) {
+    sampleRate_ = sampleRate;
+    for (auto& layer : layers_) {
+        for (auto& channel : layer) {
+            channel.prepare(sampleRate);
+        }
+    }
+    formantEq_.prepare(sampleRate);
+    for (int c = 0; c < 2; ++c) {
+        dry_[c].assign(kMaxBlock, 0.0f);
+        layerBInput_[c].assign(kMaxBlock, 0.0f);
+    }
+    scratch_.assign(kMaxBlock, 0.0f);
+    reset();
+}
+
+void PitchEffect::reset() {
+    for (auto& layer : layers_) {
+        for (auto& channel : layer) {
+            channel.reset();
+        }
+    }
+    for (auto& layer : shelves_) {
+        for (auto& s : layer) {
+            s.low.reset();
+            s.high.reset();
+        }
+    }
+    shelvesDesigned_[0] = shelvesDesigned_[1] = false;
+    layerBLive_ = false;
+    formantEq_.reset();
+}
+
+long PitchEffect::underruns() const {
+    long sum = 0;
+    for (const auto& layer : layers_) {
+        for (const auto& channel : layer) {
+            sum += channel.underruns();
+        }
+    }
+    return sum;
+}
+
+void PitchEffect::designShelves(int layerIndex, float shift) {
+    if (shelvesDesigned_[layerIndex] && shift == lastShift_[layerIndex]) {
+        return;
+    }
+    const double db = kShelfDbPerShift * shift;
+    for (auto& s : shelves_[layerIndex]) {
+        s.low.setLowShelf(sampleRate_, kLowShelfHz, -db);
+        s.high.setHighShelf(sampleRate_, kHighShelfHz, db);
+        s.low.reset();
+        s.high.reset();
+    }
+    lastShift_[layerIndex] = shift;
+    shelvesDesigned_[layerIndex] = true;
+}
+
+void PitchEffect::process(float* const* channels, int channelCount, int frames,
+                          const PitchParams& p) {
+    if (scratch_.empty()) {
+        return;
+    }
+    const int n = std::min(frames, kMaxBlock);
+    const int used = std::min(channelCount, 2);
+    const bool blendDry = p.wetMix < 0.999f;
+    const size_t bytes = static_cast<size_t>(n) * sizeof(float);
+
+    designShelves(0, p.formantShiftA);
+    if (p.layerBEnabled) {
+        designShelves(1, p.formantShiftB);
+        // Switched on again: start from silence, not from what it held when
+        // it was switched off.
+        if (!layerBLive_) {
+            for (auto& channel : layers_[1]) {
+                channel.reset();
+            }
+        }
+    }
+    layerBLive_ = p.layerBEnabled;
+    const bool shelvesA = std::fabs(p.formantShiftA) > kShiftThreshold;
+    const bool shelvesB = std::fabs(p.formantShiftB) > kShiftThreshold;
+
+    for (int c = 0; c < used; ++c) {
+        float* x = channels[c];
+        if (blendDry) {
+            std::memcpy(dry_[c].data(), x, bytes);
+        }
+        if (p.layerBEnabled) {
+            std::memcpy(layerBInput_[c].data(), x, bytes);
+        }
+
+        PitchShifterLayer& a = layers_[0][c];
+        a.setSemitones(p.semitonesA);
+        const int k = a.process(x, n, scratch_.data());
+        std::memcpy(x, scratch_.data(), static_cast<size_t>(k) * sizeof(float));
+        std::fill(x + k, x + n, 0.0f);
+        if (shelvesA) {
+            shelves_[0][c].process(x, n);
+        }
+
+        if (p.layerBEnabled) {
+            PitchShifterLayer& b = layers_[1][c];
+            b.setSemitones(p.semitonesB);
+            const int kb = b.process(layerBInput_[c].data(), n, scratch_.data());
+            if (shelvesB) {
+                shelves_[1][c].process(scratch_.data(), kb);
+            }
+            const float mix = p.mixAB;
+            for (int i = 0; i < kb; ++i) {
+                x[i] = mix * scratch_[i] + (1.0f - mix) * x[i];
+            }
+        }
+    }
+
+    if (p.formantEqEnabled) {
+        formantEq_.process(channels, used, n, p.formantBands);
+    }
+
+    if (blendDry) {
+        const float wet = p.wetMix;
+        for (int c = 0; c < used; ++c) {
+            float* x = channels[c];
+            const float* d = dry_[c].data();
+            for (int i = 0; i < n; ++i) {
+                x[i] = wet * x[i] + (1.0f - wet) * d[i];
+            }
+        }
+    }
+}
+
+} // namespace Lumora

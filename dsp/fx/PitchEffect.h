@@ -1,0 +1,68 @@
+#pragma once
+
+#include "dsp/SoundFxPreset.h"
+#include "dsp/fx/FormantEq.h"
+#include "dsp/fx/FxBiquad.h"
+#include "dsp/fx/PitchShifterLayer.h"
+
+#include <vector>
+
+namespace Lumora {
+
+// Pitch and formant: layer A (and, when enabled, layer B from the same input)
+// shifted by their own semitones, each coloured by its own formant shelves,
+// blended A:B, then the formant equaliser and the dry/wet blend.
+//
+// Formant shelves: a low shelf at 800 Hz and a high shelf at 2 kHz (slope 1)
+// whose shelf factor is A = 10^(∓24·shift/40): a positive shift thins the
+// lows and brightens the highs (a smaller, younger vocal tract), a negative one
+// the reverse. Layer B gets the same pair driven by its own shift and applied
+// to its own output before the blend, so each layer's formant knob acts on that
+// layer alone (layer A's shelves likewise act on layer A before the blend).
+//
+// Each layer starts silent and fills (see PitchShifterLayer); the dry signal is
+// not delayed to match, so the shifter's latency shows in the blend.
+class PitchEffect {
+public:
+    static constexpr int kMaxBlock = PitchShifterLayer::kMaxBlock;
+    static constexpr double kLowShelfHz = 800.0;
+    static constexpr double kHighShelfHz = 2000.0;
+    // Shelf gain in dB per unit of formant shift (the RBJ shelf's far gain).
+    static constexpr double kShelfDbPerShift = 24.0;
+    static constexpr float kShiftThreshold = 0.005f;
+
+    void prepare(double sampleRate);
+    // Restarts the shifters (silent until they fill again) and clears filters.
+    void reset();
+    // frames ≤ kMaxBlock.
+    void process(float* const* channels, int channelCount, int frames, const PitchParams& p);
+
+    const PitchShifterLayer& layer(int layerIndex, int channel) const {
+        return layers_[layerIndex][channel];
+    }
+    long underruns() const;
+
+private:
+    struct Shelves {
+        FxBiquad low;
+        FxBiquad high;
+        void process(float* x, int n) {
+            low.process(x, n);
+            high.process(x, n);
+        }
+    };
+    void designShelves(int layerIndex, float shift);
+
+    double sampleRate_ = 48000.0;
+    PitchShifterLayer layers_[2][2]; // [layer A, B][channel]
+    Shelves shelves_[2][2];
+    float lastShift_[2] = {0.0f, 0.0f};
+    bool shelvesDesigned_[2] = {false, false};
+    bool layerBLive_ = false; // layer B ran in the previous block
+    FormantEq formantEq_;
+    std::vector<float> dry_[2];
+    std::vector<float> layerBInput_[2];
+    std::vector<float> scratch_;
+};
+
+} // namespace Lumora

@@ -1,0 +1,55 @@
+#include "dsp/fx/RadioEffect.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace Lumora {
+
+void RadioEffect::prepare(double sampleRate) {
+    sampleRate_ = sampleRate;
+    reset();
+}
+
+void RadioEffect::reset() {
+    for (int c = 0; c < 2; ++c) {
+        highPass_[c].reset();
+        lowPass_[c].reset();
+    }
+    designed_ = false;
+}
+
+void RadioEffect::process(float* const* channels, int channelCount, int frames,
+                          const RadioParams& p) {
+    // A moved corner restarts only the first state value of each filter; the
+    // second is kept, which softens the step while a knob is being turned.
+    if (!designed_ || p.lowCutHz != lastLowCutHz_) {
+        for (auto& f : highPass_) {
+            f.setHighPass(sampleRate_, p.lowCutHz);
+            f.resetFirstState();
+        }
+        lastLowCutHz_ = p.lowCutHz;
+    }
+    if (!designed_ || p.highCutHz != lastHighCutHz_) {
+        for (auto& f : lowPass_) {
+            f.setLowPass(sampleRate_, p.highCutHz);
+            f.resetFirstState();
+        }
+        lastHighCutHz_ = p.highCutHz;
+    }
+    designed_ = true;
+
+    // Dividing by √drive keeps the loudness roughly level as the drive rises:
+    // tanh flattens the peaks, the division pulls the body back down.
+    const float drive = std::max(p.overdrive, 0.0f) * 9.0f + 1.0f;
+    const float norm = 1.0f / std::sqrt(drive);
+    const int used = std::min(channelCount, 2);
+    for (int c = 0; c < used; ++c) {
+        float* x = channels[c];
+        for (int i = 0; i < frames; ++i) {
+            const float v = lowPass_[c].process(highPass_[c].process(x[i]));
+            x[i] = std::tanh(v * drive) * norm;
+        }
+    }
+}
+
+} // namespace Lumora

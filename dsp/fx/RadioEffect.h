@@ -1,0 +1,26 @@
+#pragma once
+
+#include "dsp/SoundFxPreset.h"
+#include "dsp/fx/FxBiquad.h"
+
+namespace Lumora {
+
+// Telephone and radio voice: a high-pass and a low-pass narrow the band, then a
+// tanh stage drives it into soft saturation. Fully wet.
+class RadioEffect {
+public:
+    void prepare(double sampleRate);
+    void reset();
+    void process(float* const* channels, int channelCount, int frames, const RadioParams& p);
+
+private:
+    double sampleRate_ = 48000.0;
+    FxBiquad highPass_[2];
+    FxBiquad lowPass_[2];
+    // Corners the coefficients were computed for (valid once designed_ is set).
+    float lastLowCutHz_ = 0.0f;
+    float lastHighCutHz_ = 0.0f;
+    bool designed_ = false;
+};
+
+} // namespace Lumora

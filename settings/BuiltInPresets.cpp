@@ -1,0 +1,123 @@
+#include "settings/BuiltInPresets.h"
+
+#include "settings/PresetLists.h"
+
+namespace Lumora {
+
+namespace {
+
+// Spelled out in UTF-8 and checked, so that a compiler reading the source in
+// another code page fails here instead of seeding under a garbled name.
+constexpr char kDefaultName[] = "デフォルト十字キー";
+static_assert(sizeof(kDefaultName) == 9 * 3 + 1, "compile the sources as UTF-8 (/utf-8)");
+
+SavedSoundFxPreset named(const char* name) {
+    SavedSoundFxPreset p;
+    p.name = name;
+    return p;
+}
+
+} // namespace
+
+const char* const kDefaultKeyAssignPresetName = kDefaultName;
+
+std::vector<SavedSoundFxPreset> builtInSoundFxPresets() {
+    std::vector<SavedSoundFxPreset> list;
+
+    SavedSoundFxPreset computer = named("コンピューターシステム＋FMラジオ");
+    {
+        PitchParams& p = computer.preset.pitch;
+        p.enabled = true;
+        p.semitonesA = 4.7f;
+        p.formantShiftA = 0.31f;
+        p.wetMix = 1.0f;
+        p.layerBEnabled = true;
+        p.semitonesB = 3.4f;
+        p.formantShiftB = 0.35f;
+        p.mixAB = 0.5f;
+        RadioParams& r = computer.preset.radio;
+        r.enabled = true;
+        r.lowCutHz = 233.0f;
+        r.highCutHz = 8000.0f;
+        r.overdrive = 0.09f;
+    }
+    list.push_back(computer);
+
+    SavedSoundFxPreset deathGame = named("デスゲーム");
+    {
+        PitchParams& p = deathGame.preset.pitch;
+        p.enabled = true;
+        p.semitonesA = 12.0f;
+        p.formantShiftA = 0.3f;
+        p.wetMix = 1.0f;
+        p.layerBEnabled = true;
+        p.semitonesB = -12.0f;
+        p.formantShiftB = -0.34f;
+        p.mixAB = 0.66f;
+    }
+    list.push_back(deathGame);
+
+    SavedSoundFxPreset singing = named("ディレイ歌枠＋歌枠リバーブ");
+    {
+        ReverbParams& r = singing.preset.reverb;
+        r.enabled = true;
+        r.roomSize = 0.79f;
+        r.damping = 0.31f;
+        r.wetMix = 0.05f;
+        r.lowCutHz = 325.0f;
+        r.duckingAmount = 0.28f;
+        DelayParams& d = singing.preset.delay;
+        d.enabled = true;
+        d.timeMs = 180.0f;
+        d.feedback = 0.1f;
+        d.wetMix = 0.05f;
+    }
+    list.push_back(singing);
+
+    SavedSoundFxPreset hero = named("ディレイ特撮ヒーロー＋リバーブ心の中のセリフ");
+    {
+        ReverbParams& r = hero.preset.reverb;
+        r.enabled = true;
+        r.roomSize = 0.9f;
+        r.damping = 0.67f;
+        r.wetMix = 0.22f;
+        r.lowCutHz = 1469.0f;
+        r.duckingAmount = 0.0f;
+        DelayParams& d = hero.preset.delay;
+        d.enabled = true;
+        d.timeMs = 212.0f;
+        d.feedback = 0.33f;
+        d.wetMix = 0.2f;
+    }
+    list.push_back(hero);
+    return list;
+}
+
+KeyAssignmentSet builtInKeyAssignments() {
+    static constexpr KeyMode kModes[kKeySlotCount] = {KeyMode::Momentary, KeyMode::Momentary,
+                                                      KeyMode::Toggle, KeyMode::Momentary};
+    const std::vector<SavedSoundFxPreset> combos = builtInSoundFxPresets();
+    KeyAssignmentSet set;
+    for (size_t i = 0; i < set.keys.size(); ++i) {
+        KeyAssignment& key = set.keys[i];
+        key.mode = kModes[i];
+        key.hasSoundFxPreset = true;
+        key.soundFxPresetName = combos[i].name;
+    }
+    return set;
+}
+
+bool seedBuiltIns(AppSettings& s, const std::string& savedAt) {
+    if (findKeyAssignPreset(s, kDefaultKeyAssignPresetName)) {
+        return false;
+    }
+    for (SavedSoundFxPreset preset : builtInSoundFxPresets()) {
+        preset.savedAt = savedAt;
+        putSoundFxPreset(s, std::move(preset));
+    }
+    s.keyAssignments = builtInKeyAssignments();
+    putKeyAssignPreset(s, KeyAssignPreset{kDefaultKeyAssignPresetName, savedAt, s.keyAssignments});
+    return true;
+}
+
+} // namespace Lumora

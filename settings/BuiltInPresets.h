@@ -1,0 +1,27 @@
+#pragma once
+
+#include "settings/AppSettings.h"
+
+#include <string>
+#include <vector>
+
+namespace Lumora {
+
+// The key-assignment preset that marks a settings document as seeded.
+extern const char* const kDefaultKeyAssignPresetName; // "デフォルト十字キー"
+
+// The four sound-effect combinations installed on first use, in slot order
+// (savedAt left empty).
+std::vector<SavedSoundFxPreset> builtInSoundFxPresets();
+
+// Slot i applies combination i: Momentary, Momentary, Toggle, Momentary; no key
+// names, no effect presets, an empty default slot.
+KeyAssignmentSet builtInKeyAssignments();
+
+// Installs the built-ins unless a key-assignment preset named
+// kDefaultKeyAssignPresetName exists: the four combinations (replacing presets of
+// the same names), the built-in assignment as the current one, and the preset
+// itself. `savedAt` stamps what it adds. True when it changed the document.
+bool seedBuiltIns(AppSettings& s, const std::string& savedAt);
+
+} // namespace Lumora

@@ -1,0 +1,227 @@
+#include "diagnosis/RecommendedSettings.h"
+#include "diagnosis/DiagnosisVerdicts.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace Lumora {
+namespace {
+
+StepStats stats(float level, bool valid = true) {
+    StepStats s;
+    s.level = level;
+    s.peak95 = level + 10.0f;
+    s.peakMax = level + 12.0f;
+    s.noiseFloorMin = -70.0f;
+    s.low = level - 2.0f;
+    s.mid = level;
+    s.high = level - 10.0f;
+    s.count = valid ? 180 : 2;
+    s.valid = valid;
+    return s;
+}
+
+DiagnosisResult diagnosed(float speechLevel, float silenceLevel = -70.0f) {
+    DiagnosisResult r;
+    r.valid = 1;
+    r.speech = stats(speechLevel);
+    r.silence = stats(silenceLevel);
+    return r;
+}
+
+bool startsWith(const std::string& s, const std::string& prefix) {
+    return s.compare(0, prefix.size(), prefix) == 0;
+}
+
+TEST(RecommendedSettings, RecordingModeAndUndiagnosedLeaveEverythingOff) {
+    for (bool recording : {true, false}) {
+        const EffectPreset p = recommend(DiagnosisResult{}, recording);
+        EXPECT_EQ(p.recording, recording);
+        EXPECT_EQ(p.name, recording ? "録音モード（エフェクトなし）" : "未診断");
+        EXPECT_EQ(p.description,
+                  recording ? "録音用ならこのままがおすすめ！" : "診断を先にやってみてね！");
+        EXPECT_FALSE(p.eq.enabled || p.comp.enabled || p.limiter.enabled || p.gate.enabled ||
+                     p.spectral.enabled || p.noise.enabled);
+        EXPECT_EQ(p.inputGainDb, 0.0f);
+        EXPECT_FLOAT_EQ(p.eq.highCutQ, 0.7071f);
+    }
+    // Recording mode wins even over a finished diagnosis.
+    EXPECT_FALSE(recommend(diagnosed(-20.0f), true).gate.enabled);
+}
+
+TEST(RecommendedSettings, InputGainFromTheSpeechLevel) {
+    EffectPreset p = recommend(diagnosed(-18.0f), false);
+    EXPECT_FLOAT_EQ(p.inputGainDb, -7.0f);
+    EXPECT_TRUE(startsWith(p.description, "入力ゲインを下げたよ、")) << p.description;
+    EXPECT_EQ(p.name, "配信最適化プリセット");
+
+    p = recommend(diagnosed(-30.0f), false);
+    EXPECT_EQ(p.inputGainDb, 0.0f) << "a quiet voice is not raised";
+    EXPECT_EQ(p.description.find("入力ゲイン"), std::string::npos);
+
+    EXPECT_FLOAT_EQ(recommend(diagnosed(-5.0f), false).inputGainDb, -12.0f);
+    EXPECT_EQ(recommend(diagnosed(-25.5f), false).inputGainDb, 0.0f) << "within 1 dB: unchanged";
+
+    DiagnosisResult r = diagnosed(-18.0f);
+    r.speech.valid = false;
+    EXPECT_EQ(recommend(r, false).inputGainDb, 0.0f);
+}
+
+TEST(RecommendedSettings, EqFromTheSpeechBands) {
+    DiagnosisResult r = diagnosed(-28.0f);
+    r.speech.low = -30.0f;
+    r.speech.mid = -28.0f;
+    r.speech.high = -40.0f;
+    const EffectPreset p = recommend(r, false);
+    EXPECT_TRUE(p.eq.enabled);
+    EXPECT_TRUE(p.eq.lowCutEnabled);
+    EXPECT_FLOAT_EQ(p.eq.lowCutHz, 84.0f);
+    const auto& b = p.eq.notchBands;
+    for (const NotchBand& band : b) {
+        EXPECT_TRUE(band.enabled);
+    }
+    // p = -0.2, m = 4, d = 12, h = 0.
+    EXPECT_FLOAT_EQ(b[0].centerHz, 320.0f);
+    EXPECT_FLOAT_EQ(b[0].gainDb, -1.5f) << "-1.8 is limited to -1.5";
+    EXPECT_FLOAT_EQ(b[0].q, 2.5f);
+    EXPECT_FLOAT_EQ(b[1].centerHz, 1300.0f);
+    EXPECT_FLOAT_EQ(b[1].gainDb, -1.98f);
+    EXPECT_FLOAT_EQ(b[1].q, 1.44f);
+    EXPECT_FLOAT_EQ(b[2].centerHz, 2920.0f);
+    EXPECT_FLOAT_EQ(b[2].gainDb, 2.94f);
+    EXPECT_FLOAT_EQ(b[2].q, 1.04f);
+    EXPECT_FLOAT_EQ(b[3].centerHz, 6800.0f);
+    EXPECT_FLOAT_EQ(b[3].gainDb, -3.5f);
+    EXPECT_FLOAT_EQ(b[3].q, 2.5f);
+    EXPECT_FLOAT_EQ(b[4].centerHz, 5100.0f);
+    EXPECT_FLOAT_EQ(b[4].gainDb, 2.7f);
+    EXPECT_FLOAT_EQ(b[4].q, 0.66f);
+    EXPECT_FALSE(p.eq.highShelfEnabled);
+    EXPECT_FALSE(p.eq.highCutEnabled);
+
+    // A boomy, harsh voice: every clamp at its limit.
+    r.speech.low = 0.0f;
+    r.speech.mid = -20.0f;
+    r.speech.high = 0.0f;
+    const EffectPreset q = recommend(r, false);
+    EXPECT_FLOAT_EQ(q.eq.lowCutHz, 120.0f);
+    EXPECT_FLOAT_EQ(q.eq.notchBands[0].gainDb, -4.5f);
+    EXPECT_FLOAT_EQ(q.eq.notchBands[0].q, 5.5f);
+    EXPECT_FLOAT_EQ(q.eq.notchBands[3].centerHz, 7300.0f); // 5000 + 100 * 23
+    EXPECT_FLOAT_EQ(q.eq.notchBands[3].gainDb, -8.0f);
+    EXPECT_FLOAT_EQ(q.eq.notchBands[3].q, 5.5f);
+}
+
+TEST(RecommendedSettings, GateFromTheSilenceTake) {
+    DiagnosisResult r = diagnosed(-20.0f);
+    r.silence.peakMax = -48.0f;
+    r.silence.level = -62.0f;
+    EffectPreset p = recommend(r, false);
+    EXPECT_TRUE(p.gate.enabled);
+    EXPECT_FLOAT_EQ(p.gate.thresholdDb, -43.0f);
+    EXPECT_FLOAT_EQ(p.gate.holdMs, 111.0f);
+    EXPECT_FLOAT_EQ(p.gate.releaseMs, 100.0f);
+    EXPECT_FLOAT_EQ(p.gate.attackMs, 3.0f);
+    EXPECT_FLOAT_EQ(p.gate.rangeDb, -60.0f);
+
+    r.silence.level = -55.0f; // steady noise: no extra margin
+    EXPECT_FLOAT_EQ(recommend(r, false).gate.thresholdDb, -45.0f);
+    r.silence.peakMax = -10.0f; // loud room: the threshold stays at -20 at most
+    EXPECT_FLOAT_EQ(recommend(r, false).gate.thresholdDb, -20.0f);
+
+    r.silence.valid = false; // from the speech take's noise floor (-70)
+    p = recommend(r, false);
+    EXPECT_FLOAT_EQ(p.gate.thresholdDb, -58.0f);
+    EXPECT_FLOAT_EQ(p.gate.holdMs, 60.0f);
+    EXPECT_FLOAT_EQ(p.gate.releaseMs, 90.0f);
+
+    r.speech.valid = false; // nothing measured
+    p = recommend(r, false);
+    EXPECT_TRUE(p.gate.enabled);
+    EXPECT_FLOAT_EQ(p.gate.thresholdDb, -50.0f);
+    EXPECT_FLOAT_EQ(p.gate.holdMs, 60.0f);
+    EXPECT_FLOAT_EQ(p.gate.releaseMs, 100.0f);
+    EXPECT_FALSE(p.comp.enabled);
+}
+
+TEST(RecommendedSettings, CompressorAndLimiter) {
+    EffectPreset p = recommend(diagnosed(-30.0f), false);
+    EXPECT_TRUE(p.comp.enabled);
+    EXPECT_FLOAT_EQ(p.comp.thresholdDb, -24.0f);
+    EXPECT_FLOAT_EQ(p.comp.ratio, 3.5f);
+    EXPECT_FLOAT_EQ(p.comp.attackMs, 15.0f);
+    EXPECT_FLOAT_EQ(p.comp.releaseMs, 80.0f);
+    EXPECT_FLOAT_EQ(p.comp.makeupGainDb, 6.5f);
+    EXPECT_TRUE(p.limiter.enabled);
+    EXPECT_FLOAT_EQ(p.limiter.ceilingDb, -2.0f);
+    EXPECT_FLOAT_EQ(p.limiter.releaseMs, 50.0f);
+
+    p = recommend(diagnosed(-18.0f), false); // gain -7 dB
+    EXPECT_FLOAT_EQ(p.comp.thresholdDb, -12.0f);
+    EXPECT_FLOAT_EQ(p.comp.makeupGainDb, 1.5f);
+    EXPECT_FLOAT_EQ(recommend(diagnosed(-50.0f), false).comp.thresholdDb, -38.0f);
+
+    DiagnosisResult r = diagnosed(-20.0f);
+    r.items.push_back(DiagnosisItem{"clipping", kLevelCaution, "", "", "", "", 0.0f});
+    EXPECT_FLOAT_EQ(recommend(r, false).limiter.ceilingDb, -2.0f);
+    r.items[0].level = kLevelWarning;
+    EXPECT_FLOAT_EQ(recommend(r, false).limiter.ceilingDb, -3.0f);
+}
+
+TEST(RecommendedSettings, NoiseFilterFromTheSignalToNoiseRatio) {
+    EffectPreset p = recommend(diagnosed(-20.0f, -45.0f), false);
+    EXPECT_TRUE(p.noise.enabled);
+    EXPECT_FLOAT_EQ(p.noise.attenLimitDb, 30.0f);
+    EXPECT_FLOAT_EQ(p.noise.mix, 1.0f);
+    EXPECT_FLOAT_EQ(recommend(diagnosed(-20.0f, -25.0f), false).noise.attenLimitDb, 60.0f);
+    EXPECT_FALSE(recommend(diagnosed(-20.0f, -50.0f), false).noise.enabled) << "snr 30";
+}
+
+TEST(RecommendedSettings, SpectralReductionNeedsAHeardNoiseSpectrum) {
+    DiagnosisResult r = diagnosed(-20.0f);
+    r.items.push_back(DiagnosisItem{"noise", kLevelWarning, "", "", "", "", -30.0f});
+    EffectPreset p = recommend(r, false); // spectrum all -96
+    EXPECT_FALSE(p.spectral.enabled);
+    for (float v : p.spectral.profileDb) {
+        EXPECT_EQ(v, -96.0f);
+    }
+    EXPECT_EQ(p.description.find("ノイズリダクション"), std::string::npos);
+    EXPECT_NE(p.description.find("環境ノイズをゲートでカット"), std::string::npos);
+
+    r.noiseSpectrum.fill(-96.0f);
+    r.noiseSpectrum[20] = -70.0f;
+    p = recommend(r, false);
+    EXPECT_TRUE(p.spectral.enabled);
+    EXPECT_FLOAT_EQ(p.spectral.amount, 0.85f);
+    EXPECT_EQ(p.spectral.profileDb[20], -70.0f);
+    EXPECT_EQ(p.spectral.profileDb[19], -96.0f);
+    EXPECT_NE(p.description.find("ノイズリダクションで環境ノイズを除去"), std::string::npos);
+
+    r.items[0].level = kLevelCaution;
+    EXPECT_FLOAT_EQ(recommend(r, false).spectral.amount, 0.6f);
+    r.items[0].level = kLevelGood;
+    p = recommend(r, false);
+    EXPECT_FALSE(p.spectral.enabled);
+    EXPECT_EQ(p.spectral.profileDb[20], -70.0f) << "the profile is learned all the same";
+}
+
+TEST(RecommendedSettings, DescriptionOfAComputedPreset) {
+    const EffectPreset p = recommend(diagnosed(-18.0f, -70.0f), false);
+    EXPECT_EQ(p.description,
+              "入力ゲインを下げたよ、環境ノイズをゲートでカット、声を5バンドEQで整えた"
+              "よ、声の強弱をコンプで均した、ピーク抑制ON！");
+    EXPECT_EQ(describe(p), p.description);
+
+    EffectPreset off;
+    EXPECT_EQ(describe(off), "いい感じ！特に調整は必要ないかも。");
+    off.recording = true;
+    EXPECT_EQ(describe(off), "録音用ならこのままがおすすめ！");
+    EffectPreset raised;
+    raised.inputGainDb = 3.0f;
+    raised.limiter.enabled = true;
+    EXPECT_EQ(describe(raised), "入力ゲインを上げたよ、ピーク抑制ON！");
+}
+
+} // namespace
+} // namespace Lumora

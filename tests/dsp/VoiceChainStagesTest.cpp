@@ -1,0 +1,190 @@
+// The stages inside the chain: order, meters, the spectral cache, and that no
+// parameter or sample can leave the chain producing non-finite output.
+#include "DspTestSignals.h"
+#include "dsp/VoiceChain.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <memory>
+
+using namespace Lumora;
+using namespace Lumora::TestSignals;
+
+namespace {
+
+constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
+constexpr float kInf = std::numeric_limits<float>::infinity();
+
+struct Stereo {
+    std::vector<float> left, right;
+    float* planes[2];
+    explicit Stereo(int n, unsigned seed = 1, float amplitude = 0.3f)
+        : left(noise(n, amplitude, seed)),
+          right(noise(n, amplitude, seed + 1)), planes{left.data(), right.data()} {}
+    bool finite() const { return allFinite(left) && allFinite(right); }
+};
+
+// Every stage on except neural suppression (no library here), with a lively
+// equaliser.
+EffectPreset everyStage() {
+    EffectPreset p;
+    p.active = true;
+    p.spectral.enabled = true;
+    p.spectral.profileDb.fill(-70.0f);
+    p.gate.enabled = true;
+    p.eq.enabled = true;
+    p.eq.lowCutEnabled = true;
+    p.eq.highShelfEnabled = true;
+    p.eq.highShelfGainDb = 3.0f;
+    p.eq.highCutEnabled = true;
+    for (int b = 0; b < kNotchBandCount; ++b) {
+        p.eq.notchBands[b] = {true, 200.0f * (b + 1), 2.0f - b, 2.0f};
+    }
+    p.comp.enabled = true;
+    p.comp.kneeDb = 6.0f;
+    p.limiter.enabled = true;
+    return p;
+}
+
+std::unique_ptr<VoiceChain> chainWith(const EffectPreset& p) {
+    auto chain = std::make_unique<VoiceChain>();
+    chain->prepare(48000.0, 1024);
+    chain->setParameters(p);
+    return chain;
+}
+
+} // namespace
+
+TEST(VoiceChainStages, FreshChainWithTheGateIsSilentUntilTheFirstLoudSample) {
+    EffectPreset p;
+    p.active = true;
+    p.gate.enabled = true; // threshold -55 dB
+    auto chain = chainWith(p);
+    Stereo packet(960, 1, 0.001f); // -60 dB: below the threshold
+    packet.left[700] = 0.1f;
+    chain->process(packet.planes, 2, 960);
+    for (int i = 0; i <= 700; ++i) {
+        ASSERT_EQ(packet.left[i], 0.0f) << i;
+        ASSERT_EQ(packet.right[i], 0.0f) << i;
+    }
+    EXPECT_NE(packet.left[800], 0.0f);
+}
+
+TEST(VoiceChainStages, MetersOfTheDynamicsStagesAreZeroWhenOff) {
+    EffectPreset p = everyStage();
+    auto chain = chainWith(p);
+    for (int k = 0; k < 4; ++k) { // past the spectral stage's delay
+        Stereo loud(1024, 3 + k, 0.9f);
+        chain->process(loud.planes, 2, 1024);
+    }
+    EXPECT_GT(chain->compressorDetectorDb(), -20.0f);
+    EXPECT_GT(chain->compressorGainReductionDb(), 0.0f);
+    p.comp.enabled = false;
+    p.limiter.enabled = false;
+    chain->setParameters(p);
+    Stereo again(1024, 5, 0.9f);
+    chain->process(again.planes, 2, 1024);
+    EXPECT_EQ(chain->compressorDetectorDb(), -96.0f);
+    EXPECT_EQ(chain->compressorGainReductionDb(), 0.0f);
+    EXPECT_EQ(chain->limiterGainReductionDb(), 0.0f);
+}
+
+TEST(VoiceChainStages, LimiterMeterReadsThroughTheChain) {
+    EffectPreset p;
+    p.active = true;
+    p.limiter.enabled = true;
+    p.limiter.ceilingDb = -6.0f;
+    auto chain = chainWith(p);
+    std::vector<float> x(480, 0.0f);
+    x[10] = 1.0f; // 6 dB over
+    float* planes[1] = {x.data()};
+    chain->process(planes, 1, 480);
+    EXPECT_NEAR(chain->limiterGainReductionDb(), 6.0f, 1e-4f);
+    EXPECT_NEAR(x[10], std::pow(10.0f, -6.0f / 20.0f), 1e-6f);
+}
+
+TEST(VoiceChainStages, SpectralSettingsTakeEffectOnBothChannelsAtTheNextPacket) {
+    EffectPreset p;
+    p.active = true;
+    p.spectral.enabled = true;
+    p.spectral.amount = 0.0f;
+    p.spectral.profileDb.fill(-10.0f); // loud: would suppress everything
+    auto chain = chainWith(p);
+    const int n = 4096;
+    Stereo first(n);
+    const Stereo input = first;
+    chain->process(first.planes, 2, n);
+    for (int i = 1024; i < n; ++i) { // amount 0: delay only
+        ASSERT_NEAR(first.left[i], input.left[i - 1024], 2e-6f);
+        ASSERT_NEAR(first.right[i], input.right[i - 1024], 2e-6f);
+    }
+    // The profile now describes the noise itself: white noise of amplitude 0.3
+    // puts 0.03·512 into each bin's power, -42.3 dB on the profile's scale.
+    p.spectral.profileDb.fill(-42.3f);
+    p.spectral.amount = 1.0f;
+    chain->setParameters(p);
+    Stereo second(8 * n, 9);
+    chain->process(second.planes, 2, 8 * n);
+    const double inRms = 0.3 / std::sqrt(3.0);
+    double sumL = 0.0, sumR = 0.0;
+    for (int i = 4 * n; i < 8 * n; ++i) {
+        sumL += second.left[i] * second.left[i];
+        sumR += second.right[i] * second.right[i];
+    }
+    EXPECT_LT(toDb(std::sqrt(sumL / (4 * n)) / inRms), -12.0);
+    EXPECT_LT(toDb(std::sqrt(sumR / (4 * n)) / inRms), -12.0);
+}
+
+TEST(VoiceChainRobustness, NonsenseParametersNeverGiveNonFiniteOutput) {
+    EffectPreset p = everyStage();
+    p.eq.notchBands[0].q = 0.0f;
+    p.eq.notchBands[1].centerHz = kNaN;
+    p.eq.notchBands[2].gainDb = kInf;
+    p.eq.highCutQ = -1.0f;
+    p.eq.lowCutHz = 1e9f;
+    p.eq.highShelfHz = -5.0f;
+    p.gate.attackMs = -5.0f;
+    p.gate.releaseMs = kNaN;
+    p.gate.rangeDb = kNaN;
+    p.gate.holdMs = -1.0f;
+    p.comp.ratio = 0.0f;
+    p.comp.attackMs = -10.0f;
+    p.comp.thresholdDb = kNaN;
+    p.comp.kneeDb = kNaN;
+    p.comp.makeupGainDb = kInf;
+    p.limiter.releaseMs = kNaN;
+    p.limiter.ceilingDb = kNaN;
+    p.spectral.amount = kNaN;
+    p.spectral.profileDb[3] = kNaN;
+    p.spectral.profileDb[4] = kInf;
+    auto chain = chainWith(p);
+    for (int k = 0; k < 20; ++k) {
+        Stereo packet(480, 10 + k, 0.8f);
+        chain->process(packet.planes, 2, 480);
+        ASSERT_TRUE(packet.finite()) << "packet " << k;
+    }
+    EXPECT_TRUE(std::isfinite(chain->outputLevelDb()));
+    EXPECT_TRUE(std::isfinite(chain->compressorGainReductionDb()));
+    EXPECT_TRUE(std::isfinite(chain->limiterGainReductionDb()));
+}
+
+TEST(VoiceChainRobustness, NonFiniteSamplesSpoilAtMostTheirOwnPacket) {
+    for (float bad : {kNaN, kInf, -kInf}) {
+        auto chain = chainWith(everyStage());
+        for (int k = 0; k < 5; ++k) {
+            Stereo packet(1024, 20 + k);
+            chain->process(packet.planes, 2, 1024);
+        }
+        Stereo spoilt(1024, 30);
+        spoilt.left[100] = bad;
+        spoilt.right[900] = bad;
+        chain->process(spoilt.planes, 2, 1024);
+        for (int k = 0; k < 10; ++k) {
+            Stereo packet(1024, 40 + k);
+            chain->process(packet.planes, 2, 1024);
+            ASSERT_TRUE(packet.finite()) << "value " << bad << ", packet " << k << " after";
+        }
+        EXPECT_TRUE(std::isfinite(chain->compressorDetectorDb()));
+    }
+}

@@ -1,0 +1,63 @@
+#pragma once
+
+// Shared helpers of the voice-effects tests: signals, packets, measurements.
+#include "dsp/fx/VoiceFxChain.h"
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+namespace FxTest {
+
+constexpr double kRate = 48000.0;
+constexpr double kPi = 3.14159265358979323846;
+
+using Signal = std::vector<float>;
+
+// Planar audio of several channels with the pointer array the chain takes.
+struct Audio {
+    std::vector<Signal> planes;
+    std::vector<float*> pointers;
+
+    Audio(int channels, int frames) : planes(static_cast<size_t>(channels), Signal(frames, 0.0f)) {
+        for (auto& p : planes) {
+            pointers.push_back(p.data());
+        }
+    }
+    explicit Audio(std::vector<Signal> signals) : planes(std::move(signals)) {
+        for (auto& p : planes) {
+            pointers.push_back(p.data());
+        }
+    }
+    Audio(const Audio& other) : Audio(other.planes) {}
+    Audio& operator=(const Audio&) = delete;
+
+    int channels() const { return static_cast<int>(planes.size()); }
+    int frames() const { return planes.empty() ? 0 : static_cast<int>(planes[0].size()); }
+    float* const* data() { return pointers.data(); }
+};
+
+Signal sine(double hz, int frames, float amplitude = 0.5f, double rate = kRate, double phase = 0.0);
+Signal impulse(int frames, int at = 0, float height = 1.0f);
+
+double rms(const Signal& x, int from = 0, int to = -1);
+double rmsDb(const Signal& x, int from = 0, int to = -1);
+// Frequency by counting rising zero crossings (interpolated) over [from, to).
+double zeroCrossingHz(const Signal& x, int from, int to, double rate = kRate);
+bool allFinite(const Signal& x);
+
+// Runs the chain over the whole audio in packets of `packet` frames.
+void runInPackets(Lumora::VoiceFxChain& chain, Audio& audio, int packet);
+
+// A chain prepared at `rate`, switched on, with the record handed over.
+void setUp(Lumora::VoiceFxChain& chain, const Lumora::SoundFxPreset& preset, double rate = kRate);
+
+// A preset with only the delay on, order 3 first (the others' codes left as
+// they are); and so on for each effect.
+Lumora::SoundFxPreset onlyDelay(float timeMs, float feedback, float wet);
+
+// The recorded speech of the system's sound samples, back to back, looped to
+// at least `seconds`; mono at 48 kHz. Empty when the files are missing.
+Signal speech(double seconds);
+
+} // namespace FxTest

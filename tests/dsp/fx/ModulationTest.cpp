@@ -1,0 +1,117 @@
+// Chorus and flanger: their voices' timing and blend, feedback, stereo spread,
+// and the types that do nothing.
+#include "FxTestSupport.h"
+
+#include "dsp/fx/Chorus.h"
+#include "dsp/fx/Flanger.h"
+
+#include <gtest/gtest.h>
+
+using namespace Lumora;
+using namespace FxTest;
+
+namespace {
+
+SoundFxPreset onlyMod(int32_t type, float rate, float depth, float feedback, float wet) {
+    SoundFxPreset p;
+    p.mod.enabled = true;
+    p.mod.type = type;
+    p.mod.rate = rate;
+    p.mod.depth = depth;
+    p.mod.feedback = feedback;
+    p.mod.wetMix = wet;
+    return p;
+}
+
+} // namespace
+
+TEST(Chorus, StillVoicesEchoAtTheirBaseDelaysBlendedEvenly) {
+    // Depth 0: the voices sit at 12 and 18 ms. Each yields (read + input)/2 and
+    // the chorus is their mean, so an impulse gives 1/2 now and 1/4 per voice.
+    VoiceFxChain chain;
+    setUp(chain, onlyMod(kModChorus, 1.0f, 0.0f, 0.0f, 1.0f));
+    Audio audio({impulse(4800)});
+    runInPackets(chain, audio, 480);
+    const Signal& y = audio.planes[0];
+    const int d1 = static_cast<int>(Chorus::kBaseDelayMs[0] * 48.0);
+    const int d2 = static_cast<int>(Chorus::kBaseDelayMs[1] * 48.0);
+    EXPECT_FLOAT_EQ(y[0], 0.5f);
+    EXPECT_FLOAT_EQ(y[d1], 0.25f);
+    EXPECT_FLOAT_EQ(y[d2], 0.25f);
+    EXPECT_NEAR(rms(y) * rms(y) * 4800, 0.5 * 0.5 + 2 * 0.25 * 0.25, 1e-6) << "nothing else";
+}
+
+TEST(Chorus, FeedbackRecirculatesHalfTheKnob) {
+    const float feedback = 0.8f;
+    VoiceFxChain chain;
+    setUp(chain, onlyMod(kModChorus, 1.0f, 0.0f, feedback, 1.0f));
+    Audio audio({impulse(4800)});
+    runInPackets(chain, audio, 480);
+    const int d1 = static_cast<int>(Chorus::kBaseDelayMs[0] * 48.0);
+    EXPECT_FLOAT_EQ(audio.planes[0][2 * d1], 0.25f * feedback * Chorus::kFeedbackShare);
+}
+
+TEST(Chorus, SweepsAndSpreadsTheChannels) {
+    VoiceFxChain chain;
+    setUp(chain, onlyMod(kModChorus, 1.5f, 1.0f, 0.3f, 1.0f));
+    const Signal x = sine(440.0, 48000, 0.5f);
+    Audio audio({x, x});
+    runInPackets(chain, audio, 480);
+    double difference = 0.0;
+    for (int i = 24000; i < 48000; ++i) {
+        difference += std::fabs(audio.planes[0][i] - audio.planes[1][i]);
+    }
+    EXPECT_GT(difference / 24000, 0.01) << "left and right sweep apart";
+    EXPECT_TRUE(allFinite(audio.planes[0]));
+    EXPECT_GT(rmsDb(audio.planes[0], 24000), rmsDb(x) - 10.0);
+}
+
+TEST(Flanger, ShortDelayCombsWithTheDry) {
+    // Depth 0: a fixed 0.25 ms delay mixed with the dry voice.
+    VoiceFxChain chain;
+    setUp(chain, onlyMod(kModFlanger, 1.0f, 0.0f, 0.0f, 0.5f));
+    Audio audio({impulse(960)});
+    runInPackets(chain, audio, 480);
+    const int d = static_cast<int>(Flanger::kMinDelayMs * 48.0);
+    EXPECT_FLOAT_EQ(audio.planes[0][0], 0.5f);
+    EXPECT_FLOAT_EQ(audio.planes[0][d], 0.5f);
+    EXPECT_NEAR(rms(audio.planes[0]) * rms(audio.planes[0]) * 960, 0.5, 1e-6);
+}
+
+TEST(Flanger, FeedbackRingsButKeepsThePowerOfTheInput) {
+    // The loop input is scaled by √(1 − fb²): the echoes' energy sums to one.
+    const float feedback = 0.9f;
+    VoiceFxChain chain;
+    setUp(chain, onlyMod(kModFlanger, 1.0f, 0.0f, feedback, 1.0f));
+    Audio audio({impulse(48000)});
+    runInPackets(chain, audio, 480);
+    const int d = static_cast<int>(Flanger::kMinDelayMs * 48.0);
+    EXPECT_NEAR(audio.planes[0][d], std::sqrt(1.0f - feedback * feedback), 1e-6);
+    EXPECT_NEAR(audio.planes[0][2 * d], std::sqrt(1.0f - feedback * feedback) * feedback, 1e-6);
+    const double energy = rms(audio.planes[0]) * rms(audio.planes[0]) * 48000;
+    EXPECT_NEAR(energy, 1.0, 1e-3);
+}
+
+TEST(Flanger, FastDeepSettingsStayBoundedAndMoving) {
+    VoiceFxChain chain;
+    setUp(chain, onlyMod(kModFlanger, 10.0f, 1.0f, 0.9f, 0.5f));
+    const Signal x = sine(700.0, 96000, 0.5f);
+    Audio audio({x, x});
+    runInPackets(chain, audio, 1024);
+    EXPECT_TRUE(allFinite(audio.planes[0]));
+    float peak = 0.0f;
+    for (float v : audio.planes[0]) {
+        peak = std::max(peak, std::fabs(v));
+    }
+    EXPECT_LT(peak, 3.0f);
+    EXPECT_GT(rmsDb(audio.planes[0], 48000), rmsDb(x) - 12.0);
+}
+
+TEST(Modulation, UnknownTypeLeavesTheAudioAlone) {
+    VoiceFxChain chain;
+    setUp(chain, onlyMod(7, 1.0f, 1.0f, 0.5f, 1.0f));
+    const Signal x = sine(300.0, 960, 0.5f);
+    Audio audio({x});
+    runInPackets(chain, audio, 480);
+    EXPECT_EQ(audio.planes[0], x);
+}

@@ -1,0 +1,191 @@
+// The voice-effects chain's frame: switch, hand-over, order, gains, meters,
+// channel limits and long packets.
+#include "FxTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+using namespace Lumora;
+using namespace FxTest;
+
+namespace {
+
+bool bitEqual(const Signal& a, const Signal& b) {
+    return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(float)) == 0;
+}
+
+// The level the chain reports: one RMS over every sample of the first two channels.
+float expectedLevelDb(const Audio& audio) {
+    double sum = 0.0;
+    long count = 0;
+    for (int c = 0; c < std::min(audio.channels(), 2); ++c) {
+        for (float v : audio.planes[c]) {
+            sum += static_cast<double>(v) * v;
+            ++count;
+        }
+    }
+    const double r = std::sqrt(sum / count);
+    return r > 1e-9 ? static_cast<float>(20.0 * std::log10(r)) : -96.0f;
+}
+
+Audio stereoVoice(int frames) {
+    return Audio({sine(220.0, frames, 0.3f), sine(330.0, frames, 0.1f)});
+}
+
+} // namespace
+
+TEST(VoiceFxChain, EveryEffectOffIsBitExactWithEqualLevels) {
+    VoiceFxChain chain;
+    SoundFxPreset p;
+    p.inputGainDb = 12.0f; // gains do not act while no effect is on
+    p.outputGainDb = -6.0f;
+    setUp(chain, p);
+    Audio audio = stereoVoice(480);
+    const Audio original = audio;
+    chain.process(audio.data(), 2, 480);
+    EXPECT_TRUE(bitEqual(audio.planes[0], original.planes[0]));
+    EXPECT_TRUE(bitEqual(audio.planes[1], original.planes[1]));
+    EXPECT_EQ(chain.inputLevelDb(), chain.outputLevelDb());
+    EXPECT_NEAR(chain.inputLevelDb(), expectedLevelDb(original), 1e-4);
+}
+
+TEST(VoiceFxChain, InactiveChainPassesThroughWhateverIsEnabled) {
+    VoiceFxChain chain;
+    chain.prepare(kRate, 4800);
+    SoundFxPreset p = onlyDelay(10.0f, 0.5f, 1.0f);
+    p.radio.enabled = true;
+    chain.setParameters(p);
+    EXPECT_FALSE(chain.isActive()) << "setParameters must not switch the effects on";
+    Audio audio = stereoVoice(1024);
+    const Audio original = audio;
+    chain.process(audio.data(), 2, 1024);
+    EXPECT_TRUE(bitEqual(audio.planes[0], original.planes[0]));
+    EXPECT_EQ(chain.inputLevelDb(), chain.outputLevelDb());
+
+    chain.setActive(true);
+    chain.setParameters(p);
+    chain.setActive(false); // the diagnosis switches the effects off ...
+    chain.setParameters(p); // ... and an edit meanwhile leaves them off
+    chain.process(audio.data(), 2, 1024);
+    EXPECT_TRUE(bitEqual(audio.planes[0], original.planes[0]));
+}
+
+TEST(VoiceFxChain, HandOverPublishesTheWholeRecord) {
+    VoiceFxChain chain;
+    chain.prepare(kRate, 4800);
+    SoundFxPreset p;
+    p.reverb.roomSize = 0.77f;
+    p.effectOrder = {4, 3, 2, 1, 0};
+    chain.setParameters(p);
+    SoundFxPreset q = chain.getParameters();
+    EXPECT_EQ(q.reverb.roomSize, 0.77f);
+    EXPECT_EQ(q.effectOrder[0], 4);
+    p.reverb.roomSize = 0.25f;
+    chain.setParameters(p);
+    EXPECT_EQ(chain.getParameters().reverb.roomSize, 0.25f);
+}
+
+TEST(VoiceFxChain, RepeatedCodeRunsTheEffectOncePerAppearance) {
+    // With a long delay and no feedback, each pass turns the block into
+    // dry·(1 − wet) plus silence from the line: five passes scale by 0.5^5.
+    const int n = 480;
+    for (int passes : {1, 5}) {
+        VoiceFxChain chain;
+        SoundFxPreset p = onlyDelay(500.0f, 0.0f, 0.5f);
+        p.effectOrder = {9, 9, 9, 9, 9};
+        for (int i = 0; i < passes; ++i) {
+            p.effectOrder[i] = kEffectDelay;
+        }
+        setUp(chain, p);
+        Audio audio = stereoVoice(n);
+        const Audio original = audio;
+        chain.process(audio.data(), 2, n);
+        const float scale = std::pow(0.5f, static_cast<float>(passes));
+        for (int i = 0; i < n; ++i) {
+            ASSERT_NEAR(audio.planes[0][i], original.planes[0][i] * scale, 1e-6f) << passes;
+        }
+    }
+}
+
+TEST(VoiceFxChain, UnknownCodesRunNothingButGainsAndMetersStillAct) {
+    VoiceFxChain chain;
+    SoundFxPreset p = onlyDelay(10.0f, 0.9f, 1.0f);
+    p.radio.enabled = true;
+    p.effectOrder = {9, 9, 9, 9, 9};
+    p.inputGainDb = 6.0f;
+    p.outputGainDb = -12.0f;
+    setUp(chain, p);
+    Audio audio = stereoVoice(1024);
+    const Audio original = audio;
+    chain.process(audio.data(), 2, 1024);
+    const float gIn = std::pow(10.0f, 6.0f / 20.0f);
+    const float gOut = std::pow(10.0f, -12.0f / 20.0f);
+    for (int c = 0; c < 2; ++c) {
+        for (int i = 0; i < 1024; ++i) {
+            ASSERT_NEAR(audio.planes[c][i], original.planes[c][i] * gIn * gOut, 1e-6f);
+        }
+    }
+    EXPECT_NEAR(chain.inputLevelDb(), expectedLevelDb(original) + 6.0f, 1e-3);
+    EXPECT_NEAR(chain.outputLevelDb(), expectedLevelDb(audio), 1e-4);
+    EXPECT_NEAR(chain.outputLevelDb(), chain.inputLevelDb() - 12.0f, 1e-3);
+}
+
+TEST(VoiceFxChain, ZeroGainsAreSkippedExactly) {
+    VoiceFxChain chain;
+    SoundFxPreset p = onlyDelay(10.0f, 0.0f, 0.0f);
+    p.effectOrder = {7, 7, 7, 7, 7};
+    setUp(chain, p);
+    Audio audio = stereoVoice(480);
+    const Audio original = audio;
+    chain.process(audio.data(), 2, 480);
+    EXPECT_TRUE(bitEqual(audio.planes[0], original.planes[0]));
+    EXPECT_TRUE(bitEqual(audio.planes[1], original.planes[1]));
+}
+
+TEST(VoiceFxChain, ChannelsBeyondTheSecondPassUnchangedAndDoNotCount) {
+    VoiceFxChain chain;
+    setUp(chain, onlyDelay(1.0f, 0.5f, 1.0f));
+    Audio audio({sine(200.0, 480, 0.2f), sine(300.0, 480, 0.2f), sine(400.0, 480, 0.9f)});
+    const Audio original = audio;
+    chain.process(audio.data(), 3, 480);
+    EXPECT_TRUE(bitEqual(audio.planes[2], original.planes[2]));
+    EXPECT_FALSE(bitEqual(audio.planes[0], original.planes[0]));
+    Audio firstTwo({original.planes[0], original.planes[1]});
+    EXPECT_NEAR(chain.inputLevelDb(), expectedLevelDb(firstTwo), 1e-4);
+}
+
+TEST(VoiceFxChain, EmptyAndSilentPacketsMeterSilence) {
+    VoiceFxChain chain;
+    setUp(chain, onlyDelay(100.0f, 0.3f, 0.3f));
+    Audio audio(2, 480);
+    chain.process(audio.data(), 2, 0);
+    EXPECT_EQ(chain.inputLevelDb(), -96.0f);
+    chain.process(audio.data(), 2, 480);
+    EXPECT_EQ(chain.inputLevelDb(), -96.0f);
+    EXPECT_EQ(chain.outputLevelDb(), -96.0f);
+}
+
+TEST(VoiceFxChain, LongPacketsEqualTheSameAudioInShortPackets) {
+    // A packet longer than the chain's buffers is worked through in blocks;
+    // the result must not depend on how the host cut the stream.
+    SoundFxPreset p = onlyDelay(30.0f, 0.6f, 0.5f);
+    p.pitch.enabled = false;
+    p.radio.enabled = true;
+    p.mod.enabled = true;
+    p.reverb.enabled = true;
+    const int frames = 20000;
+    Audio a({sine(250.0, frames, 0.3f), sine(375.0, frames, 0.3f)});
+    Audio b = a;
+    VoiceFxChain whole;
+    VoiceFxChain pieces;
+    setUp(whole, p);
+    setUp(pieces, p);
+    whole.process(a.data(), 2, frames);
+    runInPackets(pieces, b, 480);
+    for (int c = 0; c < 2; ++c) {
+        for (int i = 0; i < frames; ++i) {
+            ASSERT_FLOAT_EQ(a.planes[c][i], b.planes[c][i]) << c << " " << i;
+        }
+    }
+}

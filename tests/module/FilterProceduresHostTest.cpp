@@ -1,0 +1,230 @@
+// The filter's procedures in the real libobs: presets given as JSON or by name,
+// what they do to packets, and a voice that survives a restart of the host.
+#include "HostEnvironment.h"
+
+#include "settings/PresetFile.h"
+#include "settings/SettingsStore.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+namespace fs = std::filesystem;
+using namespace Lumora;
+
+namespace {
+
+struct CallResult {
+    bool called = false;
+    bool ok = false;
+    std::string error;
+    std::string result;
+};
+
+CallResult call(obs_source_t* filter, const char* name, const std::string& json) {
+    CallResult r;
+    calldata_t cd;
+    calldata_init(&cd);
+    calldata_set_string(&cd, "json", json.c_str());
+    r.called = proc_handler_call(obs_source_get_proc_handler(filter), name, &cd);
+    r.ok = calldata_bool(&cd, "ok");
+    const char* error = calldata_string(&cd, "error");
+    const char* result = calldata_string(&cd, "result");
+    r.error = error ? error : "";
+    r.result = result ? result : "";
+    calldata_free(&cd);
+    return r;
+}
+
+std::string gainPresetJson(float inputGainDb, const std::string& name = "") {
+    SavedEffectPreset preset;
+    preset.name = name;
+    preset.preset.inputGainDb = inputGainDb;
+    return effectPresetText(preset);
+}
+
+std::vector<std::vector<float>> pushSignal(int channels, std::vector<std::vector<float>>& in) {
+    in = makeSignal(channels, 960, 0.1f);
+    std::vector<const float*> planes;
+    for (auto& p : in) {
+        planes.push_back(p.data());
+    }
+    std::vector<std::vector<float>> out;
+    host().push(planes, 480, out);
+    for (auto& p : planes) {
+        p += 480;
+    }
+    host().push(planes, 480, out);
+    return out;
+}
+
+std::string readAll(const std::string& path) {
+    std::ifstream f(path);
+    std::stringstream s;
+    s << f.rdbuf();
+    return s.str();
+}
+
+// Runs lumora-host as a separate process (a real restart of libobs).
+std::string runHost(const std::string& env, const std::string& args, std::string& log) {
+    const std::string logPath = fs::temp_directory_path() / "lumora-host-test.log";
+    const std::string command = env + " xvfb-run -a " + LUMORA_HOST_PATH + " --module " +
+                                LUMORA_MODULE_PATH + args + " 2>" + logPath;
+    std::string out;
+    if (FILE* p = popen(command.c_str(), "r")) {
+        char buffer[4096];
+        while (size_t n = fread(buffer, 1, sizeof buffer, p)) {
+            out.append(buffer, n);
+        }
+        pclose(p);
+    }
+    log = readAll(logPath);
+    return out;
+}
+
+double jsonNumber(const std::string& json, const std::string& key) {
+    const auto at = json.find("\"" + key + "\":");
+    return at == std::string::npos ? NAN : std::atof(json.c_str() + at + key.size() + 3);
+}
+
+std::string makeTempFolder() {
+    char folder[] = "/tmp/lumora-proc-test-XXXXXX";
+    return mkdtemp(folder) ? folder : "";
+}
+
+} // namespace
+
+TEST(FilterProceduresHost, JsonPresetGovernsTheFirstTwoChannelsOnly) {
+    std::string error;
+    ASSERT_TRUE(host().resetAudio(48000, 6, error)) << error;
+    obs_source_t* filter = host().addFilter("lumora_filter", "", error);
+    ASSERT_NE(filter, nullptr) << error;
+    const CallResult applied = call(filter, "apply_effect_preset", gainPresetJson(6.0f));
+    ASSERT_TRUE(applied.called);
+    ASSERT_TRUE(applied.ok) << applied.error;
+
+    std::vector<std::vector<float>> in;
+    const auto out = pushSignal(6, in);
+    host().removeAllFilters();
+    const float g = std::pow(10.0f, 6.0f / 20.0f);
+    for (int c = 0; c < 6; ++c) {
+        ASSERT_EQ(out[c].size(), in[c].size());
+        for (size_t i = 0; i < in[c].size(); i += 37) {
+            if (c < 2) {
+                ASSERT_NEAR(out[c][i], in[c][i] * g, 1e-6f) << "channel " << c;
+            } else {
+                ASSERT_EQ(out[c][i], in[c][i]) << "channel " << c;
+            }
+        }
+    }
+}
+
+TEST(FilterProceduresHost, GetReturnsWhatWasApplied) {
+    std::string error;
+    ASSERT_TRUE(host().resetAudio(48000, 2, error)) << error;
+    obs_source_t* filter = host().addFilter("lumora_filter", "", error);
+    ASSERT_NE(filter, nullptr) << error;
+    ASSERT_TRUE(call(filter, "apply_effect_preset", gainPresetJson(-4.5f, "loud room")).ok);
+    const CallResult got = call(filter, "get_effect_preset", "");
+    ASSERT_TRUE(got.ok);
+    SavedEffectPreset back;
+    ASSERT_TRUE(parseEffectPresetText(got.result, back)) << got.result;
+    EXPECT_EQ(back.name, "loud room");
+    EXPECT_FLOAT_EQ(back.preset.inputGainDb, -4.5f);
+
+    SavedSoundFxPreset fx;
+    fx.preset.delay.enabled = true;
+    fx.preset.delay.timeMs = 123.0f;
+    ASSERT_TRUE(call(filter, "apply_sound_fx_preset", soundFxPresetText(fx)).ok);
+    const CallResult gotFx = call(filter, "get_sound_fx_preset", "");
+    EXPECT_TRUE(gotFx.ok);
+    SavedSoundFxPreset fxBack;
+    ASSERT_TRUE(parseSoundFxPresetText(gotFx.result, fxBack));
+    EXPECT_TRUE(fxBack.preset.delay.enabled);
+    EXPECT_FLOAT_EQ(fxBack.preset.delay.timeMs, 123.0f);
+    host().removeAllFilters();
+}
+
+TEST(FilterProceduresHost, BadInputIsRefusedAndChangesNothing) {
+    std::string error;
+    ASSERT_TRUE(host().resetAudio(48000, 2, error)) << error;
+    obs_source_t* filter = host().addFilter("lumora_filter", "", error);
+    ASSERT_NE(filter, nullptr) << error;
+    for (const char* bad : {"", "{", "[1,2]", "{\"name\": \"no such preset\"}", "\"text\""}) {
+        const CallResult r = call(filter, "apply_effect_preset", bad);
+        EXPECT_FALSE(r.ok) << bad;
+        EXPECT_FALSE(r.error.empty()) << bad;
+        EXPECT_FALSE(call(filter, "apply_sound_fx_preset", bad).ok) << bad;
+    }
+    std::vector<std::vector<float>> in;
+    const auto out = pushSignal(2, in);
+    EXPECT_EQ(out[0], in[0]); // still a pass-through
+    host().removeAllFilters();
+}
+
+TEST(FilterProceduresHost, PresetAppliedByNameComesBackAfterARestart) {
+    const std::string folder = makeTempFolder();
+    ASSERT_FALSE(folder.empty());
+    {
+        SettingsStore store(folder);
+        SavedEffectPreset preset;
+        preset.name = "配信用";
+        preset.preset.inputGainDb = 6.0f;
+        ASSERT_TRUE(store.saveEffectPreset(preset));
+    }
+    const std::string env = "LUMORA_SETTINGS_DIR=" + folder;
+    const std::string voice = " --in /usr/share/sounds/alsa/Front_Center.wav --log lumora";
+    std::string log;
+    const std::string first = runHost(
+        env, " --filter lumora_filter --proc apply_effect_preset '{\"name\": \"配信用\"}'" + voice,
+        log);
+    ASSERT_NE(first.find("levelOutDb"), std::string::npos) << log;
+    EXPECT_NEAR(jsonNumber(first, "levelOutDb") - jsonNumber(first, "levelInDb"), 6.0, 0.05);
+    EXPECT_EQ(SettingsStore(folder).load().lastPresetName, "配信用");
+
+    // A new process: the filter starts with the stored voice, nobody applies it.
+    const std::string second = runHost(env, " --filter lumora_filter" + voice, log);
+    EXPECT_NEAR(jsonNumber(second, "levelOutDb") - jsonNumber(second, "levelInDb"), 6.0, 0.05)
+        << second << log;
+    fs::remove_all(folder);
+}
+
+TEST(FilterProceduresHost, NeuralSuppressionRunsWhenTheLibraryAndModelAreThere) {
+    const std::string folder = makeTempFolder();
+    ASSERT_FALSE(folder.empty());
+    const fs::path data = fs::path(folder) / "data";
+    fs::create_directories(data);
+    fs::copy(LUMORA_MODULE_DATA, data, fs::copy_options::recursive);
+    fs::copy(fs::path(LUMORA_TEST_DATA_DIR) / "noise-model" / "models", data / "models",
+             fs::copy_options::recursive);
+
+    SavedEffectPreset preset;
+    preset.preset.noise.enabled = true;
+    preset.preset.noise.attenLimitDb = 12.0f; // the stand-in scales by 10^(-12/20)
+    preset.preset.noise.mix = 1.0f;
+    std::string text = effectPresetText(preset);
+    std::string oneLine;
+    for (char ch : text) {
+        oneLine += ch == '\n' ? ' ' : ch;
+    }
+    const std::string args = "=" + data.string() + " --filter lumora_filter --proc " +
+                             "apply_effect_preset '" + oneLine + "'" +
+                             " --in /usr/share/sounds/alsa/Front_Left.wav --log lumora";
+    const std::string env = "LUMORA_SETTINGS_DIR=" + folder;
+    std::string log;
+    const std::string with =
+        runHost(env + " LD_LIBRARY_PATH=" + LUMORA_DEEPFILTER_STANDIN_DIR, args, log);
+    ASSERT_NE(with.find("levelOutDb"), std::string::npos) << log;
+    EXPECT_NEAR(jsonNumber(with, "levelOutDb") - jsonNumber(with, "levelInDb"), -12.0, 0.5) << with;
+
+    // Without the library the stage passes audio through, undelayed.
+    const std::string without = runHost(env, args, log);
+    EXPECT_NEAR(jsonNumber(without, "levelOutDb") - jsonNumber(without, "levelInDb"), 0.0, 0.01)
+        << without;
+    fs::remove_all(folder);
+}

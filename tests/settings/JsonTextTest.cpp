@@ -1,0 +1,197 @@
+// The settings file's JSON writer and parser: the exact bytes written, and what
+// the parser does with everything from good text to hostile bytes.
+
+#include "settings/JsonText.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+
+using namespace Lumora;
+
+namespace {
+
+std::string number(double x) {
+    return renderJson(JsonValue(x));
+}
+
+JsonValue parsed(std::string_view text) {
+    const JsonParseResult r = parseJson(text);
+    EXPECT_TRUE(r.ok) << text;
+    return r.value;
+}
+
+bool refused(std::string_view text) {
+    const JsonParseResult r = parseJson(text);
+    return !r.ok && r.value.isNull();
+}
+
+} // namespace
+
+TEST(JsonWriter, NumbersAreIntegersWhenWholeElseSixSignificantDigits) {
+    EXPECT_EQ(number(2), "2");
+    EXPECT_EQ(number(-55), "-55");
+    EXPECT_EQ(number(5000), "5000");
+    EXPECT_EQ(number(0.5), "0.5");
+    EXPECT_EQ(number(1e15), "1e+15");
+    EXPECT_EQ(number(-0.0), "0");
+    EXPECT_EQ(number(0.3), "0.3");
+    EXPECT_EQ(number(0.30000001192), "0.3");
+    EXPECT_EQ(number(static_cast<double>(0.3f)), "0.3");
+    EXPECT_EQ(number(0.00001), "1e-05");
+    EXPECT_EQ(number(123456.7), "123457");
+    EXPECT_EQ(number(99999999999999.0), "99999999999999"); // just below 1e14: integer
+    EXPECT_EQ(number(1e14), "1e+14");
+    EXPECT_EQ(number(-3.25), "-3.25");
+}
+
+TEST(JsonWriter, NonFiniteNumbersBecomeNullSoTheTextStillParses) {
+    EXPECT_EQ(number(std::nan("")), "null");
+    EXPECT_EQ(number(HUGE_VAL), "null");
+    EXPECT_EQ(number(-HUGE_VAL), "null");
+}
+
+TEST(JsonWriter, StringEscapes) {
+    EXPECT_EQ(renderJson(JsonValue("a\tb")), "\"a\\tb\"");
+    EXPECT_EQ(renderJson(JsonValue(std::string("\x01", 1))), "\"\\u0001\"");
+    EXPECT_EQ(renderJson(JsonValue("\x08")), "\"\\u0008\"");
+    EXPECT_EQ(renderJson(JsonValue("\x1f")), "\"\\u001f\"");
+    EXPECT_EQ(renderJson(JsonValue("q\"b\\n\nr\r/")), "\"q\\\"b\\\\n\\nr\\r/\"");
+    EXPECT_EQ(renderJson(JsonValue(std::string("\0x", 2))), "\"\\u0000x\"");
+    // Japanese and any other bytes from 0x20 up are written raw.
+    EXPECT_EQ(renderJson(JsonValue("デスゲーム")), "\"デスゲーム\"");
+    EXPECT_EQ(renderJson(JsonValue("\x7f\xff")), "\"\x7f\xff\"");
+}
+
+TEST(JsonWriter, LayoutIsTwoSpaceIndentedWithMembersInByteOrder) {
+    JsonValue root = JsonValue::object();
+    root.set("b", JsonValue::array().push(1).push(JsonValue::object()).push(JsonValue::array()));
+    root.set("a", true);
+    root.set("\xc3\xa9", nullptr); // 0xC3 sorts after every ASCII key
+    root.set("Z", "z");
+    EXPECT_EQ(renderJson(root), "{\n"
+                                "  \"Z\": \"z\",\n"
+                                "  \"a\": true,\n"
+                                "  \"b\": [\n"
+                                "    1,\n"
+                                "    {},\n"
+                                "    []\n"
+                                "  ],\n"
+                                "  \"\xc3\xa9\": null\n"
+                                "}");
+    EXPECT_EQ(renderJson(JsonValue::object()), "{}");
+    EXPECT_EQ(renderJson(JsonValue::array()), "[]");
+}
+
+TEST(JsonParser, ReadsWhatTheWriterWrites) {
+    JsonValue root = JsonValue::object();
+    root.set("name", "配信 \"声\"\t\\");
+    root.set("values", JsonValue::array().push(-55).push(0.25).push(1e15).push(false));
+    root.set("nested", JsonValue::object().set("x", nullptr));
+    EXPECT_EQ(parsed(renderJson(root)), root);
+}
+
+TEST(JsonParser, StringEscapes) {
+    EXPECT_EQ(parsed(R"("\"\\\/\b\f\n\r\t")").stringValue(), "\"\\/\b\f\n\r\t");
+    // \u is never decoded: four characters are skipped and one "?" stands for them.
+    EXPECT_EQ(parsed(R"("a\u0001b")").stringValue(), "a?b");
+    EXPECT_EQ(parsed(R"("\u00e9\uD83D\uDE00")").stringValue(), "???");
+    EXPECT_EQ(parsed(R"("\uzz}]")").stringValue(), "?");
+    // Raw bytes, valid UTF-8 or not, control bytes and NUL included, are copied.
+    EXPECT_EQ(parsed("\"\xe5\xa3\xb0\"").stringValue(), "\xe5\xa3\xb0");
+    EXPECT_EQ(parsed("\"\xff\xfe\xc3\"").stringValue(), "\xff\xfe\xc3");
+    EXPECT_EQ(parsed(std::string("\"a\0b\tc\"", 7)).stringValue(), std::string("a\0b\tc", 5));
+    // An unknown escape letter stands for itself.
+    EXPECT_EQ(parsed(R"("\q")").stringValue(), "q");
+}
+
+TEST(JsonParser, TabAndControlByteRoundTrip) {
+    const JsonValue tab = parsed(renderJson(JsonValue("a\tb")));
+    EXPECT_EQ(tab.stringValue(), "a\tb");
+    const JsonValue control = parsed(renderJson(JsonValue("a\x01z")));
+    EXPECT_EQ(control.stringValue(), "a?z");
+}
+
+TEST(JsonParser, NumbersAndLiterals) {
+    EXPECT_EQ(parsed("-12.5e1").numberValue(), -125.0);
+    EXPECT_EQ(parsed("0.3").numberValue(), 0.3);
+    EXPECT_EQ(parsed("007").numberValue(), 7.0);
+    EXPECT_EQ(parsed("1.").numberValue(), 1.0);
+    EXPECT_EQ(parsed("2E+2").numberValue(), 200.0);
+    EXPECT_EQ(parsed("true"), JsonValue(true));
+    EXPECT_EQ(parsed("false"), JsonValue(false));
+    EXPECT_TRUE(parsed("null").isNull());
+    EXPECT_TRUE(refused("-"));
+    EXPECT_TRUE(refused("+1"));
+    EXPECT_TRUE(refused(".5"));
+    EXPECT_TRUE(refused("1e"));
+    EXPECT_TRUE(refused("tru"));
+    EXPECT_TRUE(refused("nul"));
+    EXPECT_TRUE(refused("True"));
+}
+
+TEST(JsonParser, HugeAndTinyNumbersBehaveLikeStrtod) {
+    EXPECT_EQ(parsed("1e999").numberValue(), HUGE_VAL);
+    EXPECT_EQ(parsed("-1e999").numberValue(), -HUGE_VAL);
+    EXPECT_EQ(parsed("1e-999").numberValue(), 0.0);
+    EXPECT_EQ(parsed("0.000000000000000000001e-400").numberValue(), 0.0);
+    EXPECT_EQ(parsed("123456789012345678901234567890e300").numberValue(), HUGE_VAL);
+    EXPECT_EQ(parsed("1e99999999999999999999999").numberValue(), HUGE_VAL);
+    const std::string manyDigits = std::string(5000, '9');
+    EXPECT_EQ(parsed(manyDigits).numberValue(), HUGE_VAL);
+    EXPECT_EQ(parsed("0." + std::string(5000, '0') + "1").numberValue(), 0.0);
+}
+
+TEST(JsonParser, ObjectsAndArrays) {
+    const JsonValue v = parsed(" {\"a\" : [1 ,2,{}],\r\n\t\"b\":{\"c\":[]}, \"a\": 3}\n ");
+    EXPECT_EQ(member(v, "a").numberValue(), 3.0); // a later duplicate wins
+    EXPECT_EQ(size(v), 2u);
+    EXPECT_TRUE(member(member(v, "b"), "c").isArray());
+    EXPECT_TRUE(refused("{\"a\":1,}"));
+    EXPECT_TRUE(refused("[1,]"));
+    EXPECT_TRUE(refused("[1 2]"));
+    EXPECT_TRUE(refused("{\"a\" 1}"));
+    EXPECT_TRUE(refused("{a:1}"));
+    EXPECT_TRUE(refused("{1:1}"));
+}
+
+TEST(JsonParser, DamagedOrForeignTextIsRefusedCleanly) {
+    EXPECT_TRUE(refused(""));
+    EXPECT_TRUE(refused("   \n\t"));
+    const std::string good = renderJson(
+        JsonValue::object().set("name", "配信").set("list", JsonValue::array().push(1).push(2)));
+    // Every truncation of a good document is refused, none crashes.
+    for (size_t n = 0; n < good.size(); ++n) {
+        EXPECT_TRUE(refused(std::string_view(good).substr(0, n))) << n;
+    }
+    EXPECT_TRUE(refused("\xEF\xBB\xBF{}"));              // a byte-order mark
+    EXPECT_TRUE(refused(std::string("{}\0", 3)));        // a NUL after the document
+    EXPECT_TRUE(refused(std::string("{\0\"a\":1}", 8))); // a NUL inside
+    EXPECT_TRUE(refused("{} {}"));                       // two documents
+    EXPECT_TRUE(refused("\"unterminated"));
+    EXPECT_TRUE(refused("\"ends in escape\\"));
+    EXPECT_TRUE(refused("\"short \\u12"));
+    EXPECT_TRUE(refused("\xff\xfe"));
+    // Carriage returns are white space between tokens.
+    EXPECT_EQ(parsed("{\r\n  \"a\": 1\r\n}"), JsonValue::object().set("a", 1));
+}
+
+TEST(JsonParser, NestingIsLimitedTo512Levels) {
+    const auto nested = [](int depth, char open, char close) {
+        return std::string(static_cast<size_t>(depth), open) +
+               std::string(static_cast<size_t>(depth), close);
+    };
+    EXPECT_TRUE(parseJson(nested(kMaxJsonDepth, '[', ']')).ok);
+    EXPECT_TRUE(refused(nested(kMaxJsonDepth + 1, '[', ']')));
+    std::string objects;
+    for (int i = 0; i < kMaxJsonDepth; ++i) {
+        objects += "{\"k\":";
+    }
+    objects += "1" + std::string(kMaxJsonDepth, '}');
+    EXPECT_TRUE(parseJson(objects).ok);
+    EXPECT_TRUE(refused("[" + objects + "]"));
+    // A hostile file nests far deeper; it must be refused, not overflow the stack.
+    EXPECT_TRUE(refused(std::string(1000000, '[')));
+    EXPECT_TRUE(refused(nested(100000, '[', ']')));
+}

@@ -1,0 +1,267 @@
+// The arrow-key rules driven by plain sequences of key events, with a target
+// that records what reached the chains.
+
+#include "settings/KeyAssignmentRules.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+using namespace Lumora;
+
+namespace {
+
+// The chains as the dialog would expose them: the current presets, and a log of
+// every application as "fx:<name>" / "effect:<name>".
+class RecordingTarget : public KeyAssignmentTarget {
+public:
+    EffectPreset effect;
+    SoundFxPreset fx;
+    std::string fxName = "start";
+    std::vector<std::string> log;
+
+    EffectPreset currentEffectPreset() const override { return effect; }
+    SoundFxPreset currentSoundFxPreset() const override {
+        SoundFxPreset p = fx;
+        p.delay.timeMs = static_cast<float>(fxName.size()); // carries the name's identity
+        return p;
+    }
+    void applyEffectPreset(const EffectPreset& p) override {
+        effect = p;
+        log.push_back("effect:" + (p.name.empty() ? std::string("snapshot") : p.name) +
+                      (p.active ? "" : "(inactive)"));
+    }
+    void applySoundFxPreset(const SoundFxPreset& p) override {
+        fx = p;
+        log.push_back("fx:" + std::to_string(static_cast<int>(p.delay.timeMs)));
+    }
+};
+
+// Sound-effect presets are told apart by their delay time: "fx:<ms>".
+SavedSoundFxPreset fxPreset(const std::string& name, float marker) {
+    SavedSoundFxPreset p;
+    p.name = name;
+    p.preset.delay.timeMs = marker;
+    return p;
+}
+
+SavedEffectPreset effectPreset(const std::string& name) {
+    SavedEffectPreset p;
+    p.name = name;
+    p.preset.gate.enabled = true;
+    return p;
+}
+
+AppSettings settings() {
+    AppSettings s;
+    s.soundFxPresets = {fxPreset("robot", 100), fxPreset("cave", 200), fxPreset("radio", 300)};
+    s.presets = {effectPreset("talk"), effectPreset("sing")};
+    KeyAssignment& up = s.keyAssignments.keys[0];
+    up = {KeyMode::Momentary, false, true, "", "robot", ""};
+    KeyAssignment& down = s.keyAssignments.keys[1];
+    down = {KeyMode::Toggle, true, true, "sing", "cave", "歌枠"};
+    // Left stays unassigned (its stored mode says Toggle, which does not count).
+    s.keyAssignments.keys[2].mode = KeyMode::Toggle;
+    KeyAssignment& right = s.keyAssignments.keys[3];
+    right = {KeyMode::Toggle, false, true, "", "radio", ""};
+    return s;
+}
+
+struct Fixture {
+    AppSettings stored = settings();
+    RecordingTarget target;
+    KeyAssignmentRules rules{[this] { return std::optional<AppSettings>(stored); }, &target};
+};
+
+const std::string kUp = "▲", kDown = "▼", kLeft = "◀", kRight = "▶";
+
+} // namespace
+
+TEST(KeyAssignmentRules, KeysMapToSlotsAndLabels) {
+    EXPECT_EQ(slotOfKey(ArrowKey::Up), 0);
+    EXPECT_EQ(slotOfKey(ArrowKey::Down), 1);
+    EXPECT_EQ(slotOfKey(ArrowKey::Left), 2);
+    EXPECT_EQ(slotOfKey(ArrowKey::Right), 3);
+    EXPECT_EQ(slotOfKey(ArrowKey::Other), kNoSlot);
+    EXPECT_STREQ(slotLabel(0), "Up");
+    EXPECT_STREQ(slotLabel(3), "Right");
+    EXPECT_STREQ(slotLabel(4), "Default");
+    EXPECT_STREQ(slotLabel(5), "Key");
+    EXPECT_STREQ(slotLabel(-1), "Key");
+    EXPECT_EQ(std::string(slotGlyph(2)), kLeft);
+}
+
+TEST(KeyAssignmentRules, MomentaryAppliesWhileHeldAndRestoresTheVoiceBefore) {
+    Fixture f;
+    EXPECT_TRUE(f.rules.handleKeyEvent(ArrowKey::Up, true, false));
+    EXPECT_EQ(f.rules.heldSlot(), 0);
+    EXPECT_TRUE(f.rules.lampLit(0));
+    EXPECT_EQ(f.rules.badge().text, kUp + "  robot（押している間）");
+    EXPECT_EQ(f.rules.badge().styleSheet, badgeStyle("rgba(20,160,140,220)"));
+    // Auto-repeat is swallowed without effect.
+    EXPECT_TRUE(f.rules.handleKeyEvent(ArrowKey::Up, true, true));
+    EXPECT_TRUE(f.rules.handleKeyEvent(ArrowKey::Up, false, true));
+    EXPECT_EQ(f.rules.heldSlot(), 0);
+    EXPECT_TRUE(f.rules.handleKeyEvent(ArrowKey::Up, false, false));
+    EXPECT_EQ(f.rules.activeSlot(), kNoSlot);
+    // No default slot: the snapshot from before the press comes back, both halves.
+    EXPECT_EQ(f.target.log,
+              (std::vector<std::string>{"fx:100", "effect:snapshot(inactive)", "fx:5"}));
+    EXPECT_EQ(f.rules.badge().text, "");
+    EXPECT_EQ(f.rules.badge().styleSheet, std::string(kBadgeIdleStyle));
+    EXPECT_FALSE(f.rules.hasEffectSnapshot());
+    EXPECT_FALSE(f.rules.handleKeyEvent(ArrowKey::Other, true, false));
+}
+
+TEST(KeyAssignmentRules, ToggleAppliesUntilPressedAgain) {
+    Fixture f;
+    f.rules.press(1);
+    EXPECT_EQ(f.rules.toggledSlot(), 1);
+    EXPECT_EQ(f.target.log, (std::vector<std::string>{"effect:sing", "fx:200"}));
+    EXPECT_TRUE(f.target.effect.active);
+    EXPECT_EQ(f.rules.badge().text, kDown + "  歌枠（切替中）"); // keyName wins
+    EXPECT_EQ(f.rules.badge().styleSheet, badgeStyle("rgba(10,110,95,235)"));
+    f.rules.release(1); // a toggle key's release does nothing
+    EXPECT_EQ(f.rules.toggledSlot(), 1);
+    EXPECT_EQ(f.target.log.size(), 2u);
+    f.rules.press(1);
+    EXPECT_EQ(f.rules.toggledSlot(), kNoSlot);
+    EXPECT_EQ(f.target.log, (std::vector<std::string>{"effect:sing", "fx:200",
+                                                      "effect:snapshot(inactive)", "fx:5"}));
+    EXPECT_EQ(f.rules.badge().text, "");
+}
+
+TEST(KeyAssignmentRules, PressingTheToggledKeyAgainRestoresTheDefaultSlot) {
+    Fixture f;
+    f.stored.keyAssignments.defaultKey = {KeyMode::Toggle, true, true, "talk", "cave", ""};
+    f.rules.press(3);
+    f.rules.press(3);
+    EXPECT_EQ(f.target.log, (std::vector<std::string>{"fx:300", "effect:talk", "fx:200"}));
+    // A default naming a preset that no longer exists falls back to the snapshot.
+    f.stored.keyAssignments.defaultKey = {KeyMode::Toggle, true, true, "gone", "gone", ""};
+    f.target.log.clear();
+    f.rules.press(3);
+    f.rules.press(3);
+    // The snapshot holds "talk" and the sound effects from before the press.
+    EXPECT_EQ(f.target.log, (std::vector<std::string>{"fx:300", "effect:talk", "fx:5"}));
+}
+
+TEST(KeyAssignmentRules, MomentaryInsideToggle) {
+    Fixture f;
+    f.rules.press(3); // toggle radio
+    f.rules.press(0); // hold robot
+    EXPECT_EQ(f.rules.activeSlot(), 0);
+    EXPECT_TRUE(f.rules.lampLit(0));
+    EXPECT_FALSE(f.rules.lampLit(3));
+    EXPECT_EQ(f.rules.badge().text, kUp + "  robot（押している間）");
+    f.rules.release(0);
+    EXPECT_EQ(f.rules.activeSlot(), 3);
+    EXPECT_EQ(f.rules.badge().text, kRight + "  radio（切替中）");
+    // Released: the toggled slot is applied again.
+    EXPECT_EQ(f.target.log, (std::vector<std::string>{"fx:300", "fx:100", "fx:300"}));
+    // The snapshot was taken once, before the toggle: untoggling goes back there.
+    f.rules.press(3);
+    EXPECT_EQ(f.target.log.back(), "fx:5");
+}
+
+TEST(KeyAssignmentRules, TogglingWhileHeldWaitsForTheRelease) {
+    Fixture f;
+    f.rules.press(0); // hold robot
+    f.rules.press(3); // toggle radio: not applied while robot is held
+    EXPECT_EQ(f.target.log, (std::vector<std::string>{"fx:100"}));
+    EXPECT_EQ(f.rules.badge().text, kUp + "  robot（押している間）");
+    f.rules.press(3); // untoggle while held: nothing restored yet
+    EXPECT_EQ(f.target.log.size(), 1u);
+    f.rules.release(0); // nothing toggled: the voice from before comes back
+    EXPECT_EQ(f.target.log,
+              (std::vector<std::string>{"fx:100", "effect:snapshot(inactive)", "fx:5"}));
+}
+
+TEST(KeyAssignmentRules, AnUnassignedKeyIsHeldButAppliesNothing) {
+    Fixture f;
+    f.rules.press(2); // stored as Toggle, but unassigned keys always act momentary
+    EXPECT_EQ(f.rules.heldSlot(), 2);
+    EXPECT_EQ(f.rules.toggledSlot(), kNoSlot);
+    EXPECT_EQ(f.rules.badge().text, kLeft + "  （押している間）");
+    EXPECT_TRUE(f.target.log.empty());
+    EXPECT_FALSE(f.rules.hasEffectSnapshot()); // no snapshot from an unassigned key
+    f.rules.release(2);
+    EXPECT_TRUE(f.target.log.empty()); // nothing to restore, no default
+    EXPECT_EQ(f.rules.activeSlot(), kNoSlot);
+
+    // With a toggle active, releasing the unassigned key re-applies the toggle.
+    f.rules.press(1);
+    f.rules.press(2);
+    EXPECT_EQ(f.rules.badge().text, kLeft + "  （押している間）");
+    f.rules.release(2);
+    EXPECT_EQ(f.target.log,
+              (std::vector<std::string>{"effect:sing", "fx:200", "effect:sing", "fx:200"}));
+
+    // With a default slot and nothing toggled, releasing it restores the default.
+    f.rules.press(1);
+    f.stored.keyAssignments.defaultKey = {KeyMode::Toggle, false, true, "", "robot", ""};
+    f.target.log.clear();
+    f.rules.press(2);
+    f.rules.release(2);
+    EXPECT_EQ(f.target.log, (std::vector<std::string>{"fx:100"}));
+}
+
+TEST(KeyAssignmentRules, TheModeIsReadAtEachPress) {
+    Fixture f;
+    f.rules.press(0);
+    f.rules.release(0);
+    f.stored.keyAssignments.keys[0].mode = KeyMode::Toggle;
+    f.rules.press(0);
+    f.rules.release(0);
+    EXPECT_EQ(f.rules.toggledSlot(), 0);
+    EXPECT_EQ(f.rules.badge().text, kUp + "  robot（切替中）");
+}
+
+TEST(KeyAssignmentRules, BadgeNamesFallBackInOrder) {
+    KeyAssignment k;
+    EXPECT_EQ(slotDisplayName(k), "");
+    k.effectPresetName = "e";
+    EXPECT_EQ(slotDisplayName(k), ""); // names only count when assigned
+    k.hasEffectPreset = true;
+    EXPECT_EQ(slotDisplayName(k), "e");
+    k.soundFxPresetName = "s";
+    EXPECT_EQ(slotDisplayName(k), "e");
+    k.hasSoundFxPreset = true;
+    EXPECT_EQ(slotDisplayName(k), "s");
+    k.keyName = "k";
+    EXPECT_EQ(slotDisplayName(k), "k");
+    EXPECT_EQ(effectiveMode(KeyAssignment{KeyMode::Toggle, false, false, "", "", "x"}),
+              KeyMode::Momentary);
+}
+
+TEST(KeyAssignmentRules, WithoutSettingsOrTargetEveryKeyIsUnassigned) {
+    RecordingTarget target;
+    KeyAssignmentRules noStore({}, &target);
+    noStore.press(1);
+    EXPECT_EQ(noStore.heldSlot(), 1);
+    EXPECT_EQ(noStore.badge().text, kDown + "  （押している間）");
+    noStore.release(1);
+    EXPECT_TRUE(target.log.empty());
+
+    AppSettings stored = settings();
+    KeyAssignmentRules noTarget([&] { return std::optional<AppSettings>(stored); }, nullptr);
+    noTarget.press(1); // Toggle in the file, but without a filter it acts momentary
+    EXPECT_EQ(noTarget.heldSlot(), 1);
+    noTarget.release(1);
+    EXPECT_EQ(noTarget.activeSlot(), kNoSlot);
+}
+
+TEST(KeyAssignmentRules, ResetForgetsEverythingWithoutApplying) {
+    Fixture f;
+    f.rules.press(3);
+    f.rules.press(0);
+    f.rules.reset();
+    EXPECT_EQ(f.rules.activeSlot(), kNoSlot);
+    EXPECT_FALSE(f.rules.hasSoundFxSnapshot());
+    EXPECT_EQ(f.rules.badge().text, "");
+    EXPECT_EQ(f.target.log.size(), 2u);
+    f.rules.press(7);
+    f.rules.release(-1);
+    EXPECT_EQ(f.rules.activeSlot(), kNoSlot);
+}

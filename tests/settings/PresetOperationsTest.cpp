@@ -1,0 +1,233 @@
+// Preset operations as transactions on the file, the diagnosis history and the
+// seeding of the built-ins.
+
+#include "settings/BuiltInPresets.h"
+#include "settings/PresetLists.h"
+#include "settings/SettingsStore.h"
+#include "settings/support/FaultyFileSystem.h"
+#include "settings/support/MemoryFileSystem.h"
+#include "settings/support/TempFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+using namespace Lumora;
+using Lumora::Testing::FaultyFileSystem;
+using Lumora::Testing::MemoryFileSystem;
+using Lumora::Testing::TempFolder;
+
+namespace {
+
+SavedEffectPreset effectPreset(const std::string& name, float threshold) {
+    SavedEffectPreset p;
+    p.name = name;
+    p.savedAt = "stale";
+    p.preset.comp.enabled = true;
+    p.preset.comp.thresholdDb = threshold;
+    return p;
+}
+
+DiagnosisHistoryEntry entry(int i) {
+    DiagnosisHistoryEntry e;
+    e.timestamp = std::to_string(i);
+    return e;
+}
+
+} // namespace
+
+TEST(BuiltInPresets, FirstLoadOfAnEmptyFolderSeedsAndWrites) {
+    TempFolder dir;
+    SettingsStore store(dir.path());
+    const AppSettings s = store.load();
+    ASSERT_EQ(s.soundFxPresets.size(), 4u);
+    EXPECT_EQ(s.soundFxPresets[0].name, "コンピューターシステム＋FMラジオ");
+    EXPECT_EQ(s.soundFxPresets[1].name, "デスゲーム");
+    EXPECT_EQ(s.soundFxPresets[2].name, "ディレイ歌枠＋歌枠リバーブ");
+    EXPECT_EQ(s.soundFxPresets[3].name, "ディレイ特撮ヒーロー＋リバーブ心の中のセリフ");
+    ASSERT_EQ(s.keyAssignPresets.size(), 1u);
+    EXPECT_EQ(s.keyAssignPresets[0].name, "デフォルト十字キー");
+    EXPECT_STREQ(kDefaultKeyAssignPresetName, "デフォルト十字キー");
+    const KeyMode modes[] = {KeyMode::Momentary, KeyMode::Momentary, KeyMode::Toggle,
+                             KeyMode::Momentary};
+    for (size_t i = 0; i < 4; ++i) {
+        const KeyAssignment& k = s.keyAssignments.keys[i];
+        EXPECT_TRUE(k.hasSoundFxPreset);
+        EXPECT_FALSE(k.hasEffectPreset);
+        EXPECT_EQ(k.soundFxPresetName, s.soundFxPresets[i].name);
+        EXPECT_EQ(k.mode, modes[i]);
+        EXPECT_EQ(k.keyName, "");
+        EXPECT_EQ(s.keyAssignPresets[0].assignments.keys[i].soundFxPresetName, k.soundFxPresetName);
+    }
+    EXPECT_FALSE(s.keyAssignments.defaultKey.hasSoundFxPreset);
+    EXPECT_TRUE(TempFolder::exists(store.settingsPath()));
+    // Seeded documents load without writing again.
+    const std::string file = TempFolder::read(store.settingsPath());
+    store.load();
+    EXPECT_EQ(TempFolder::read(store.settingsPath()), file);
+    EXPECT_FALSE(TempFolder::exists(store.backupPath()));
+}
+
+TEST(BuiltInPresets, CombinationValuesAreTheFloatsAsWritten) {
+    const auto list = builtInSoundFxPresets();
+    const SoundFxPreset& computer = list[0].preset;
+    EXPECT_TRUE(computer.pitch.enabled);
+    EXPECT_EQ(computer.pitch.semitonesA, 4.7f);
+    EXPECT_EQ(computer.pitch.formantShiftA, 0.31f);
+    EXPECT_TRUE(computer.pitch.layerBEnabled);
+    EXPECT_EQ(computer.pitch.semitonesB, 3.4f);
+    EXPECT_EQ(computer.pitch.formantShiftB, 0.35f);
+    EXPECT_TRUE(computer.radio.enabled);
+    EXPECT_EQ(computer.radio.lowCutHz, 233.0f);
+    EXPECT_EQ(computer.radio.highCutHz, 8000.0f);
+    EXPECT_EQ(computer.radio.overdrive, 0.09f);
+    EXPECT_FALSE(computer.reverb.enabled || computer.delay.enabled || computer.mod.enabled);
+    const SoundFxPreset& deathGame = list[1].preset;
+    EXPECT_EQ(deathGame.pitch.semitonesB, -12.0f);
+    EXPECT_EQ(deathGame.pitch.formantShiftB, -0.34f);
+    EXPECT_EQ(deathGame.pitch.mixAB, 0.66f);
+    EXPECT_FALSE(deathGame.radio.enabled);
+    const SoundFxPreset& singing = list[2].preset;
+    EXPECT_FALSE(singing.pitch.enabled);
+    EXPECT_EQ(singing.reverb.roomSize, 0.79f);
+    EXPECT_EQ(singing.reverb.duckingAmount, 0.28f);
+    EXPECT_EQ(singing.delay.timeMs, 180.0f);
+    EXPECT_EQ(singing.delay.feedback, 0.1f);
+    const SoundFxPreset& hero = list[3].preset;
+    EXPECT_EQ(hero.reverb.lowCutHz, 1469.0f);
+    EXPECT_EQ(hero.reverb.damping, 0.67f);
+    EXPECT_EQ(hero.delay.timeMs, 212.0f);
+    EXPECT_EQ(hero.delay.wetMix, 0.2f);
+    EXPECT_EQ(hero.effectOrder, SoundFxPreset{}.effectOrder);
+}
+
+TEST(BuiltInPresets, DeletingTheMarkerRestoresEverythingAtTheNextLoad) {
+    MemoryFileSystem fs;
+    SettingsStore store("/s", fs);
+    store.load();
+    SavedSoundFxPreset edited = *store.findSoundFxPreset("デスゲーム");
+    edited.preset.pitch.semitonesA = 3.0f;
+    ASSERT_TRUE(store.saveSoundFxPreset(edited));
+    KeyAssignmentSet mine;
+    mine.keys[0].keyName = "mine";
+    ASSERT_TRUE(store.saveKeyAssignments(mine));
+    // While the marker exists, the user's edits stand.
+    EXPECT_EQ(store.load().soundFxPresets[1].preset.pitch.semitonesA, 3.0f);
+    EXPECT_EQ(store.load().keyAssignments.keys[0].keyName, "mine");
+
+    ASSERT_TRUE(store.deleteKeyAssignPreset(kDefaultKeyAssignPresetName));
+    const AppSettings s = store.load();
+    EXPECT_EQ(s.soundFxPresets.size(), 4u); // replaced in place, not appended
+    EXPECT_EQ(s.soundFxPresets[1].preset.pitch.semitonesA, 12.0f);
+    EXPECT_EQ(s.keyAssignments.keys[0].keyName, "");
+    EXPECT_TRUE(s.keyAssignments.keys[0].hasSoundFxPreset);
+    EXPECT_EQ(s.keyAssignPresets.size(), 1u);
+}
+
+TEST(PresetOperations, SavingTwiceUnderOneNameReplacesInPlace) {
+    MemoryFileSystem fs;
+    SettingsStore store("/s", fs);
+    ASSERT_TRUE(store.saveEffectPreset(effectPreset("配信", -20)));
+    ASSERT_TRUE(store.saveEffectPreset(effectPreset("歌", -25)));
+    ASSERT_TRUE(store.saveEffectPreset(effectPreset("配信", -30)));
+    ASSERT_TRUE(store.saveEffectPreset(effectPreset("Talk", -10)));
+    ASSERT_TRUE(store.saveEffectPreset(effectPreset("talk", -11)));  // case matters
+    ASSERT_TRUE(store.saveEffectPreset(effectPreset("配信 ", -12))); // no trimming
+    const AppSettings s = store.load();
+    ASSERT_EQ(s.presets.size(), 5u);
+    EXPECT_EQ(s.presets[0].name, "配信");
+    EXPECT_EQ(s.presets[0].preset.comp.thresholdDb, -30.0f);
+    EXPECT_EQ(s.presets[1].name, "歌");
+    EXPECT_EQ(s.presets[3].name, "talk");
+    EXPECT_EQ(s.presets[4].name, "配信 ");
+    EXPECT_EQ(s.presets[0].savedAt.size(), 19u); // stamped now, not "stale"
+    EXPECT_EQ(store.findEffectPreset("配信")->preset.comp.thresholdDb, -30.0f);
+    EXPECT_FALSE(store.findEffectPreset("nothing").has_value());
+}
+
+TEST(PresetOperations, KeyAssignPresetsAndAppFields) {
+    MemoryFileSystem fs;
+    SettingsStore store("/s", fs);
+    KeyAssignmentSet set;
+    set.keys[2] = {KeyMode::Momentary, true, false, "配信", "", "歌枠"};
+    ASSERT_TRUE(store.saveKeyAssignPreset("mine", set));
+    ASSERT_TRUE(store.saveAppFields({true, "配信", 1.5f, false}));
+    const AppSettings s = store.load();
+    ASSERT_EQ(s.keyAssignPresets.size(), 2u);
+    EXPECT_EQ(s.keyAssignPresets[1].name, "mine");
+    EXPECT_EQ(s.keyAssignPresets[1].assignments.keys[2].keyName, "歌枠");
+    EXPECT_EQ(s.keyAssignPresets[1].savedAt.size(), 19u);
+    EXPECT_TRUE(s.isRecordingMode);
+    EXPECT_EQ(s.lastPresetName, "配信");
+    EXPECT_EQ(s.uiScale, 1.5f);
+    EXPECT_FALSE(s.showNumericValues);
+}
+
+TEST(PresetOperations, DeletingANameThatIsNotThereWritesNothing) {
+    MemoryFileSystem memory;
+    FaultyFileSystem fs(memory);
+    SettingsStore store("/s", fs);
+    ASSERT_TRUE(store.saveSoundFxPreset(SavedSoundFxPreset{"fx", "", "", {}}));
+    fs.arm(FaultyFileSystem::Mode::None, -1);
+    EXPECT_FALSE(store.deleteEffectPreset("fx"));
+    EXPECT_FALSE(store.deleteSoundFxPreset("FX"));
+    EXPECT_FALSE(store.deleteKeyAssignPreset("none"));
+    EXPECT_TRUE(fs.steps.empty());
+    EXPECT_TRUE(store.deleteSoundFxPreset("fx"));
+    EXPECT_FALSE(store.findSoundFxPreset("fx").has_value());
+}
+
+TEST(PresetOperations, AFailedSaveLosesTheChangeAndKeepsTheFile) {
+    MemoryFileSystem memory;
+    FaultyFileSystem fs(memory);
+    SettingsStore store("/s", fs);
+    ASSERT_TRUE(store.saveEffectPreset(effectPreset("kept", -20)));
+    const std::optional<std::string> before = memory.readFile("/s/settings.json");
+    fs.arm(FaultyFileSystem::Mode::Fail, 1); // the temporary file cannot be written
+    EXPECT_FALSE(store.saveEffectPreset(effectPreset("lost", -20)));
+    fs.arm(FaultyFileSystem::Mode::None, -1);
+    EXPECT_EQ(memory.readFile("/s/settings.json"), before);
+    EXPECT_FALSE(store.findEffectPreset("lost").has_value());
+}
+
+TEST(PresetOperations, HistoryIsNewestFirstAndHoldsTwenty) {
+    MemoryFileSystem fs;
+    SettingsStore store("/s", fs);
+    for (int i = 1; i <= 21; ++i) {
+        ASSERT_TRUE(store.addDiagnosisHistory(entry(i)));
+    }
+    const AppSettings s = store.load();
+    ASSERT_EQ(s.diagnosisHistory.size(), 20u);
+    EXPECT_EQ(s.diagnosisHistory.front().timestamp, "21");
+    EXPECT_EQ(s.diagnosisHistory.back().timestamp, "2"); // the oldest was pushed out
+}
+
+TEST(PresetOperations, TwoStoresOnOneFolderSeeEachOthersSaves) {
+    MemoryFileSystem fs;
+    SettingsStore a("/s", fs);
+    SettingsStore b("/s", fs);
+    ASSERT_TRUE(a.saveEffectPreset(effectPreset("from a", -20)));
+    ASSERT_TRUE(b.saveEffectPreset(effectPreset("from b", -20)));
+    EXPECT_EQ(a.load().presets.size(), 2u);
+}
+
+TEST(PresetLists, RulesOnADocumentInMemory) {
+    AppSettings s;
+    putSoundFxPreset(s, {"a", "1", "", {}});
+    putSoundFxPreset(s, {"b", "", "", {}});
+    putSoundFxPreset(s, {"a", "2", "", {}});
+    ASSERT_EQ(s.soundFxPresets.size(), 2u);
+    EXPECT_EQ(s.soundFxPresets[0].description, "2");
+    EXPECT_TRUE(eraseSoundFxPreset(s, "a"));
+    EXPECT_FALSE(eraseSoundFxPreset(s, "a"));
+    EXPECT_EQ(findSoundFxPreset(s, "b"), &s.soundFxPresets[0]);
+    for (int i = 0; i < 30; ++i) {
+        pushDiagnosisHistory(s, entry(i));
+    }
+    EXPECT_EQ(s.diagnosisHistory.size(), 20u);
+    EXPECT_EQ(s.diagnosisHistory.front().timestamp, "29");
+    EXPECT_TRUE(seedBuiltIns(s, "now"));
+    EXPECT_FALSE(seedBuiltIns(s, "later"));
+    EXPECT_EQ(s.soundFxPresets.size(), 5u);
+    EXPECT_EQ(s.soundFxPresets[1].savedAt, "now");
+}
