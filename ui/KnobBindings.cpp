@@ -5,6 +5,8 @@
 #include <QCoreApplication>
 #include <QSignalBlocker>
 
+#include <cmath>
+
 namespace Lumora {
 
 QString KnobBindings::translated(const char* source) const {
@@ -42,7 +44,9 @@ Knob* KnobBindings::add(QWidget* parent, const KnobSpec& spec, Field field, Edit
 void KnobBindings::refresh() {
     for (Entry& e : entries_) {
         const QSignalBlocker quiet(e.knob);
-        e.knob->setValue(static_cast<double>(e.field()) * e.spec.scale);
+        // 0.8f × 100 is 80.0000012: keep the float's noise out of the knob.
+        const double shown = static_cast<double>(e.field()) * e.spec.scale;
+        e.knob->setValue(std::round(shown * 1e4) / 1e4);
     }
 }
 
