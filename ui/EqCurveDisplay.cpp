@@ -1,0 +1,199 @@
+#include "ui/EqCurveDisplay.h"
+
+#include "dsp/Equaliser.h"
+#include "dsp/FilterDesign.h"
+
+#include <QPainter>
+#include <QPainterPath>
+
+#include <algorithm>
+#include <cmath>
+#include <complex>
+
+namespace Lumora {
+
+namespace {
+
+constexpr double kTwoPi = 6.283185307179586476925286766559;
+
+double sectionDb(const BiquadCoefficients& c, double hz, double sampleRate) {
+    const double w = kTwoPi * hz / sampleRate;
+    const std::complex<double> z1 = std::polar(1.0, -w);
+    const std::complex<double> z2 = z1 * z1;
+    const std::complex<double> num =
+        static_cast<double>(c.b0) + static_cast<double>(c.b1) * z1 + static_cast<double>(c.b2) * z2;
+    const std::complex<double> den =
+        1.0 + static_cast<double>(c.a1) * z1 + static_cast<double>(c.a2) * z2;
+    const double mag = std::abs(num) / std::max(std::abs(den), 1e-300);
+    return 20.0 * std::log10(std::max(mag, 1e-12));
+}
+
+bool sameBand(const NotchBand& a, const NotchBand& b) {
+    return a.enabled == b.enabled && a.centerHz == b.centerHz && a.gainDb == b.gainDb && a.q == b.q;
+}
+
+double frequencyAt(int i) {
+    return EqCurveDisplay::kMinHz *
+           std::pow(EqCurveDisplay::kMaxHz / EqCurveDisplay::kMinHz,
+                    static_cast<double>(i) / (EqCurveDisplay::kPoints - 1));
+}
+
+} // namespace
+
+EqCurveDisplay::EqCurveDisplay(QWidget* parent) : QWidget(parent) {
+    setFixedHeight(kLogicalHeight);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    setAttribute(Qt::WA_TranslucentBackground);
+    recompute();
+}
+
+bool EqCurveDisplay::sameParameters(const EqParams& a, const EqParams& b) {
+    if (a.enabled != b.enabled || a.lowCutEnabled != b.lowCutEnabled || a.lowCutHz != b.lowCutHz ||
+        a.highShelfEnabled != b.highShelfEnabled || a.highShelfHz != b.highShelfHz ||
+        a.highShelfGainDb != b.highShelfGainDb || a.highCutEnabled != b.highCutEnabled ||
+        a.highCutHz != b.highCutHz || a.highCutQ != b.highCutQ) {
+        return false;
+    }
+    for (int i = 0; i < kNotchBandCount; ++i) {
+        if (!sameBand(a.notchBands[static_cast<size_t>(i)], b.notchBands[static_cast<size_t>(i)])) {
+            return false;
+        }
+    }
+    return true;
+}
+
+double EqCurveDisplay::responseDb(const EqParams& eq, double hz, double sampleRate) {
+    if (!Equaliser::isActive(eq) || !(sampleRate > 0.0)) {
+        return 0.0;
+    }
+    double db = 0.0;
+    if (eq.lowCutEnabled) {
+        db += sectionDb(FilterDesign::lowCut(eq.lowCutHz, sampleRate), hz, sampleRate);
+    }
+    for (const NotchBand& band : eq.notchBands) {
+        // The chain skips a band at exactly 0 dB.
+        if (band.enabled && band.gainDb != 0.0f) {
+            db += sectionDb(FilterDesign::peaking(band.centerHz, band.gainDb, band.q, sampleRate),
+                            hz, sampleRate);
+        }
+    }
+    if (eq.highShelfEnabled) {
+        db += sectionDb(FilterDesign::highShelf(eq.highShelfHz, eq.highShelfGainDb, sampleRate), hz,
+                        sampleRate);
+    }
+    if (eq.highCutEnabled) {
+        db +=
+            sectionDb(FilterDesign::highCut(eq.highCutHz, eq.highCutQ, sampleRate), hz, sampleRate);
+    }
+    return db;
+}
+
+void EqCurveDisplay::setParameters(const EqParams& eq) {
+    if (known_ && sameParameters(eq, eq_)) {
+        return;
+    }
+    eq_ = eq;
+    known_ = true;
+    recompute();
+    update();
+}
+
+void EqCurveDisplay::setSampleRate(double sampleRate) {
+    if (!(sampleRate > 0.0) || sampleRate == sampleRate_) {
+        return;
+    }
+    sampleRate_ = sampleRate;
+    recompute();
+    update();
+}
+
+void EqCurveDisplay::recompute() {
+    curveDb_.resize(kPoints);
+    const double nyquist = 0.5 * sampleRate_;
+    for (int i = 0; i < kPoints; ++i) {
+        const double hz = std::min(frequencyAt(i), 0.999 * nyquist);
+        curveDb_[static_cast<size_t>(i)] = responseDb(eq_, hz, sampleRate_);
+    }
+    ++updates_;
+}
+
+void EqCurveDisplay::paintEvent(QPaintEvent*) {
+    QPainter p(this);
+    p.setRenderHint(QPainter::Antialiasing);
+    const qreal s = height() / static_cast<qreal>(kLogicalHeight);
+    p.scale(s, s);
+    const qreal w = width() / s;
+    const qreal h = kLogicalHeight;
+
+    const QRectF frame(0.5, 0.5, w - 1.0, h - 1.0);
+    p.setPen(QPen(QColor(0, 170, 210, 70), 1.0));
+    p.setBrush(QColor(0, 60, 95, 225));
+    p.drawRoundedRect(frame, 8, 8);
+
+    const QRectF plot(30.0, 8.0, w - 38.0, h - 24.0);
+    const double logSpan = std::log(kMaxHz / kMinHz);
+    auto xOf = [&](double hz) {
+        return plot.left() + plot.width() * std::log(hz / kMinHz) / logSpan;
+    };
+    auto yOf = [&](double db) {
+        const double c = std::clamp(db, -kRangeDb, kRangeDb);
+        return plot.center().y() - c / kRangeDb * plot.height() * 0.5;
+    };
+
+    QFont small = font();
+    small.setPointSizeF(6.5);
+    p.setFont(small);
+    const double gridHz[] = {50, 100, 200, 500, 1000, 2000, 5000, 10000};
+    const char* gridText[] = {"50", "100", "200", "500", "1k", "2k", "5k", "10k"};
+    for (int i = 0; i < 8; ++i) {
+        const qreal x = xOf(gridHz[i]);
+        p.setPen(QPen(QColor(255, 255, 255, 28), 1.0));
+        p.drawLine(QPointF(x, plot.top()), QPointF(x, plot.bottom()));
+        p.setPen(QColor(180, 220, 235, 170));
+        p.drawText(QRectF(x - 14, plot.bottom() + 2, 28, 12), Qt::AlignCenter,
+                   QString::fromLatin1(gridText[i]));
+    }
+    for (int db = -12; db <= 12; db += 6) {
+        const qreal y = yOf(db);
+        p.setPen(QPen(db == 0 ? QColor(255, 255, 255, 80) : QColor(255, 255, 255, 24), 1.0));
+        p.drawLine(QPointF(plot.left(), y), QPointF(plot.right(), y));
+        p.setPen(QColor(180, 220, 235, 170));
+        p.drawText(QRectF(2, y - 6, 25, 12), Qt::AlignRight | Qt::AlignVCenter,
+                   db > 0 ? QStringLiteral("+%1").arg(db) : QString::number(db));
+    }
+
+    QPainterPath curve;
+    for (int i = 0; i < kPoints; ++i) {
+        const QPointF pt(xOf(frequencyAt(i)), yOf(curveDb_[static_cast<size_t>(i)]));
+        if (i == 0) {
+            curve.moveTo(pt);
+        } else {
+            curve.lineTo(pt);
+        }
+    }
+    QPainterPath area = curve;
+    area.lineTo(plot.right(), yOf(0));
+    area.lineTo(plot.left(), yOf(0));
+    area.closeSubpath();
+    p.save();
+    p.setClipRect(plot);
+    p.setPen(Qt::NoPen);
+    p.setBrush(QColor(78, 205, 196, eq_.enabled ? 60 : 20));
+    p.drawPath(area);
+    p.setBrush(Qt::NoBrush);
+    p.setPen(QPen(eq_.enabled ? QColor(0x6F, 0xF0, 0xE6) : QColor(150, 170, 185), 2.0));
+    p.drawPath(curve);
+    p.restore();
+
+    // A dot on every band that runs, at its centre and gain.
+    p.setPen(QPen(Qt::white, 1.0));
+    for (const NotchBand& band : eq_.notchBands) {
+        if (!band.enabled || band.centerHz < kMinHz || band.centerHz > kMaxHz) {
+            continue;
+        }
+        p.setBrush(band.gainDb >= 0.0f ? QColor(0x4E, 0xCD, 0xC4) : QColor(0xF2, 0xA6, 0x3B));
+        p.drawEllipse(QPointF(xOf(band.centerHz), yOf(band.gainDb)), 3.5, 3.5);
+    }
+}
+
+} // namespace Lumora

@@ -1,0 +1,112 @@
+#include "ui/KeyCap.h"
+
+#include <QPainter>
+
+namespace Lumora {
+
+KeyCap::KeyCap(QWidget* parent, int slot) : QAbstractButton(parent), slot_(slot) {
+    setCursor(Qt::PointingHandCursor);
+    setFixedSize(kLogicalWidth, kLogicalHeight);
+    setAttribute(Qt::WA_Hover);
+    setFocusPolicy(Qt::NoFocus); // the arrow keys belong to the dialog
+}
+
+void KeyCap::setGlyph(const QString& glyph) {
+    if (glyph_ != glyph) {
+        glyph_ = glyph;
+        update();
+    }
+}
+
+void KeyCap::setName(const QString& name) {
+    if (name_ != name) {
+        name_ = name;
+        update();
+    }
+}
+
+void KeyCap::setLamp(bool lit) {
+    if (lamp_ != lit) {
+        lamp_ = lit;
+        update();
+    }
+}
+
+void KeyCap::setSelected(bool selected) {
+    if (selected_ != selected) {
+        selected_ = selected;
+        update();
+    }
+}
+
+void KeyCap::setFlash(bool on) {
+    if (flash_ != on) {
+        flash_ = on;
+        update();
+    }
+}
+
+void KeyCap::paintEvent(QPaintEvent*) {
+    QPainter p(this);
+    p.setRenderHint(QPainter::Antialiasing);
+    p.setRenderHint(QPainter::TextAntialiasing);
+    p.scale(width() / static_cast<qreal>(kLogicalWidth),
+            height() / static_cast<qreal>(kLogicalHeight));
+
+    const QRectF key(2.0, 2.0, kLogicalWidth - 4.0, kLogicalHeight - 6.0);
+    // The key's side, then its top.
+    p.setPen(Qt::NoPen);
+    p.setBrush(QColor(45, 27, 105, 40));
+    p.drawRoundedRect(key.translated(0, 3), 10, 10);
+    QLinearGradient top(key.topLeft(), key.bottomLeft());
+    if (flash_ || isDown()) {
+        top.setColorAt(0.0, QColor(0x5E, 0xDD, 0xD4));
+        top.setColorAt(1.0, QColor(0x45, 0xB7, 0xD1));
+    } else {
+        top.setColorAt(0.0, Qt::white);
+        top.setColorAt(1.0, underMouse() ? QColor(0xE6, 0xF8, 0xFC) : QColor(0xF1, 0xEE, 0xFA));
+    }
+    p.setBrush(top);
+    p.setPen(selected_ ? QPen(QColor(0x4E, 0xCD, 0xC4), 2.5) : QPen(QColor(180, 160, 220, 120), 1));
+    p.drawRoundedRect(key, 10, 10);
+
+    const QColor ink = flash_ || isDown() ? Qt::white : QColor(0x2D, 0x1B, 0x69);
+    QFont glyphFont = font();
+    glyphFont.setPointSizeF(13.0);
+    glyphFont.setBold(true);
+    p.setFont(glyphFont);
+    p.setPen(ink);
+    p.drawText(QRectF(key.left(), key.top() + 2, key.width(), 24), Qt::AlignCenter, glyph_);
+
+    QFont nameFont = font();
+    qreal size = 8.0;
+    nameFont.setPointSizeF(size);
+    while (size > 6.0 && QFontMetricsF(nameFont).horizontalAdvance(name_) > key.width() - 10) {
+        size -= 0.5;
+        nameFont.setPointSizeF(size);
+    }
+    p.setFont(nameFont);
+    p.setPen(flash_ || isDown() ? Qt::white : QColor(0x6B, 0x4E, 0xA0));
+    const QString shown =
+        QFontMetricsF(nameFont).elidedText(name_, Qt::ElideRight, key.width() - 10);
+    p.drawText(QRectF(key.left() + 5, key.top() + 27, key.width() - 10, 20), Qt::AlignCenter,
+               shown);
+
+    // The lamp.
+    const QPointF lampAt(key.right() - 10, key.top() + 10);
+    if (lamp_) {
+        QRadialGradient glow(lampAt, 9);
+        glow.setColorAt(0.0, QColor(0, 230, 200, 200));
+        glow.setColorAt(1.0, QColor(0, 230, 200, 0));
+        p.setPen(Qt::NoPen);
+        p.setBrush(glow);
+        p.drawEllipse(lampAt, 9, 9);
+        p.setBrush(QColor(0x00, 0xE6, 0xC8));
+    } else {
+        p.setBrush(QColor(200, 196, 220));
+    }
+    p.setPen(QPen(Qt::white, 1.0));
+    p.drawEllipse(lampAt, 4, 4);
+}
+
+} // namespace Lumora

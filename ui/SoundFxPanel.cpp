@@ -1,0 +1,706 @@
+#include "ui/SoundFxPanel.h"
+
+#include "settings/SettingsStore.h"
+#include "ui/CollapsibleSection.h"
+#include "ui/FxPitchControls.h"
+#include "ui/FxPresetCardFilter.h"
+#include "ui/Knob.h"
+#include "ui/PresetNamePrompt.h"
+#include "ui/Theme.h"
+#include "ui/ToggleSwitch.h"
+
+#include <QApplication>
+#include <QButtonGroup>
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScreen>
+#include <QSignalBlocker>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace Lumora {
+
+namespace {
+
+const char kPresetButtonStyle[] =
+    "QPushButton { background: rgba(0,170,210,30); color: #005577; border-radius: 6px;"
+    " padding: 2px 8px; font-size: 8pt; font-weight: bold; border: 1px solid"
+    " rgba(0,170,210,120); }QPushButton:hover { background: rgba(0,170,210,70); border-color:"
+    " #00AADD; }";
+const char kRadioStyle[] =
+    "QRadioButton { color: #005577; font-size: 9pt; spacing: 4px; background: transparent; }"
+    "QRadioButton::indicator { width: 12px; height: 12px; border-radius: 7px; border: 2px solid"
+    " rgba(0,170,210,160); background: white; }QRadioButton::indicator:checked { background:"
+    " #00AADD; border-color: #0099CC; }";
+
+const KnobSpec kModRate{"modRate",
+                        QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Rate"),
+                        QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Speed of the sweep"),
+                        0.1,
+                        10,
+                        1,
+                        "Hz",
+                        false,
+                        1};
+const KnobSpec kModDepth{"modDepth",
+                         QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Depth"),
+                         QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "How far the sweep swings"),
+                         0,
+                         100,
+                         50,
+                         "%",
+                         false,
+                         0,
+                         100.0};
+const KnobSpec kModFeedback{
+    "modFeedback",
+    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Feedback"),
+    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel",
+                      "How much of the effect is fed back\nHigher = more metallic"),
+    0,
+    90,
+    30,
+    "%",
+    false,
+    0,
+    100.0};
+const KnobSpec kModWet{
+    "modWet",
+    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Wet"),
+    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Share of the effect in the output"),
+    0,
+    100,
+    50,
+    "%",
+    false,
+    0,
+    100.0};
+const KnobSpec kRadioLow{
+    "radioLowCut",
+    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Low Cut"),
+    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel",
+                      "The radio's lowest frequency\nHigher = thinner, smaller speaker"),
+    100,
+    2000,
+    300,
+    "Hz",
+    true};
+const KnobSpec kRadioHigh{
+    "radioHighCut",
+    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "High Cut"),
+    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel",
+                      "The radio's highest frequency\nLower = duller, older radio"),
+    1000,
+    8000,
+    3400,
+    "Hz",
+    true};
+const KnobSpec kRadioDrive{"radioDrive",
+                           QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Drive"),
+                           QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Distortion of the radio"),
+                           0,
+                           100,
+                           20,
+                           "%",
+                           false,
+                           0,
+                           100.0};
+const KnobSpec kDelayTime{"delayTime",
+                          QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Time"),
+                          QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Time until the echo returns"),
+                          1,
+                          1000,
+                          250,
+                          "ms"};
+const KnobSpec kDelayFeedback{
+    "delayFeedback",
+    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Feedback"),
+    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "How much each echo repeats\nHigher = more repeats"),
+    0,
+    90,
+    30,
+    "%",
+    false,
+    0,
+    100.0};
+const KnobSpec kDelayWet{"delayWet",
+                         QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Wet"),
+                         QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Loudness of the echoes"),
+                         0,
+                         100,
+                         30,
+                         "%",
+                         false,
+                         0,
+                         100.0};
+const KnobSpec kReverbRoom{
+    "reverbRoom",
+    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Room Size"),
+    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Size of the room\nLarger = longer reverb"),
+    0,
+    100,
+    50,
+    "%",
+    false,
+    0,
+    100.0};
+const KnobSpec kReverbDamping{
+    "reverbDamping",
+    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Damping"),
+    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel",
+                      "How much the walls absorb the highs\nHigher = darker"),
+    0,
+    100,
+    50,
+    "%",
+    false,
+    0,
+    100.0};
+const KnobSpec kReverbLowCut{
+    "reverbLowCut",
+    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Low Cut"),
+    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel",
+                      "Removes the lows from the reverb only\nKeeps it from "
+                      "booming"),
+    20,
+    2000,
+    20,
+    "Hz",
+    true};
+const KnobSpec kReverbDucking{
+    "reverbDucking",
+    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Ducking"),
+    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel",
+                      "Lowers the reverb while you speak\nHigher = clearer words"),
+    0,
+    100,
+    0,
+    "%",
+    false,
+    0,
+    100.0};
+const KnobSpec kReverbMix{
+    "reverbMix",
+    "MIX",
+    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Share of the reverb in the output"),
+    0,
+    100,
+    30,
+    "%",
+    false,
+    0,
+    100.0};
+
+// Titles and switch tips in section order (effect codes 0..4).
+const char* const kTitles[kEffectCount] = {
+    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Pitch Shifter & Formant"),
+    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Modulation"),
+    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Radio"),
+    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Delay & Echo"),
+    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Reverb")};
+const char* const kSwitchTips[kEffectCount] = {
+    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Pitch shifter on/off"),
+    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Modulation on/off"),
+    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Radio effect on/off"),
+    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Delay & Echo on/off"),
+    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Reverb on/off")};
+
+template <typename Group>
+bool& enabledOf(SoundFxPreset& p, Group SoundFxPreset::*group) {
+    return (p.*group).enabled;
+}
+
+bool& enabledOf(SoundFxPreset& p, int code) {
+    switch (code) {
+    case kEffectPitch:
+        return enabledOf(p, &SoundFxPreset::pitch);
+    case kEffectModulation:
+        return enabledOf(p, &SoundFxPreset::mod);
+    case kEffectRadio:
+        return enabledOf(p, &SoundFxPreset::radio);
+    case kEffectDelay:
+        return enabledOf(p, &SoundFxPreset::delay);
+    default:
+        return enabledOf(p, &SoundFxPreset::reverb);
+    }
+}
+
+} // namespace
+
+SoundFxPanel::SoundFxPanel(QWidget* parent) : QWidget(parent) {
+    setAttribute(Qt::WA_TranslucentBackground);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 4, 0, 8);
+    layout->setSpacing(10);
+
+    column_ = new QWidget(this);
+    columnLayout_ = new QVBoxLayout(column_);
+    columnLayout_->setContentsMargins(0, 0, 0, 0);
+    columnLayout_->setSpacing(10);
+    layout->addWidget(column_);
+
+    for (int code = 0; code < kEffectCount; ++code) {
+        auto* section = new CollapsibleSection(column_);
+        section->setSwitchEnabled(true);
+        section->setDragHandleEnabled(true);
+        auto* button = new QPushButton(section);
+        button->setObjectName(QStringLiteral("fxPresetButton%1").arg(code));
+        button->setStyleSheet(QLatin1String(kPresetButtonStyle));
+        button->setCursor(Qt::PointingHandCursor);
+        section->addHeaderWidget(button);
+        sections_[static_cast<size_t>(code)] = section;
+        presetButtons_[static_cast<size_t>(code)] = button;
+        connect(button, &QPushButton::clicked, this,
+                [this, code, button] { showFxPresetPopup(button, fxPresetsFor(code)); });
+        connect(section->toggle(), &ToggleSwitch::toggled, this, [this, code](bool on) {
+            enabledOf(preset_, code) = on;
+            edited();
+        });
+        connect(section, &CollapsibleSection::dragMoved, this,
+                [this, code](const QPoint& pos) { onDragMoved(code, pos); });
+        connect(section, &CollapsibleSection::dragReleased, this,
+                [this, code](const QPoint& pos) { onDragReleased(code, pos); });
+    }
+    pitch_ = new FxPitchControls(sections_[kEffectPitch]->body(), &preset_);
+    sections_[kEffectPitch]->bodyLayout()->addWidget(pitch_);
+    connect(pitch_, &FxPitchControls::edited, this, &SoundFxPanel::edited);
+    buildModulation();
+    buildRadio();
+    buildDelay();
+    buildReverb();
+
+    dropLine_ = new QFrame(column_);
+    dropLine_->setFixedHeight(4);
+    dropLine_->setStyleSheet(
+        QStringLiteral("QFrame { background: #00AADD; border-radius: 2px; border: none; }"));
+    dropLine_->hide();
+
+    auto* bottom = new QHBoxLayout();
+    bottom->setSpacing(8);
+    saveButton_ = new QPushButton(this);
+    saveButton_->setStyleSheet(
+        Styles::darkButton() +
+        QStringLiteral("QPushButton { font-size: 9pt; padding: 6px 10px; }"));
+    resetButton_ = new QPushButton(this);
+    resetButton_->setStyleSheet(
+        Styles::outlinedButton() +
+        QStringLiteral("QPushButton { font-size: 9pt; padding: 6px 10px; }"));
+    for (QPushButton* b : {saveButton_, resetButton_}) {
+        b->setCursor(Qt::PointingHandCursor);
+        markPanel(b, 10);
+        bottom->addWidget(b, 1);
+    }
+    layout->addLayout(bottom);
+    layout->addStretch(1);
+    connect(saveButton_, &QPushButton::clicked, this, &SoundFxPanel::savePreset);
+    connect(resetButton_, &QPushButton::clicked, this, &SoundFxPanel::confirmReset);
+
+    arrangeColumn();
+    retranslateUi();
+    refresh();
+    setEasyMode(true);
+}
+
+QHBoxLayout* SoundFxPanel::knobRow(CollapsibleSection* section) {
+    auto* row = new QHBoxLayout();
+    row->setSpacing(4);
+    section->bodyLayout()->addLayout(row);
+    return row;
+}
+
+void SoundFxPanel::addKnob(CollapsibleSection* section, QHBoxLayout* row, const KnobSpec& spec,
+                           KnobBindings::Field field, bool advanced) {
+    Knob* knob = knobs_.add(section->body(), spec, std::move(field), [this] { edited(); });
+    row->addWidget(knob);
+    if (advanced) {
+        advancedOnly_.push_back(knob);
+    }
+}
+
+void SoundFxPanel::buildModulation() {
+    CollapsibleSection* s = sections_[kEffectModulation];
+    modTypeRow_ = new QWidget(s->body());
+    auto* types = new QHBoxLayout(modTypeRow_);
+    types->setContentsMargins(0, 0, 0, 0);
+    types->setSpacing(10);
+    modTypeCaption_ = new QLabel(modTypeRow_);
+    modTypeCaption_->setStyleSheet(QStringLiteral("QLabel { color: #0077AA; font-weight: bold;"
+                                                  " font-size: 8pt; background: transparent; }"));
+    types->addWidget(modTypeCaption_);
+    modTypes_ = new QButtonGroup(this);
+    modTypes_->setExclusive(true);
+    const char* names[] = {"Chorus", "Flanger", "Tremolo"};
+    for (int type = kModChorus; type <= kModTremolo; ++type) {
+        auto* radio = new QRadioButton(QString::fromLatin1(names[type]), modTypeRow_);
+        radio->setStyleSheet(QLatin1String(kRadioStyle));
+        radio->setCursor(Qt::PointingHandCursor);
+        modTypes_->addButton(radio, type);
+        types->addWidget(radio);
+    }
+    types->addStretch(1);
+    s->bodyLayout()->addWidget(modTypeRow_);
+    connect(modTypes_, &QButtonGroup::idToggled, this, [this](int id, bool checked) {
+        if (checked && preset_.mod.type != id) {
+            preset_.mod.type = id;
+            edited();
+        }
+    });
+    QHBoxLayout* row = knobRow(s);
+    addKnob(
+        s, row, kModRate, [this]() -> float& { return preset_.mod.rate; }, false);
+    addKnob(
+        s, row, kModDepth, [this]() -> float& { return preset_.mod.depth; }, false);
+    addKnob(
+        s, row, kModFeedback, [this]() -> float& { return preset_.mod.feedback; }, true);
+    addKnob(
+        s, row, kModWet, [this]() -> float& { return preset_.mod.wetMix; }, true);
+    row->addStretch(1);
+}
+
+void SoundFxPanel::buildRadio() {
+    CollapsibleSection* s = sections_[kEffectRadio];
+    QHBoxLayout* row = knobRow(s);
+    addKnob(
+        s, row, kRadioLow, [this]() -> float& { return preset_.radio.lowCutHz; }, true);
+    addKnob(
+        s, row, kRadioHigh, [this]() -> float& { return preset_.radio.highCutHz; }, true);
+    addKnob(
+        s, row, kRadioDrive, [this]() -> float& { return preset_.radio.overdrive; }, false);
+    row->addStretch(1);
+}
+
+void SoundFxPanel::buildDelay() {
+    CollapsibleSection* s = sections_[kEffectDelay];
+    QHBoxLayout* row = knobRow(s);
+    addKnob(
+        s, row, kDelayTime, [this]() -> float& { return preset_.delay.timeMs; }, false);
+    addKnob(
+        s, row, kDelayFeedback, [this]() -> float& { return preset_.delay.feedback; }, true);
+    addKnob(
+        s, row, kDelayWet, [this]() -> float& { return preset_.delay.wetMix; }, false);
+    row->addStretch(1);
+}
+
+void SoundFxPanel::buildReverb() {
+    CollapsibleSection* s = sections_[kEffectReverb];
+    QHBoxLayout* row = knobRow(s);
+    addKnob(
+        s, row, kReverbRoom, [this]() -> float& { return preset_.reverb.roomSize; }, false);
+    addKnob(
+        s, row, kReverbDamping, [this]() -> float& { return preset_.reverb.damping; }, true);
+    addKnob(
+        s, row, kReverbLowCut, [this]() -> float& { return preset_.reverb.lowCutHz; }, true);
+    addKnob(
+        s, row, kReverbDucking, [this]() -> float& { return preset_.reverb.duckingAmount; }, true);
+    addKnob(
+        s, row, kReverbMix, [this]() -> float& { return preset_.reverb.wetMix; }, false);
+    row->addStretch(1);
+}
+
+void SoundFxPanel::edited() {
+    emit presetEdited();
+}
+
+void SoundFxPanel::refresh() {
+    knobs_.refresh();
+    pitch_->refresh();
+    for (int code = 0; code < kEffectCount; ++code) {
+        ToggleSwitch* toggle = sections_[static_cast<size_t>(code)]->toggle();
+        const QSignalBlocker quiet(toggle);
+        toggle->setChecked(enabledOf(preset_, code));
+    }
+    const QSignalBlocker quiet(modTypes_);
+    if (QAbstractButton* b = modTypes_->button(preset_.mod.type)) {
+        b->setChecked(true);
+    } else {
+        // A type the panel does not know (the chain runs nothing for it).
+        modTypes_->setExclusive(false);
+        for (QAbstractButton* other : modTypes_->buttons()) {
+            other->setChecked(false);
+        }
+        modTypes_->setExclusive(true);
+    }
+}
+
+void SoundFxPanel::orderFromPreset() {
+    // The chain runs codes in the stored order and may meet one twice or a code
+    // it does not know; the column shows each effect once, where it first
+    // appears, and any that never appears below the others.
+    std::array<int32_t, kEffectCount> order{};
+    size_t n = 0;
+    auto take = [&](int32_t code) {
+        if (code < 0 || code >= kEffectCount) {
+            return;
+        }
+        if (std::find(order.begin(), order.begin() + static_cast<std::ptrdiff_t>(n), code) !=
+            order.begin() + static_cast<std::ptrdiff_t>(n)) {
+            return;
+        }
+        order[n++] = code;
+    };
+    for (int32_t code : preset_.effectOrder) {
+        take(code);
+    }
+    for (int32_t code = 0; code < kEffectCount; ++code) {
+        take(code);
+    }
+    order_ = order;
+}
+
+void SoundFxPanel::arrangeColumn() {
+    for (CollapsibleSection* s : sections_) {
+        columnLayout_->removeWidget(s);
+    }
+    for (int32_t code : order_) {
+        columnLayout_->addWidget(sections_[static_cast<size_t>(code)]);
+    }
+}
+
+void SoundFxPanel::loadPreset(const SoundFxPreset& preset) {
+    preset_ = preset;
+    orderFromPreset();
+    arrangeColumn();
+    refresh();
+}
+
+void SoundFxPanel::setEasyMode(bool easy) {
+    easy_ = easy;
+    for (QWidget* w : advancedOnly_) {
+        w->setVisible(!easy);
+    }
+    pitch_->setEasyMode(easy);
+}
+
+CollapsibleSection* SoundFxPanel::section(int effectCode) const {
+    if (effectCode < 0 || effectCode >= kEffectCount) {
+        return nullptr;
+    }
+    return sections_[static_cast<size_t>(effectCode)];
+}
+
+QPushButton* SoundFxPanel::presetButton(int effectCode) const {
+    if (effectCode < 0 || effectCode >= kEffectCount) {
+        return nullptr;
+    }
+    return presetButtons_[static_cast<size_t>(effectCode)];
+}
+
+QRadioButton* SoundFxPanel::modTypeButton(int type) const {
+    return qobject_cast<QRadioButton*>(modTypes_->button(type));
+}
+
+Knob* SoundFxPanel::knob(const QString& name) const {
+    if (Knob* k = knobs_.knob(name)) {
+        return k;
+    }
+    return pitch_->knob(name);
+}
+
+// ---- Reordering -------------------------------------------------------------------
+
+void SoundFxPanel::moveSection(int effectCode, int position) {
+    auto at = std::find(order_.begin(), order_.end(), effectCode);
+    if (at == order_.end()) {
+        return;
+    }
+    position = std::clamp(position, 0, kEffectCount - 1);
+    std::array<int32_t, kEffectCount> order{};
+    std::vector<int32_t> others;
+    for (int32_t code : order_) {
+        if (code != effectCode) {
+            others.push_back(code);
+        }
+    }
+    others.insert(others.begin() + position, effectCode);
+    std::copy(others.begin(), others.end(), order.begin());
+    if (order == order_ && preset_.effectOrder == order_) {
+        return;
+    }
+    order_ = order;
+    preset_.effectOrder = order_;
+    arrangeColumn();
+    edited();
+}
+
+int SoundFxPanel::dropPosition(int effectCode, const QPoint& globalPos) const {
+    // Among the other cards, count those whose middle lies above the pointer.
+    const int y = column_->mapFromGlobal(globalPos).y();
+    int position = 0;
+    for (int32_t code : order_) {
+        if (code == effectCode) {
+            continue;
+        }
+        const QWidget* s = sections_[static_cast<size_t>(code)];
+        if (s->geometry().center().y() < y) {
+            ++position;
+        }
+    }
+    return position;
+}
+
+void SoundFxPanel::onDragMoved(int effectCode, const QPoint& globalPos) {
+    const int position = dropPosition(effectCode, globalPos);
+    // The line goes into the gap above the card that would follow.
+    int y = 0;
+    int seen = 0;
+    for (int32_t code : order_) {
+        if (code == effectCode) {
+            continue;
+        }
+        const QWidget* s = sections_[static_cast<size_t>(code)];
+        if (seen == position) {
+            y = s->geometry().top() - columnLayout_->spacing() / 2 - 2;
+            break;
+        }
+        ++seen;
+        y = s->geometry().bottom() + columnLayout_->spacing() / 2 - 1;
+    }
+    dropLine_->setGeometry(8, std::max(0, y), column_->width() - 16, 4);
+    dropLine_->show();
+    dropLine_->raise();
+}
+
+void SoundFxPanel::onDragReleased(int effectCode, const QPoint& globalPos) {
+    dropLine_->hide();
+    moveSection(effectCode, dropPosition(effectCode, globalPos));
+}
+
+// ---- Presets ------------------------------------------------------------------------
+
+QFrame* SoundFxPanel::showFxPresetPopup(QWidget* anchor, const std::vector<FxPresetDef>& presets) {
+    auto* popup = new QFrame(this, Qt::Popup);
+    popup->setObjectName(QStringLiteral("fxPresetPopup"));
+    popup->setAttribute(Qt::WA_DeleteOnClose);
+    popup->setAttribute(Qt::WA_TranslucentBackground);
+    popup->setStyleSheet(QStringLiteral("QFrame#fxPresetPopup { background: rgba(0,30,55,240);"
+                                        " border: 1px solid rgba(0,150,200,160);"
+                                        " border-radius: 10px; }"));
+    auto* layout = new QVBoxLayout(popup);
+    layout->setContentsMargins(8, 8, 8, 8);
+    layout->setSpacing(6);
+    for (const FxPresetDef& def : presets) {
+        auto* card = new QFrame(popup);
+        card->setObjectName(QStringLiteral("presetCard"));
+        card->setCursor(Qt::PointingHandCursor);
+        card->setAttribute(Qt::WA_Hover);
+        auto* text = new QVBoxLayout(card);
+        text->setContentsMargins(10, 6, 10, 7);
+        text->setSpacing(2);
+        auto* name = new QLabel(def.name(), card);
+        name->setStyleSheet(QStringLiteral("QLabel { color: white; font-size: 9pt;"
+                                           " font-weight: bold; background: transparent; }"));
+        auto* description = new QLabel(def.description(), card);
+        description->setWordWrap(true);
+        description->setStyleSheet(QStringLiteral("QLabel { color: rgba(200,235,250,230);"
+                                                  " font-size: 8pt; background: transparent; }"));
+        for (QLabel* label : {name, description}) {
+            label->setAttribute(Qt::WA_TransparentForMouseEvents);
+            text->addWidget(label);
+        }
+        layout->addWidget(card);
+        new FxPresetCardFilter(card, [this, popup, apply = def.apply] {
+            if (apply) {
+                apply(preset_);
+            }
+            refresh();
+            edited();
+            popup->close();
+        });
+    }
+    popup->setFixedWidth(300);
+    popup->adjustSize();
+    QPoint at =
+        anchor ? anchor->mapToGlobal(QPoint(anchor->width() - popup->width(), anchor->height() + 4))
+               : mapToGlobal(QPoint(0, 0));
+    if (const QScreen* screen = anchor ? anchor->screen() : QApplication::primaryScreen()) {
+        const QRect area = screen->availableGeometry();
+        at.setX(
+            std::clamp(at.x(), area.left(), std::max(area.left(), area.right() - popup->width())));
+        if (at.y() + popup->height() > area.bottom() && anchor) {
+            at.setY(anchor->mapToGlobal(QPoint(0, 0)).y() - popup->height() - 4);
+        }
+        at.setY(std::max(at.y(), area.top()));
+    }
+    popup->move(at);
+    popup->show();
+    return popup;
+}
+
+void SoundFxPanel::resetToDefaults() {
+    preset_ = SoundFxPreset{};
+    orderFromPreset();
+    arrangeColumn();
+    refresh();
+    edited();
+}
+
+bool SoundFxPanel::confirmReset() {
+    QMessageBox box(QMessageBox::Question, tr("Reset"), tr("Reset to defaults?"),
+                    QMessageBox::Ok | QMessageBox::Cancel, this);
+    box.setDefaultButton(QMessageBox::Cancel);
+    if (box.exec() != QMessageBox::Ok) {
+        return false;
+    }
+    resetToDefaults();
+    emit resetDone();
+    return true;
+}
+
+QString SoundFxPanel::effectsSummary() const {
+    QStringList names;
+    SoundFxPreset copy = preset_;
+    for (int32_t code : order_) {
+        if (enabledOf(copy, code)) {
+            names << tr(kTitles[code]);
+        }
+    }
+    return names.isEmpty() ? tr("No effects") : names.join(QStringLiteral(" → "));
+}
+
+bool SoundFxPanel::savePreset() {
+    emit saveRequested();
+    if (!store_) {
+        return false;
+    }
+    QString name;
+    const QString title = tr("Save Sound FX Preset");
+    const QString label = tr("Enter a preset name:");
+    const bool named =
+        prompt_ ? prompt_(title, label, name) : promptForPresetName(this, title, label, name);
+    if (!named || name.trimmed().isEmpty()) {
+        return false;
+    }
+    SavedSoundFxPreset saved;
+    saved.name = name.trimmed().toStdString();
+    saved.description = effectsSummary().toStdString();
+    saved.preset = preset_;
+    if (!store_->saveSoundFxPreset(saved)) {
+        QMessageBox::warning(this, title, tr("The preset could not be saved."));
+        return false;
+    }
+    emit presetSaved(QString::fromStdString(saved.name));
+    return true;
+}
+
+void SoundFxPanel::retranslateUi() {
+    for (int code = 0; code < kEffectCount; ++code) {
+        CollapsibleSection* s = sections_[static_cast<size_t>(code)];
+        s->setTitle(tr(kTitles[code]));
+        s->toggle()->setToolTip(tr(kSwitchTips[code]));
+        s->dragHandle()->setToolTip(tr("Drag to reorder"));
+        presetButtons_[static_cast<size_t>(code)]->setText(QStringLiteral("✨ ") + tr("Presets"));
+        presetButtons_[static_cast<size_t>(code)]->setToolTip(tr("Built-in presets"));
+    }
+    modTypeCaption_->setText(tr("Type"));
+    saveButton_->setText(QStringLiteral("💾 ") + tr("Save FX preset"));
+    resetButton_->setText(QStringLiteral("🔄 ") + tr("Reset to defaults"));
+    knobs_.retranslate();
+    pitch_->retranslateUi();
+}
+
+} // namespace Lumora
