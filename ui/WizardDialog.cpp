@@ -9,6 +9,7 @@
 #include "ui/DiagnosisFlow.h"
 #include "ui/FxPage.h"
 #include "ui/HomePanel.h"
+#include "ui/KeyAssignPanel.h"
 #include "ui/KeyBadgeBoard.h"
 #include "ui/Localisation.h"
 #include "ui/MainMenu.h"
@@ -108,6 +109,7 @@ WizardDialog::WizardDialog(QWidget* parent, ObsFilterState* state)
     };
 
     buildUi();
+    installPanels();
     setFixedSize(500, 776);
     retranslateUi();
 
@@ -340,6 +342,7 @@ QWidget* WizardDialog::buildHeader(QWidget* parent) {
     stretch->setFixedHeight(32);
     stretch->setAlignment(Qt::AlignCenter);
     badgeLabel_ = stretch;
+    badgeLabel_->setObjectName(QStringLiteral("keyBadge"));
     menuButton_ = new QPushButton(QStringLiteral("≡"), header);
     menuButton_->setFixedSize(40, 40);
     menuButton_->setCursor(Qt::PointingHandCursor);
@@ -376,6 +379,9 @@ QWidget* WizardDialog::buildKeysPage(QWidget* parent) {
 
 void WizardDialog::retranslateUi() {
     tabBar_->retranslateUi();
+    if (effectPanel_) {
+        retranslatePanels();
+    }
     menuButton_->setToolTip(tr("Menu"));
     homePanel_->retranslateUi();
     resultsPage_->retranslateUi();
@@ -482,6 +488,12 @@ bool WizardDialog::eventFilter(QObject* watched, QEvent* event) {
         return false;
     }
     const bool pressed = type == QEvent::KeyPress;
+    if (keyAssignPageShown()) {
+        if (pressed) {
+            keyAssign_->highlightSlot(slot);
+        }
+        return true;
+    }
     if (!diagnosisShown() && currentTab() == kKeysTab) {
         keyBoard_->setPressed(slot, pressed);
         currentKeySlot_ = pressed ? slot : -1;
@@ -492,6 +504,7 @@ bool WizardDialog::eventFilter(QObject* watched, QEvent* event) {
     } else {
         pressed ? keyRules_.press(slot) : keyRules_.release(slot);
         showKeyBadge();
+        keyAssign_->setLamps(keyRules_.activeSlot());
     }
     return true;
 }

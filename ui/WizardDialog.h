@@ -24,6 +24,13 @@ class QTimer;
 
 namespace Lumora {
 
+class EffectPanel;
+class KeyAssignPanel;
+class KeyAssignPresetsPanel;
+class PresetsPanel;
+class SoundFxPanel;
+class SoundFxPresetsPanel;
+
 struct ObsFilterState;
 class DiagnosisFlow;
 class FxPage;
@@ -125,6 +132,9 @@ public:
     HomePanel* homePanel() const { return homePanel_; }
     ResultsPage* resultsPage() const { return resultsPage_; }
     SoundPage* soundPage() const { return soundPage_; }
+    EffectPanel* effectPanel() const { return effectPanel_; }
+    SoundFxPanel* soundFxPanel() const { return fxPanel_; }
+    KeyAssignPanel* keyAssignPanel() const { return keyAssign_; }
     FxPage* fxPage() const { return fxPage_; }
     PresetsPage* presetsPage() const { return presetsPage_; }
     KeyBadgeBoard* keyBoard() const { return keyBoard_; }
@@ -175,6 +185,10 @@ private:
     void savePresetFor(const DiagnosisResult& result);
     void useSettingsStore();
     void showKeyBadge();
+    // WizardDialogPanels.cpp
+    void installPanels();
+    void retranslatePanels();
+    bool keyAssignPageShown() const;
     // KeyAssignmentTarget: what an arrow key's voice reads and changes.
     EffectPreset currentEffectPreset() const override;
     SoundFxPreset currentSoundFxPreset() const override;
@@ -222,6 +236,12 @@ private:
     QStackedWidget* content_ = nullptr;
     QLabel* titleLabel_ = nullptr;
     QLabel* badgeLabel_ = nullptr;
+    EffectPanel* effectPanel_ = nullptr;
+    SoundFxPanel* fxPanel_ = nullptr;
+    PresetsPanel* effectPresets_ = nullptr;
+    SoundFxPresetsPanel* fxPresets_ = nullptr;
+    KeyAssignPresetsPanel* keyPresets_ = nullptr;
+    KeyAssignPanel* keyAssign_ = nullptr;
     KeyAssignmentRules keyRules_;
     QPushButton* menuButton_ = nullptr;
     MainTabBar* tabBar_ = nullptr;

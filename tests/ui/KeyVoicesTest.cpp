@@ -1,7 +1,11 @@
 // Arrow keys switching voices in the open dialog, with the real chains of a
 // filter state and the built-in key assignments of a fresh settings folder.
 #include "module/ObsFilterState.h"
+#include "settings/PresetFile.h"
+#include "ui/EffectPanel.h"
+#include "ui/Knob.h"
 #include "ui/Localisation.h"
+#include "ui/SoundFxPanel.h"
 #include "ui/WizardDialog.h"
 
 #include <QApplication>
@@ -11,6 +15,7 @@
 #include <QTimer>
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <filesystem>
 #include <memory>
 
@@ -54,15 +59,8 @@ struct KeyVoices : ::testing::Test {
     void release(int k) { key(QEvent::KeyRelease, k); }
     SoundFxPreset fx() const { return state->effects.getParameters(); }
     QString badge() const {
-        for (QLabel* label : dialog->findChildren<QLabel*>()) {
-            if (label->text().startsWith(QStringLiteral("▲")) ||
-                label->text().startsWith(QStringLiteral("▼")) ||
-                label->text().startsWith(QStringLiteral("◀")) ||
-                label->text().startsWith(QStringLiteral("▶"))) {
-                return label->text();
-            }
-        }
-        return {};
+        auto* label = dialog->findChild<QLabel*>(QStringLiteral("keyBadge"));
+        return label ? label->text() : QStringLiteral("<no badge>");
     }
 };
 
@@ -122,6 +120,43 @@ TEST_F(KeyVoices, UnassignedKeyIsHeldButAppliesNothingAndRestoresTheDefault) {
     release(Qt::Key_Right);
     EXPECT_TRUE(badge().isEmpty());
     EXPECT_FALSE(fx().reverb.enabled);
+}
+
+} // namespace Lumora
+
+namespace Lumora {
+
+// The record as the settings file would keep it: equal texts, equal settings.
+std::string text(const EffectPreset& p) {
+    SavedEffectPreset saved;
+    saved.preset = p;
+    return effectPresetText(saved);
+}
+std::string text(const SoundFxPreset& p) {
+    SavedSoundFxPreset saved;
+    saved.preset = p;
+    return soundFxPresetText(saved);
+}
+
+// Moves a knob to the other end of its range as a user would, signal and all.
+void turn(Knob* knob) {
+    knob->setValue(knob->value() == knob->minimum() ? knob->maximum() : knob->minimum());
+    emit knob->valueChanged(knob->value());
+}
+
+TEST_F(KeyVoices, PanelEditsReachTheFilterAtOnce) {
+    QList<Knob*> knobs = dialog->effectPanel()->findChildren<Knob*>();
+    ASSERT_FALSE(knobs.isEmpty());
+    const std::string before = text(state->chain.getParameters());
+    turn(knobs.front());
+    EXPECT_NE(text(state->chain.getParameters()), before);
+    EXPECT_TRUE(state->chain.getParameters().active);
+
+    QList<Knob*> fxKnobs = dialog->soundFxPanel()->findChildren<Knob*>();
+    ASSERT_FALSE(fxKnobs.isEmpty());
+    const std::string fxBefore = text(state->effects.getParameters());
+    turn(fxKnobs.front());
+    EXPECT_NE(text(state->effects.getParameters()), fxBefore);
 }
 
 } // namespace Lumora
