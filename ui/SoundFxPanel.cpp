@@ -573,18 +573,24 @@ void SoundFxPanel::onDragReleased(int effectCode, const QPoint& globalPos) {
 // ---- Presets ------------------------------------------------------------------------
 
 QFrame* SoundFxPanel::showFxPresetPopup(QWidget* anchor, const std::vector<FxPresetDef>& presets) {
+    // A see-through window around a rounded panel, so the corners stay round.
     auto* popup = new QFrame(this, Qt::Popup);
     popup->setObjectName(QStringLiteral("fxPresetPopup"));
     popup->setAttribute(Qt::WA_DeleteOnClose);
     popup->setAttribute(Qt::WA_TranslucentBackground);
-    popup->setStyleSheet(QStringLiteral("QFrame#fxPresetPopup { background: rgba(0,30,55,240);"
-                                        " border: 1px solid rgba(0,150,200,160);"
-                                        " border-radius: 10px; }"));
-    auto* layout = new QVBoxLayout(popup);
+    auto* outer = new QVBoxLayout(popup);
+    outer->setContentsMargins(0, 0, 0, 0);
+    auto* body = new QFrame(popup);
+    body->setObjectName(QStringLiteral("fxPresetPopupBody"));
+    body->setStyleSheet(QStringLiteral("QFrame#fxPresetPopupBody { background: rgba(0,30,55,240);"
+                                       " border: 1px solid rgba(0,150,200,160);"
+                                       " border-radius: 10px; }"));
+    outer->addWidget(body);
+    auto* layout = new QVBoxLayout(body);
     layout->setContentsMargins(8, 8, 8, 8);
     layout->setSpacing(6);
     for (const FxPresetDef& def : presets) {
-        auto* card = new QFrame(popup);
+        auto* card = new QFrame(body);
         card->setObjectName(QStringLiteral("presetCard"));
         card->setCursor(Qt::PointingHandCursor);
         card->setAttribute(Qt::WA_Hover);
@@ -651,11 +657,14 @@ bool SoundFxPanel::confirmReset() {
     return true;
 }
 
-QString SoundFxPanel::effectsSummary() const {
+QString SoundFxPanel::describe(const SoundFxPreset& preset) {
+    SoundFxPreset copy = preset;
     QStringList names;
-    SoundFxPreset copy = preset_;
-    for (int32_t code : order_) {
-        if (enabledOf(copy, code)) {
+    std::array<bool, kEffectCount> seen{};
+    for (int32_t code : copy.effectOrder) {
+        if (code >= 0 && code < kEffectCount && !seen[static_cast<size_t>(code)] &&
+            enabledOf(copy, code)) {
+            seen[static_cast<size_t>(code)] = true;
             names << tr(kTitles[code]);
         }
     }
@@ -677,7 +686,7 @@ bool SoundFxPanel::savePreset() {
     }
     SavedSoundFxPreset saved;
     saved.name = name.trimmed().toStdString();
-    saved.description = effectsSummary().toStdString();
+    saved.description = describe(preset_).toStdString();
     saved.preset = preset_;
     if (!store_->saveSoundFxPreset(saved)) {
         QMessageBox::warning(this, title, tr("The preset could not be saved."));

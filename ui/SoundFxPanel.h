@@ -63,6 +63,10 @@ public:
     // returned for tests and closes itself when a card is chosen.
     QFrame* showFxPresetPopup(QWidget* anchor, const std::vector<FxPresetDef>& presets);
 
+    // The effects a preset has on, in the order they run ("Pitch Shifter &
+    // Formant → Reverb"), or "No effects": the description of a saved preset.
+    static QString describe(const SoundFxPreset& preset);
+
     // The effect codes from top to bottom.
     std::array<int32_t, kEffectCount> displayOrder() const { return order_; }
     // Moves an effect's card to `position` (0 = top) and makes the new column
@@ -98,7 +102,6 @@ private:
     void onDragMoved(int effectCode, const QPoint& globalPos);
     void onDragReleased(int effectCode, const QPoint& globalPos);
     int dropPosition(int effectCode, const QPoint& globalPos) const;
-    QString effectsSummary() const;
 
     SoundFxPreset preset_;
     bool easy_ = true;
