@@ -1,10 +1,12 @@
 #include "ui/EffectPanel.h"
 
 #include "diagnosis/RecommendedSettings.h"
+#include "module/ObsFilterState.h"
 #include "settings/SettingsStore.h"
 #include "ui/CollapsibleSection.h"
 #include "ui/DynamicsControls.h"
 #include "ui/EqControls.h"
+#include "ui/EqCurveDisplay.h"
 #include "ui/NoiseControls.h"
 #include "ui/NoiseLearner.h"
 #include "ui/PresetNamePrompt.h"
@@ -131,6 +133,9 @@ bool EffectPanel::noiseLearned() const {
 
 void EffectPanel::setFilterState(ObsFilterState* state) {
     noise_->setFilterState(state);
+    if (state) {
+        eq_->curve()->setSampleRate(state->chain.sampleRate());
+    }
 }
 
 void EffectPanel::setNoiseSuppressionStatus(NoiseSuppressionStatus status) {

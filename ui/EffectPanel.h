@@ -49,7 +49,9 @@ public:
     void setNoiseLearned(bool learned);
     bool noiseLearned() const;
     // The filter whose analyser noise is learned from, and whose chain says
-    // whether the AI filter can run; null: no learning.
+    // whether the AI filter can run; null: no learning. A learning run in
+    // progress is cancelled (and the chains put back) when the state changes,
+    // so the dialog sets null before the filter state goes away.
     void setFilterState(ObsFilterState* state);
     void setNoiseSuppressionStatus(NoiseSuppressionStatus status);
 

@@ -173,7 +173,7 @@ const std::vector<FxPresetDef>& reverbPresets() {
         defaultEntry(&SoundFxPreset::reverb),
         {"歌枠リバーブ", "Singing Reverb",
          "歌配信向けの控えめなリバーブ。\n声を邪魔せずふわっと空間を演出！",
-         "A discreet reverb for singing streams:\na soft sense of space that stays out of the way!",
+         "A discreet reverb for singing streams:\na soft space that stays out of the way!",
          [](SoundFxPreset& p) {
              p.reverb = ReverbParams{true, 0.79f, 0.31f, 0.05f, 325.0f, 0.28f};
          }},

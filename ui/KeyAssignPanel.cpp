@@ -322,6 +322,7 @@ void KeyAssignPanel::refreshPlate() {
             const std::string name = slotDisplayName(set_.keys[static_cast<size_t>(slot)]);
             cap->setName(name.empty() ? slotText(slot) : QString::fromStdString(name));
         }
+        cap->setToolTip(cap->name()); // in full where the key shortens it
         cap->setSelected(slot == selected_);
         cap->setLamp(slot == lampSlot_);
     }

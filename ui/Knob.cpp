@@ -176,6 +176,9 @@ void Knob::paintEvent(QPaintEvent*) {
     p.setRenderHint(QPainter::TextAntialiasing);
     p.scale(width() / static_cast<qreal>(kLogicalWidth),
             height() / static_cast<qreal>(kLogicalHeight));
+    if (!isEnabled()) {
+        p.setOpacity(0.4); // a knob that does nothing right now (layer B off)
+    }
 
     const QPointF centre(36.0, 31.0);
     const qreal radius = 24.0;

@@ -3,13 +3,13 @@
 #include "settings/SettingsStore.h"
 #include "ui/CollapsibleSection.h"
 #include "ui/FxPitchControls.h"
-#include "ui/FxPresetCardFilter.h"
+#include "ui/FxPresetPopup.h"
 #include "ui/Knob.h"
 #include "ui/PresetNamePrompt.h"
+#include "ui/ReorderableColumn.h"
 #include "ui/Theme.h"
 #include "ui/ToggleSwitch.h"
 
-#include <QApplication>
 #include <QButtonGroup>
 #include <QFrame>
 #include <QHBoxLayout>
@@ -17,7 +17,6 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QScreen>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
@@ -238,14 +237,13 @@ SoundFxPanel::SoundFxPanel(QWidget* parent) : QWidget(parent) {
     layout->setContentsMargins(0, 4, 0, 8);
     layout->setSpacing(10);
 
-    column_ = new QWidget(this);
-    columnLayout_ = new QVBoxLayout(column_);
-    columnLayout_->setContentsMargins(0, 0, 0, 0);
-    columnLayout_->setSpacing(10);
+    column_ = new ReorderableColumn(this);
     layout->addWidget(column_);
+    connect(column_, &ReorderableColumn::moved, this, &SoundFxPanel::orderMoved);
 
     for (int code = 0; code < kEffectCount; ++code) {
         auto* section = new CollapsibleSection(column_);
+        column_->addSection(code, section);
         section->setSwitchEnabled(true);
         section->setDragHandleEnabled(true);
         auto* button = new QPushButton(section);
@@ -261,10 +259,6 @@ SoundFxPanel::SoundFxPanel(QWidget* parent) : QWidget(parent) {
             enabledOf(preset_, code) = on;
             edited();
         });
-        connect(section, &CollapsibleSection::dragMoved, this,
-                [this, code](const QPoint& pos) { onDragMoved(code, pos); });
-        connect(section, &CollapsibleSection::dragReleased, this,
-                [this, code](const QPoint& pos) { onDragReleased(code, pos); });
     }
     pitch_ = new FxPitchControls(sections_[kEffectPitch]->body(), &preset_);
     sections_[kEffectPitch]->bodyLayout()->addWidget(pitch_);
@@ -273,12 +267,6 @@ SoundFxPanel::SoundFxPanel(QWidget* parent) : QWidget(parent) {
     buildRadio();
     buildDelay();
     buildReverb();
-
-    dropLine_ = new QFrame(column_);
-    dropLine_->setFixedHeight(4);
-    dropLine_->setStyleSheet(
-        QStringLiteral("QFrame { background: #00AADD; border-radius: 2px; border: none; }"));
-    dropLine_->hide();
 
     auto* bottom = new QHBoxLayout();
     bottom->setSpacing(8);
@@ -300,7 +288,6 @@ SoundFxPanel::SoundFxPanel(QWidget* parent) : QWidget(parent) {
     connect(saveButton_, &QPushButton::clicked, this, &SoundFxPanel::savePreset);
     connect(resetButton_, &QPushButton::clicked, this, &SoundFxPanel::confirmReset);
 
-    arrangeColumn();
     retranslateUi();
     refresh();
     setEasyMode(true);
@@ -430,41 +417,17 @@ void SoundFxPanel::refresh() {
 void SoundFxPanel::orderFromPreset() {
     // The chain runs codes in the stored order and may meet one twice or a code
     // it does not know; the column shows each effect once, where it first
-    // appears, and any that never appears below the others.
-    std::array<int32_t, kEffectCount> order{};
-    size_t n = 0;
-    auto take = [&](int32_t code) {
-        if (code < 0 || code >= kEffectCount) {
-            return;
-        }
-        if (std::find(order.begin(), order.begin() + static_cast<std::ptrdiff_t>(n), code) !=
-            order.begin() + static_cast<std::ptrdiff_t>(n)) {
-            return;
-        }
-        order[n++] = code;
-    };
-    for (int32_t code : preset_.effectOrder) {
-        take(code);
+    // appears, and any that never appears below the others in code order.
+    std::vector<int> keys(preset_.effectOrder.begin(), preset_.effectOrder.end());
+    for (int code = 0; code < kEffectCount; ++code) {
+        keys.push_back(code);
     }
-    for (int32_t code = 0; code < kEffectCount; ++code) {
-        take(code);
-    }
-    order_ = order;
-}
-
-void SoundFxPanel::arrangeColumn() {
-    for (CollapsibleSection* s : sections_) {
-        columnLayout_->removeWidget(s);
-    }
-    for (int32_t code : order_) {
-        columnLayout_->addWidget(sections_[static_cast<size_t>(code)]);
-    }
+    column_->setOrder(keys);
 }
 
 void SoundFxPanel::loadPreset(const SoundFxPreset& preset) {
     preset_ = preset;
     orderFromPreset();
-    arrangeColumn();
     refresh();
 }
 
@@ -503,138 +466,46 @@ Knob* SoundFxPanel::knob(const QString& name) const {
 
 // ---- Reordering -------------------------------------------------------------------
 
-void SoundFxPanel::moveSection(int effectCode, int position) {
-    auto at = std::find(order_.begin(), order_.end(), effectCode);
-    if (at == order_.end()) {
-        return;
-    }
-    position = std::clamp(position, 0, kEffectCount - 1);
+std::array<int32_t, kEffectCount> SoundFxPanel::displayOrder() const {
     std::array<int32_t, kEffectCount> order{};
-    std::vector<int32_t> others;
-    for (int32_t code : order_) {
-        if (code != effectCode) {
-            others.push_back(code);
-        }
-    }
-    others.insert(others.begin() + position, effectCode);
-    std::copy(others.begin(), others.end(), order.begin());
-    if (order == order_ && preset_.effectOrder == order_) {
+    std::copy(column_->order().begin(), column_->order().end(), order.begin());
+    return order;
+}
+
+void SoundFxPanel::moveSection(int effectCode, int position) {
+    column_->moveSection(effectCode, position);
+}
+
+void SoundFxPanel::orderMoved() {
+    // The column's order becomes the processing order. A stored order with
+    // repeats or unknown codes becomes a plain one at the first move.
+    const std::array<int32_t, kEffectCount> order = displayOrder();
+    if (preset_.effectOrder == order) {
         return;
     }
-    order_ = order;
-    preset_.effectOrder = order_;
-    arrangeColumn();
+    preset_.effectOrder = order;
     edited();
-}
-
-int SoundFxPanel::dropPosition(int effectCode, const QPoint& globalPos) const {
-    // Among the other cards, count those whose middle lies above the pointer.
-    const int y = column_->mapFromGlobal(globalPos).y();
-    int position = 0;
-    for (int32_t code : order_) {
-        if (code == effectCode) {
-            continue;
-        }
-        const QWidget* s = sections_[static_cast<size_t>(code)];
-        if (s->geometry().center().y() < y) {
-            ++position;
-        }
-    }
-    return position;
-}
-
-void SoundFxPanel::onDragMoved(int effectCode, const QPoint& globalPos) {
-    const int position = dropPosition(effectCode, globalPos);
-    // The line goes into the gap above the card that would follow.
-    int y = 0;
-    int seen = 0;
-    for (int32_t code : order_) {
-        if (code == effectCode) {
-            continue;
-        }
-        const QWidget* s = sections_[static_cast<size_t>(code)];
-        if (seen == position) {
-            y = s->geometry().top() - columnLayout_->spacing() / 2 - 2;
-            break;
-        }
-        ++seen;
-        y = s->geometry().bottom() + columnLayout_->spacing() / 2 - 1;
-    }
-    dropLine_->setGeometry(8, std::max(0, y), column_->width() - 16, 4);
-    dropLine_->show();
-    dropLine_->raise();
-}
-
-void SoundFxPanel::onDragReleased(int effectCode, const QPoint& globalPos) {
-    dropLine_->hide();
-    moveSection(effectCode, dropPosition(effectCode, globalPos));
 }
 
 // ---- Presets ------------------------------------------------------------------------
 
 QFrame* SoundFxPanel::showFxPresetPopup(QWidget* anchor, const std::vector<FxPresetDef>& presets) {
-    auto* popup = new QFrame(this, Qt::Popup);
-    popup->setObjectName(QStringLiteral("fxPresetPopup"));
-    popup->setAttribute(Qt::WA_DeleteOnClose);
-    popup->setAttribute(Qt::WA_TranslucentBackground);
-    popup->setStyleSheet(QStringLiteral("QFrame#fxPresetPopup { background: rgba(0,30,55,240);"
-                                        " border: 1px solid rgba(0,150,200,160);"
-                                        " border-radius: 10px; }"));
-    auto* layout = new QVBoxLayout(popup);
-    layout->setContentsMargins(8, 8, 8, 8);
-    layout->setSpacing(6);
-    for (const FxPresetDef& def : presets) {
-        auto* card = new QFrame(popup);
-        card->setObjectName(QStringLiteral("presetCard"));
-        card->setCursor(Qt::PointingHandCursor);
-        card->setAttribute(Qt::WA_Hover);
-        auto* text = new QVBoxLayout(card);
-        text->setContentsMargins(10, 6, 10, 7);
-        text->setSpacing(2);
-        auto* name = new QLabel(def.name(), card);
-        name->setStyleSheet(QStringLiteral("QLabel { color: white; font-size: 9pt;"
-                                           " font-weight: bold; background: transparent; }"));
-        auto* description = new QLabel(def.description(), card);
-        description->setWordWrap(true);
-        description->setStyleSheet(QStringLiteral("QLabel { color: rgba(200,235,250,230);"
-                                                  " font-size: 8pt; background: transparent; }"));
-        for (QLabel* label : {name, description}) {
-            label->setAttribute(Qt::WA_TransparentForMouseEvents);
-            text->addWidget(label);
+    auto* popup = new FxPresetPopup(this, presets);
+    connect(popup, &FxPresetPopup::chosen, this, [this, popup](int index) {
+        const auto& action = popup->action(index);
+        if (action) {
+            action(preset_);
         }
-        layout->addWidget(card);
-        new FxPresetCardFilter(card, [this, popup, apply = def.apply] {
-            if (apply) {
-                apply(preset_);
-            }
-            refresh();
-            edited();
-            popup->close();
-        });
-    }
-    popup->setFixedWidth(300);
-    popup->adjustSize();
-    QPoint at =
-        anchor ? anchor->mapToGlobal(QPoint(anchor->width() - popup->width(), anchor->height() + 4))
-               : mapToGlobal(QPoint(0, 0));
-    if (const QScreen* screen = anchor ? anchor->screen() : QApplication::primaryScreen()) {
-        const QRect area = screen->availableGeometry();
-        at.setX(
-            std::clamp(at.x(), area.left(), std::max(area.left(), area.right() - popup->width())));
-        if (at.y() + popup->height() > area.bottom() && anchor) {
-            at.setY(anchor->mapToGlobal(QPoint(0, 0)).y() - popup->height() - 4);
-        }
-        at.setY(std::max(at.y(), area.top()));
-    }
-    popup->move(at);
-    popup->show();
+        refresh();
+        edited();
+    });
+    popup->showBelow(anchor);
     return popup;
 }
 
 void SoundFxPanel::resetToDefaults() {
     preset_ = SoundFxPreset{};
     orderFromPreset();
-    arrangeColumn();
     refresh();
     edited();
 }
@@ -651,11 +522,14 @@ bool SoundFxPanel::confirmReset() {
     return true;
 }
 
-QString SoundFxPanel::effectsSummary() const {
+QString SoundFxPanel::describe(const SoundFxPreset& preset) {
+    SoundFxPreset copy = preset;
     QStringList names;
-    SoundFxPreset copy = preset_;
-    for (int32_t code : order_) {
-        if (enabledOf(copy, code)) {
+    std::array<bool, kEffectCount> seen{};
+    for (int32_t code : copy.effectOrder) {
+        if (code >= 0 && code < kEffectCount && !seen[static_cast<size_t>(code)] &&
+            enabledOf(copy, code)) {
+            seen[static_cast<size_t>(code)] = true;
             names << tr(kTitles[code]);
         }
     }
@@ -677,7 +551,7 @@ bool SoundFxPanel::savePreset() {
     }
     SavedSoundFxPreset saved;
     saved.name = name.trimmed().toStdString();
-    saved.description = effectsSummary().toStdString();
+    saved.description = describe(preset_).toStdString();
     saved.preset = preset_;
     if (!store_->saveSoundFxPreset(saved)) {
         QMessageBox::warning(this, title, tr("The preset could not be saved."));

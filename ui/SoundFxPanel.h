@@ -16,13 +16,13 @@ class QHBoxLayout;
 class QLabel;
 class QPushButton;
 class QRadioButton;
-class QVBoxLayout;
 
 namespace Lumora {
 
 class CollapsibleSection;
 class FxPitchControls;
 class Knob;
+class ReorderableColumn;
 class SettingsStore;
 
 // The content of the "FX" tab: one card per voice effect (pitch and formant,
@@ -63,8 +63,12 @@ public:
     // returned for tests and closes itself when a card is chosen.
     QFrame* showFxPresetPopup(QWidget* anchor, const std::vector<FxPresetDef>& presets);
 
+    // The effects a preset has on, in the order they run ("Pitch Shifter &
+    // Formant → Reverb"), or "No effects": the description of a saved preset.
+    static QString describe(const SoundFxPreset& preset);
+
     // The effect codes from top to bottom.
-    std::array<int32_t, kEffectCount> displayOrder() const { return order_; }
+    std::array<int32_t, kEffectCount> displayOrder() const;
     // Moves an effect's card to `position` (0 = top) and makes the new column
     // order the processing order.
     void moveSection(int effectCode, int position);
@@ -93,12 +97,8 @@ private:
     QHBoxLayout* knobRow(CollapsibleSection* section);
     void addKnob(CollapsibleSection* section, QHBoxLayout* row, const KnobSpec& spec,
                  KnobBindings::Field field, bool advanced);
-    void arrangeColumn();
     void orderFromPreset();
-    void onDragMoved(int effectCode, const QPoint& globalPos);
-    void onDragReleased(int effectCode, const QPoint& globalPos);
-    int dropPosition(int effectCode, const QPoint& globalPos) const;
-    QString effectsSummary() const;
+    void orderMoved();
 
     SoundFxPreset preset_;
     bool easy_ = true;
@@ -107,16 +107,12 @@ private:
     KnobBindings knobs_{"Lumora::SoundFxPanel"};
     std::array<CollapsibleSection*, kEffectCount> sections_{};
     std::array<QPushButton*, kEffectCount> presetButtons_{};
-    std::array<int32_t, kEffectCount> order_{
-        {kEffectPitch, kEffectModulation, kEffectRadio, kEffectDelay, kEffectReverb}};
     FxPitchControls* pitch_ = nullptr;
     QButtonGroup* modTypes_ = nullptr;
     QWidget* modTypeRow_ = nullptr;
     QLabel* modTypeCaption_ = nullptr;
     std::vector<QWidget*> advancedOnly_;
-    QWidget* column_ = nullptr;
-    QVBoxLayout* columnLayout_ = nullptr;
-    QFrame* dropLine_ = nullptr;
+    ReorderableColumn* column_ = nullptr;
     QPushButton* resetButton_ = nullptr;
     QPushButton* saveButton_ = nullptr;
 };

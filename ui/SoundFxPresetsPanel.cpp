@@ -5,6 +5,7 @@
 #include "settings/SettingsJson.h"
 #include "settings/SettingsStore.h"
 #include "ui/PresetMetaTypes.h"
+#include "ui/SoundFxPanel.h"
 
 namespace Lumora {
 
@@ -26,7 +27,10 @@ QString SoundFxPresetsPanel::emptyText() const {
 std::vector<PresetListPanel::Entry> SoundFxPresetsPanel::entriesOf(const AppSettings& s) const {
     std::vector<Entry> out;
     for (const SavedSoundFxPreset& p : s.soundFxPresets) {
-        out.push_back({QString::fromStdString(p.name), QString::fromStdString(p.description),
+        // The built-ins carry no description: say what they do instead.
+        const QString description = p.description.empty() ? SoundFxPanel::describe(p.preset)
+                                                          : QString::fromStdString(p.description);
+        out.push_back({QString::fromStdString(p.name), description,
                        QString::fromStdString(p.savedAt), false});
     }
     return out;

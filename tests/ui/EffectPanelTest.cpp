@@ -433,6 +433,27 @@ TEST(EffectPanel, LearningWithoutAnySoundFailsAndKeepsTheProfile) {
     applyLanguage(QStringLiteral("ja"));
 }
 
+TEST(EffectPanel, ForgettingTheFilterWhileLearningPutsItsChainsBack) {
+    ObsFilterState state;
+    state.analyser = makeAnalyser();
+    state.chain.prepare(48000.0, 480);
+    state.effects.prepare(48000.0, 4800);
+    state.applyEffectPreset(somePreset());
+    state.applySoundFxPreset(SoundFxPreset{});
+    EffectPanel panel(nullptr);
+    panel.setFilterState(&state);
+    ASSERT_TRUE(panel.noiseControls()->startNoiseLearning());
+    EXPECT_FALSE(panel.noiseControls()->startNoiseLearning()); // one run at a time
+    EXPECT_FALSE(state.chain.isActive());
+    EXPECT_FALSE(state.effects.isActive());
+    panel.setFilterState(nullptr); // the filter is going away
+    EXPECT_FALSE(panel.noiseControls()->learner()->isRunning());
+    EXPECT_TRUE(state.chain.isActive());
+    EXPECT_TRUE(state.effects.isActive());
+    EXPECT_FLOAT_EQ(state.chain.getParameters().gate.thresholdDb, -42.0f);
+    EXPECT_FALSE(panel.noiseControls()->learnButton()->isEnabled());
+}
+
 TEST(EffectPanel, EasyModeKeepsTheMainKnobsAndHidesTheRest) {
     EffectPanel panel(nullptr);
     panel.loadPreset(somePreset());
