@@ -7,6 +7,7 @@
 #include "module/ObsFilterState.h"
 #include "ui/CreditsDialog.h"
 #include "ui/DiagnosisFlow.h"
+#include "ui/EffectPanel.h"
 #include "ui/FxPage.h"
 #include "ui/HomePanel.h"
 #include "ui/KeyAssignPanel.h"
@@ -17,6 +18,7 @@
 #include "ui/MeterFaderWidget.h"
 #include "ui/PanelTracker.h"
 #include "ui/PresetsPage.h"
+#include "ui/PresetsPanel.h"
 #include "ui/ResultSummaryCard.h"
 #include "ui/ResultsPage.h"
 #include "ui/SoundPage.h"
@@ -149,6 +151,11 @@ void WizardDialog::detach() {
         timer_->stop();
     }
     flow_->forgetState();
+    // A noise learning run in progress gives the chains back and stops reading
+    // the analyser of the state that is about to be freed.
+    if (effectPanel_) {
+        effectPanel_->setFilterState(nullptr);
+    }
     state_ = nullptr;
     homePanel_->setLevelsAvailable(false);
 }
@@ -204,7 +211,11 @@ void WizardDialog::useSettingsStore() {
         saved.recording = preset.recording;
         saved.preset = preset;
         saved.preset.name = saved.name;
-        return state_->store->saveEffectPreset(saved);
+        const bool ok = state_->store->saveEffectPreset(saved);
+        if (effectPresets_) {
+            effectPresets_->refreshAll();
+        }
+        return ok;
     };
     presetApplied_ = [this](const EffectPreset&) {
         if (state_ && state_->store) {
@@ -219,6 +230,9 @@ void WizardDialog::useSettingsStore() {
             entry.presetApplied = false;
             entry.result = result;
             (void)state_->store->addDiagnosisHistory(entry);
+            if (effectPresets_) {
+                effectPresets_->refreshAll();
+            }
         }
     };
 }

@@ -5,6 +5,7 @@
 #include "module/ObsFilterState.h"
 #include "ui/CompressorDisplay.h"
 #include "ui/EffectPanel.h"
+#include "ui/EqCurveDisplay.h"
 #include "ui/FxPage.h"
 #include "ui/KeyAssignPanel.h"
 #include "ui/KeyAssignPresetsPanel.h"
