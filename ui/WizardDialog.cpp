@@ -191,52 +191,6 @@ void WizardDialog::setRecommendFunction(RecommendFunction recommend) {
     recommend_ = recommend ? std::move(recommend) : RecommendFunction(&Lumora::recommend);
 }
 
-// By default everything the dialog keeps goes through the filter's settings
-// store, each as one load-change-save of the file.
-void WizardDialog::useSettingsStore() {
-    keyRules_.setTarget(this);
-    keyRules_.setReader([this]() -> std::optional<AppSettings> {
-        if (!state_ || !state_->store) {
-            return std::nullopt;
-        }
-        return state_->store->load();
-    });
-    savePreset_ = [this](const QString& name, const EffectPreset& preset) {
-        if (!state_ || !state_->store) {
-            return false;
-        }
-        SavedEffectPreset saved;
-        saved.name = name.toStdString();
-        saved.description = preset.description;
-        saved.recording = preset.recording;
-        saved.preset = preset;
-        saved.preset.name = saved.name;
-        const bool ok = state_->store->saveEffectPreset(saved);
-        if (effectPresets_) {
-            effectPresets_->refreshAll();
-        }
-        return ok;
-    };
-    presetApplied_ = [this](const EffectPreset&) {
-        if (state_ && state_->store) {
-            (void)state_->store->saveAppFields({state_->isRecordingMode, state_->lastPresetName,
-                                                state_->uiScale, state_->showNumericValues});
-        }
-    };
-    recordHistory_ = [this](const DiagnosisResult& result) {
-        if (state_ && state_->store) {
-            DiagnosisHistoryEntry entry;
-            entry.timestamp = nowTimestamp();
-            entry.presetApplied = false;
-            entry.result = result;
-            (void)state_->store->addDiagnosisHistory(entry);
-            if (effectPresets_) {
-                effectPresets_->refreshAll();
-            }
-        }
-    };
-}
-
 void WizardDialog::setPresetSaver(SavePresetFunction save) {
     savePreset_ = std::move(save);
 }
@@ -521,39 +475,6 @@ bool WizardDialog::eventFilter(QObject* watched, QEvent* event) {
         keyAssign_->setLamps(keyRules_.activeSlot());
     }
     return true;
-}
-
-void WizardDialog::showKeyBadge() {
-    const KeyBadge& badge = keyRules_.badge();
-    badgeLabel_->setText(QString::fromStdString(badge.text));
-    badgeLabel_->setStyleSheet(QString::fromStdString(badge.styleSheet));
-}
-
-// What an arrow key's voice changes: the working copies and, through them, the
-// filter, exactly as an edit on the sound and FX pages would.
-EffectPreset WizardDialog::currentEffectPreset() const {
-    return working_;
-}
-SoundFxPreset WizardDialog::currentSoundFxPreset() const {
-    return workingFx_;
-}
-
-void WizardDialog::applyEffectPreset(const EffectPreset& preset) {
-    working_ = preset;
-    working_.active = true;
-    if (state_) {
-        state_->chain.setParameters(working_);
-    }
-    emit workingPresetChanged();
-}
-
-void WizardDialog::applySoundFxPreset(const SoundFxPreset& preset) {
-    workingFx_ = preset;
-    if (state_) {
-        state_->effects.setParameters(workingFx_);
-        state_->effects.setActive(fxActive_);
-    }
-    emit workingFxPresetChanged();
 }
 
 void WizardDialog::paintEvent(QPaintEvent* event) {

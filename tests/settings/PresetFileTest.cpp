@@ -1,8 +1,8 @@
 // Presets outside the settings folder: the export format and the single-preset
 // text used by the filter's procedures and the tools.
 
-#include "settings/JsonText.h"
 #include "settings/PresetFile.h"
+#include "settings/JsonText.h"
 #include "settings/SettingsJson.h"
 #include "settings/SettingsStore.h"
 
