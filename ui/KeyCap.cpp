@@ -92,7 +92,10 @@ void KeyCap::paintEvent(QPaintEvent*) {
     p.drawText(QRectF(key.left() + 5, key.top() + 27, key.width() - 10, 20), Qt::AlignCenter,
                shown);
 
-    // The lamp.
+    // The lamp; the default slot has none (it is never the active slot).
+    if (slot_ >= 4) {
+        return;
+    }
     const QPointF lampAt(key.right() - 10, key.top() + 10);
     if (lamp_) {
         QRadialGradient glow(lampAt, 9);
