@@ -1,5 +1,7 @@
 #include "ui/EffectPanel.h"
 
+#include "ui/ResetPrompt.h"
+
 #include "diagnosis/RecommendedSettings.h"
 #include "module/ObsFilterState.h"
 #include "settings/SettingsStore.h"
@@ -162,10 +164,7 @@ void EffectPanel::resetToDefaults() {
 }
 
 bool EffectPanel::confirmReset() {
-    QMessageBox box(QMessageBox::Question, tr("Reset"), tr("Reset to defaults?"),
-                    QMessageBox::Ok | QMessageBox::Cancel, this);
-    box.setDefaultButton(QMessageBox::Cancel);
-    if (box.exec() != QMessageBox::Ok) {
+    if (!confirmResetToDefaults(this)) {
         return false;
     }
     resetToDefaults();

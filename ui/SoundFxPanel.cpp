@@ -1,5 +1,7 @@
 #include "ui/SoundFxPanel.h"
 
+#include "ui/ResetPrompt.h"
+
 #include "settings/SettingsStore.h"
 #include "ui/CollapsibleSection.h"
 #include "ui/FxPitchControls.h"
@@ -511,10 +513,7 @@ void SoundFxPanel::resetToDefaults() {
 }
 
 bool SoundFxPanel::confirmReset() {
-    QMessageBox box(QMessageBox::Question, tr("Reset"), tr("Reset to defaults?"),
-                    QMessageBox::Ok | QMessageBox::Cancel, this);
-    box.setDefaultButton(QMessageBox::Cancel);
-    if (box.exec() != QMessageBox::Ok) {
+    if (!confirmResetToDefaults(this)) {
         return false;
     }
     resetToDefaults();
