@@ -98,6 +98,25 @@ void KeyAssignmentRules::reset() {
     badge_ = KeyBadge{"", kBadgeIdleStyle};
 }
 
+void KeyAssignmentRules::refreshIdle() {
+    if (activeSlot() != kNoSlot || !target_) {
+        return;
+    }
+    const std::optional<AppSettings> settings = read();
+    if (!settings) {
+        return;
+    }
+    // Like a press from idle: what the default does not name comes from the voice
+    // as it is now.
+    if (isAssigned(settings->keyAssignments.defaultKey) && !effectSnapshotPresent_) {
+        effectSnapshot_ = target_->currentEffectPreset();
+        soundFxSnapshot_ = target_->currentSoundFxPreset();
+        effectSnapshotPresent_ = true;
+        soundFxSnapshotPresent_ = true;
+    }
+    restoreDefault(settings);
+}
+
 std::optional<AppSettings> KeyAssignmentRules::read() const {
     return reader_ ? reader_() : std::nullopt;
 }

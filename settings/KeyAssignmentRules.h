@@ -66,7 +66,7 @@ std::string badgeStyle(const char* colour);
 // press (a snapshot taken when a key becomes active from the idle state).
 //
 // The settings are read afresh at every event, so edits on the key-assignment page
-// take effect at the next press.
+// take effect at the next press (and the default slot's through refreshIdle).
 class KeyAssignmentRules {
 public:
     // Reads the current settings; an empty result (no store) makes every slot
@@ -92,6 +92,10 @@ public:
 
     // Back to idle without applying anything (the dialog opening again).
     void reset();
+
+    // The assignments were edited: with no slot active, the voice the default slot
+    // now names is the one to hear, at once rather than after the next key.
+    void refreshIdle();
 
     int toggledSlot() const { return toggled_; }
     int heldSlot() const { return held_; }

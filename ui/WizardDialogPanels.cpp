@@ -165,6 +165,12 @@ void WizardDialog::installPanels() {
     connect(effectPanel_, &EffectPanel::presetSaved, effectPresets_, &PresetsPanel::refreshAll);
     connect(fxPanel_, &SoundFxPanel::presetSaved, fxPresets_, &SoundFxPresetsPanel::refresh);
     connect(keyAssign_, &KeyAssignPanel::presetSaved, keyPresets_, &KeyAssignPresetsPanel::refresh);
+    // A new default voice is heard at once when no arrow key is active.
+    connect(keyAssign_, &KeyAssignPanel::assignmentsChanged, this, [this](bool) {
+        if (!onSlotKey_) {
+            keyRules_.refreshIdle();
+        }
+    });
 }
 
 void WizardDialog::retranslatePanels() {

@@ -265,3 +265,29 @@ TEST(KeyAssignmentRules, ResetForgetsEverythingWithoutApplying) {
     f.rules.release(-1);
     EXPECT_EQ(f.rules.activeSlot(), kNoSlot);
 }
+
+TEST(KeyAssignmentRules, EditingTheDefaultSlotAppliesItAtOnceOnlyWhenIdle) {
+    Fixture f;
+    f.rules.refreshIdle(); // no default slot: nothing to apply
+    EXPECT_TRUE(f.target.log.empty());
+    f.stored.keyAssignments.defaultKey = {KeyMode::Toggle, false, true, "", "cave", ""};
+    f.rules.refreshIdle();
+    // The effect half is not named: the voice's own comes back unchanged.
+    EXPECT_EQ(f.target.log, (std::vector<std::string>{"effect:snapshot(inactive)", "fx:200"}));
+    EXPECT_FALSE(f.rules.hasSoundFxSnapshot());
+
+    // While a key is active the edit waits for the key to end.
+    f.target.log.clear();
+    f.rules.press(3);
+    f.stored.keyAssignments.defaultKey = {KeyMode::Toggle, true, true, "talk", "robot", ""};
+    f.rules.refreshIdle();
+    EXPECT_EQ(f.target.log, (std::vector<std::string>{"fx:300"}));
+    f.rules.press(3);
+    EXPECT_EQ(f.target.log, (std::vector<std::string>{"fx:300", "effect:talk", "fx:100"}));
+
+    // Without a target or settings nothing happens.
+    KeyAssignmentRules detached{[] { return std::optional<AppSettings>(); }, &f.target};
+    f.target.log.clear();
+    detached.refreshIdle();
+    EXPECT_TRUE(f.target.log.empty());
+}

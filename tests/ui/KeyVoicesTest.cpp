@@ -3,12 +3,14 @@
 #include "module/ObsFilterState.h"
 #include "settings/PresetFile.h"
 #include "ui/EffectPanel.h"
+#include "ui/KeyAssignPanel.h"
 #include "ui/Knob.h"
 #include "ui/Localisation.h"
 #include "ui/SoundFxPanel.h"
 #include "ui/WizardDialog.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QTest>
@@ -157,6 +159,27 @@ TEST_F(KeyVoices, PanelEditsReachTheFilterAtOnce) {
     const std::string fxBefore = text(state->effects.getParameters());
     turn(fxKnobs.front());
     EXPECT_NE(text(state->effects.getParameters()), fxBefore);
+}
+
+TEST_F(KeyVoices, ChoosingADefaultVoiceIsHeardAtOnceAndAfterEveryKey) {
+    auto* card = dialog->keyAssignPanel()->findChild<QWidget*>(QStringLiteral("defaultCard"));
+    ASSERT_NE(card, nullptr);
+    const QList<QComboBox*> choosers = card->findChildren<QComboBox*>();
+    ASSERT_EQ(choosers.size(), 2); // effect preset, sound-effect preset
+    QComboBox* sound = choosers[1];
+    const int deathGame = sound->findText(QStringLiteral("デスゲーム"));
+    ASSERT_GE(deathGame, 0);
+    sound->setCurrentIndex(deathGame);
+    emit sound->activated(deathGame);
+    EXPECT_TRUE(fx().pitch.enabled);
+    EXPECT_FLOAT_EQ(fx().pitch.semitonesA, 12.0f);
+    EXPECT_TRUE(state->store->load().keyAssignments.defaultKey.hasSoundFxPreset);
+
+    press(Qt::Key_Up);
+    EXPECT_TRUE(fx().radio.enabled);
+    release(Qt::Key_Up);
+    EXPECT_FALSE(fx().radio.enabled);
+    EXPECT_FLOAT_EQ(fx().pitch.semitonesA, 12.0f);
 }
 
 } // namespace Lumora
