@@ -43,8 +43,19 @@ const char kRadio[] =
     "QRadioButton::indicator { width: 12px; height: 12px; border-radius: 7px; border: 2px solid"
     " rgba(0,170,210,160); background: white; }QRadioButton::indicator:checked { background:"
     " #00AADD; border-color: #0099CC; }";
-const char kCombo[] = "QComboBox { background: white; border: 1px solid rgba(0,170,210,110);"
-                      " border-radius: 6px; padding: 3px 8px; color: #2D1B69; font-size: 9pt; }";
+// The list is styled too: inside OBS it would otherwise take the host's theme
+// (dark rows under our dark text).
+const char kCombo[] =
+    "QComboBox { background: white; border: 1px solid rgba(0,170,210,110);"
+    " border-radius: 6px; padding: 3px 24px 3px 8px; color: #2D1B69; font-size: 9pt; }"
+    "QComboBox::drop-down { subcontrol-origin: padding; subcontrol-position: center right;"
+    " width: 22px; border: none; }"
+    "QComboBox::down-arrow { image: url(:/images/chevron-down.svg); width: 12px; height: 12px; }"
+    "QComboBox QAbstractItemView { background: white; color: #2D1B69;"
+    " border: 1px solid rgba(0,170,210,160); outline: none; padding: 2px; }"
+    "QComboBox QAbstractItemView::item { color: #2D1B69; background: white; min-height: 24px;"
+    " padding: 0px 6px; }"
+    "QComboBox QAbstractItemView::item:selected { color: white; background: #4ECDC4; }";
 const char kEdit[] = "QLineEdit { background: white; border: 1px solid rgba(0,170,210,110);"
                      " border-radius: 6px; padding: 3px 8px; color: #2D1B69; font-size: 9pt; }";
 
