@@ -11,50 +11,10 @@ mkdir -p "$artifacts"
 home=$(mktemp -d)
 trap 'rm -rf "$home"' EXIT
 config=$home/.config/obs-studio
-mkdir -p "$config/plugins/lumora/bin/64bit" "$config/plugins/lumora/data" \
-         "$config/basic/scenes" "$config/basic/profiles/Lumora" "$config/logs"
-cp "$module" "$config/plugins/lumora/bin/64bit/lumora.so"
-cp -r "$data/." "$config/plugins/lumora/data/"
-
-cat > "$config/global.ini" <<INI
-[General]
-FirstRun=true
-LastVersion=486539264
-[Basic]
-Profile=Lumora
-ProfileDir=Lumora
-SceneCollection=Lumora
-SceneCollectionFile=lumora
-[BasicWindow]
-geometry=AdnQywADAAAAAAAAAAAAAAAAB38AAAQ3AAAAAAAAAAAAAAAAAAAAAAAAAAAAAAIAAAAHgA==
-INI
-cat > "$config/basic/profiles/Lumora/basic.ini" <<INI
-[General]
-Name=Lumora
-[Audio]
-SampleRate=48000
-ChannelSetup=Stereo
-INI
-cat > "$config/basic/scenes/lumora.json" <<JSON
-{
-  "name": "Lumora",
-  "current_scene": "Scene",
-  "current_program_scene": "Scene",
-  "scene_order": [{"name": "Scene"}],
-  "sources": [
-    {
-      "id": "scene", "versioned_id": "scene", "name": "Scene", "uuid": "",
-      "settings": {"items": [{"name": "Voice", "visible": true, "id": 1}], "id_counter": 1}
-    },
-    {
-      "id": "ffmpeg_source", "versioned_id": "ffmpeg_source", "name": "Voice",
-      "settings": {"local_file": "$voice", "is_local_file": true, "looping": true},
-      "filters": [{"id": "lumora_filter", "versioned_id": "lumora_filter", "name": "Tindra",
-                   "settings": {}}]
-    }
-  ]
-}
-JSON
+. "$(dirname "$0")/obs-config.sh"
+e2e_make_config "$config" "$module" "$data"
+e2e_write_scene "$config" "$voice" \
+  '[{"id": "lumora_filter", "versioned_id": "lumora_filter", "name": "Tindra", "settings": {}}]'
 
 export HOME=$home XDG_CONFIG_HOME=$home/.config LUMORA_SETTINGS_DIR=$home/lumora-settings
 export LIBGL_ALWAYS_SOFTWARE=1 QT_QPA_PLATFORM=xcb

@@ -1,0 +1,61 @@
+# Shared by the end-to-end scripts: a fresh OBS Studio configuration in a
+# throw-away home, with the built plug-in installed as a user plug-in.
+#   e2e_make_config CONFIG MODULE.so DATA_DIR
+#   e2e_write_scene CONFIG MEDIA_FILE FILTERS_JSON
+#   e2e_install_plugin CONFIG NAME FILE.so
+
+e2e_install_plugin() {
+  local config=$1 name=$2 file=$3
+  mkdir -p "$config/plugins/$name/bin/64bit" "$config/plugins/$name/data"
+  cp "$file" "$config/plugins/$name/bin/64bit/$name.so"
+}
+
+e2e_make_config() {
+  local config=$1 module=$2 data=$3
+  mkdir -p "$config/basic/scenes" "$config/basic/profiles/Lumora" "$config/logs"
+  e2e_install_plugin "$config" lumora "$module"
+  cp -r "$data/." "$config/plugins/lumora/data/"
+  cat > "$config/global.ini" <<INI
+[General]
+FirstRun=true
+LastVersion=486539264
+[Basic]
+Profile=Lumora
+ProfileDir=Lumora
+SceneCollection=Lumora
+SceneCollectionFile=lumora
+[BasicWindow]
+geometry=AdnQywADAAAAAAAAAAAAAAAAB38AAAQ3AAAAAAAAAAAAAAAAAAAAAAAAAAAAAAIAAAAHgA==
+INI
+  cat > "$config/basic/profiles/Lumora/basic.ini" <<INI
+[General]
+Name=Lumora
+[Audio]
+SampleRate=48000
+ChannelSetup=Stereo
+INI
+}
+
+# One scene holding a looping Media Source named "Voice" with the given filters.
+e2e_write_scene() {
+  local config=$1 media=$2 filters=$3
+  cat > "$config/basic/scenes/lumora.json" <<JSON
+{
+  "name": "Lumora",
+  "current_scene": "Scene",
+  "current_program_scene": "Scene",
+  "scene_order": [{"name": "Scene"}],
+  "sources": [
+    {
+      "id": "scene", "versioned_id": "scene", "name": "Scene", "uuid": "",
+      "settings": {"items": [{"name": "Voice", "visible": true, "id": 1}], "id_counter": 1}
+    },
+    {
+      "id": "ffmpeg_source", "versioned_id": "ffmpeg_source", "name": "Voice",
+      "settings": {"local_file": "$media", "is_local_file": true, "looping": true},
+      "filters": $filters
+    }
+  ]
+}
+JSON
+}

@@ -1,0 +1,176 @@
+#!/usr/bin/env bash
+# End to end in Debian's real OBS Studio under Xvfb: switching voices with the
+# arrow keys and keeping them across a restart, measured on what the source outputs.
+#
+# A looping Media Source plays recorded speech through Tindra and then through a
+# test-only tap filter that records the source's output. With the dialog open:
+#   1. holding Up (a momentary key: pitch shift and radio) changes the output's
+#      spectrum, and releasing it brings the dry voice back;
+#   2. choosing "デスゲーム" as the default voice on the key-assignment page
+#      changes the output at once;
+# then OBS quits through its Exit button and starts again:
+#   3. without touching the dialog the output is the default voice again;
+#   4. holding Up in the new dialog sounds as it did before the restart.
+# Cuts of the recording are compared by their octave-band spectra.
+#   obs-voice-switch.sh MODULE.so DATA_DIR TAP.so MEASURE_TOOL ARTIFACT_DIR
+set -euo pipefail
+module=$1 data=$2 tap=$3 measure=$4 artifacts=$5
+voice=/usr/share/sounds/alsa/Front_Center.wav
+mkdir -p "$artifacts"
+rm -f "$artifacts"/*.png "$artifacts"/*.txt
+
+home=$(mktemp -d)
+trap 'rm -rf "$home"' EXIT
+config=$home/.config/obs-studio
+output=$home/output.f32
+. "$(dirname "$0")/obs-config.sh"
+e2e_make_config "$config" "$module" "$data"
+e2e_install_plugin "$config" lumora-test-tap "$tap"
+e2e_write_scene "$config" "$voice" "[
+  {\"id\": \"lumora_filter\", \"versioned_id\": \"lumora_filter\", \"name\": \"Tindra\", \"settings\": {}},
+  {\"id\": \"lumora_test_tap\", \"versioned_id\": \"lumora_test_tap\", \"name\": \"Tap\",
+   \"settings\": {\"path\": \"$output\"}}]"
+
+export HOME=$home XDG_CONFIG_HOME=$home/.config LUMORA_SETTINGS_DIR=$home/lumora-settings
+export LIBGL_ALWAYS_SOFTWARE=1 QT_QPA_PLATFORM=xcb
+export config artifacts output
+cat > "$home/session.sh" <<'RUN'
+set -u
+marks=$artifacts/cuts.txt
+: > "$marks"
+pid=
+
+# Samples recorded so far (one float per sample of the first channel).
+position() { echo $(( $(stat -c %s "$output" 2>/dev/null || echo 0) / 4 )); }
+# Records SECONDS of output as the cut NAME.
+cut() {
+  local from; from=$(position)
+  sleep "$2"
+  echo "$1 $from $(position)" >> "$marks"
+}
+shot() { import -window root "$artifacts/$1.png" 2>/dev/null || true; }
+fail() { echo "$1"; shot failure; kill "$pid" 2>/dev/null; exit 1; }
+
+start_obs() {
+  local before; before=$(ls "$config"/logs | wc -l)
+  obs --disable-updater --disable-shutdown-check >>"$artifacts/obs-stdout.txt" 2>&1 &
+  pid=$!
+  for _ in $(seq 1 90); do
+    sleep 1
+    kill -0 "$pid" 2>/dev/null || fail "OBS ended while starting"
+    local log; log=$(ls -t "$config"/logs/*.txt 2>/dev/null | head -1)
+    if [ "$(ls "$config"/logs | wc -l)" -gt "$before" ] &&
+       grep -q "\[Lumora\] filter created" "$log"; then
+      # Let the media source play for a while before anything is measured.
+      local start; start=$(position)
+      sleep 4
+      [ $(( $(position) - start )) -gt 96000 ] || fail "the voice source is not playing"
+      win=$(xdotool search --name "OBS [0-9]" | head -1)
+      xdotool windowmove "$win" 0 0 windowsize "$win" 1600 1000
+      sleep 2
+      return
+    fi
+  done
+  fail "Tindra was not created within 90 s"
+}
+
+# What a user does: select the voice source, open its filters, press "Open".
+# Keys go to the dialog once it has the input focus.
+open_dialog() {
+  xdotool mousemove 372 803 click 1; sleep 1
+  xdotool mousemove 372 721 click 1; sleep 3
+  xdotool mousemove 680 456 click 1; sleep 3
+  dialog=$(xdotool search --name "^Tindra$" | head -1)
+  [ -n "$dialog" ] || fail "the dialog did not open"
+  xdotool windowfocus --sync "$dialog"
+  eval "$(xdotool getwindowgeometry --shell "$dialog")"
+  dx=$X dy=$Y
+}
+click_dialog() {
+  xdotool mousemove $((dx + $1)) $((dy + $2))
+  sleep 0.3
+  xdotool click 1
+  sleep 1
+  [ -z "${3:-}" ] || shot "$3"
+}
+
+hold_up() {
+  xdotool keydown Up
+  sleep 0.5
+  cut "$1" 3
+  shot "$1"
+  xdotool keyup Up
+  sleep 0.5
+}
+
+quit_obs() {
+  xdotool windowfocus --sync "$win"
+  xdotool mousemove 1453 955 click 1 # the Controls dock's "Exit"
+  for _ in $(seq 1 30); do
+    kill -0 "$pid" 2>/dev/null || { wait "$pid"; return; }
+    sleep 1
+  done
+  fail "OBS did not quit"
+}
+
+# First run: keys switch the voice; the default voice is chosen and saved.
+start_obs
+cut dry 3
+open_dialog
+shot dialog-open
+hold_up held-up
+cut released 3
+click_dialog 375 740 presets-page         # "Presets"
+click_dialog 440 75 assignments-page      # its key-assignment sub-page
+click_dialog 247 240 default-card         # the plate's "Default": shows the default card
+click_dialog 290 662 default-chooser-open # the default card's sound-effect chooser
+xdotool key Down Down Return # (none) -> the first built-in -> "デスゲーム"
+sleep 1
+cut default-voice 3
+shot default-chosen
+quit_obs
+
+# Second run: the same configuration and settings folder.
+start_obs
+cut after-restart 3
+open_dialog
+shot dialog-after-restart
+hold_up held-up-after-restart
+click_dialog 375 740
+click_dialog 440 75 assignments-after-restart
+click_dialog 247 240 default-card-after-restart # still "デスゲーム"
+quit_obs
+RUN
+
+status=0
+# -r: no auto-repeat. Qt recognises a held key's repeats by their paired release
+# and press arriving together; on a busy virtual display they can come apart and
+# read as the key being let go, which a held momentary key must not see here.
+xvfb-run -a -s "-screen 0 1600x1000x24 -r" bash "$home/session.sh" || status=$?
+n=0
+while IFS= read -r log; do
+  n=$((n + 1))
+  cp "$config/logs/$log" "$artifacts/obs-log-$n.txt"
+done < <(ls -tr "$config"/logs)
+[ "$status" -eq 0 ] || { echo "the OBS session failed (status $status)"; exit 1; }
+
+for n in 1 2; do
+  log=$artifacts/obs-log-$n.txt
+  for line in "\[Lumora\] filter created (sr=48000 ch=2)" "\[Lumora\] filter destroyed" \
+              "Number of memory leaks: 0"; do
+    if grep -q "$line" "$log"; then echo "ok: run $n logged: $line"
+    else echo "missing in the log of run $n: $line"; status=1; fi
+  done
+done
+
+args=()
+while read -r name from to; do args+=("$name=$output:$from:$to"); done < "$artifacts/cuts.txt"
+# Held Up, the radio's band-pass and the shifted pitch move every octave band;
+# the default voice (a pitch shift an octave up and down) moves them less.
+if "$measure" "${args[@]}" \
+    --differ dry,held-up,6 --same dry,released,2 \
+    --differ dry,default-voice,4 --same default-voice,after-restart,2 \
+    --differ dry,after-restart,4 --same held-up,held-up-after-restart,2 \
+    | tee "$artifacts/measurements.txt"; then :; else status=1; fi
+cp -r "$home/lumora-settings" "$artifacts/" 2>/dev/null || true
+exit $status
