@@ -73,23 +73,6 @@ void DiagnosisAnalyser::MeterDeleter::operator()(LoudnessMeter* meter) const {
 }
 
 DiagnosisAnalyser::DiagnosisAnalyser() : capture_(new float[kCaptureSize]()) {
-    // The FFT's twiddles and bit-reversal order do not depend on the rate.
-    for (int k = 0; k < kFftSize / 2; ++k) {
-        const double phase = 2.0 * kPi * k / kFftSize;
-        twiddleRe_[static_cast<size_t>(k)] = static_cast<float>(std::cos(phase));
-        twiddleIm_[static_cast<size_t>(k)] = static_cast<float>(-std::sin(phase));
-    }
-    int bits = 0;
-    while ((1 << bits) < kFftSize) {
-        ++bits;
-    }
-    for (int i = 0; i < kFftSize; ++i) {
-        int r = 0;
-        for (int b = 0; b < bits; ++b) {
-            r |= ((i >> b) & 1) << (bits - 1 - b);
-        }
-        bitReverse_[static_cast<size_t>(i)] = static_cast<uint16_t>(r);
-    }
     for (int i = 0; i < kFftSize; ++i) {
         window_[static_cast<size_t>(i)] =
             static_cast<float>(0.5 * (1.0 - std::cos(2.0 * kPi * i / (kFftSize - 1))));
@@ -311,32 +294,12 @@ void DiagnosisAnalyser::process(const float* samples, int n) {
 
 void DiagnosisAnalyser::computeSpectrum() {
     // Oldest sample first: the write position is where the oldest one sits.
-    // Loaded in bit-reversed order, so the butterflies below run in place.
     for (int i = 0; i < kFftSize; ++i) {
         const size_t src = static_cast<size_t>((specWrite_ + i) & (kFftSize - 1));
-        const size_t dst = bitReverse_[static_cast<size_t>(i)];
-        fftRe_[dst] = specRing_[src] * window_[static_cast<size_t>(i)];
-        fftIm_[dst] = 0.0f;
+        fftRe_[static_cast<size_t>(i)] = specRing_[src] * window_[static_cast<size_t>(i)];
     }
-    // Iterative radix-2 decimation in time, no scaling.
-    for (int size = 2; size <= kFftSize; size *= 2) {
-        const int half = size / 2;
-        const int step = kFftSize / size;
-        for (int startAt = 0; startAt < kFftSize; startAt += size) {
-            for (int k = 0; k < half; ++k) {
-                const float wr = twiddleRe_[static_cast<size_t>(k * step)];
-                const float wi = twiddleIm_[static_cast<size_t>(k * step)];
-                const size_t a = static_cast<size_t>(startAt + k);
-                const size_t b = a + static_cast<size_t>(half);
-                const float tr = fftRe_[b] * wr - fftIm_[b] * wi;
-                const float ti = fftRe_[b] * wi + fftIm_[b] * wr;
-                fftRe_[b] = fftRe_[a] - tr;
-                fftIm_[b] = fftIm_[a] - ti;
-                fftRe_[a] += tr;
-                fftIm_[a] += ti;
-            }
-        }
-    }
+    fftIm_.fill(0.0f);
+    fft_.forward(fftRe_.data(), fftIm_.data());
     for (int band = 0; band < kSpectrumBandCount; ++band) {
         const int lo = bandLo_[static_cast<size_t>(band)];
         const int hi = bandHi_[static_cast<size_t>(band)];

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "diagnosis/AudioMetrics.h"
+#include "dsp/Fft.h"
 
 #include <array>
 #include <atomic>
@@ -79,9 +80,7 @@ private:
     std::array<int, kSpectrumBandCount> bandLo_{};
     std::array<int, kSpectrumBandCount> bandHi_{};
     std::array<float, kFftSize> window_{};
-    std::array<float, kFftSize / 2> twiddleRe_{};
-    std::array<float, kFftSize / 2> twiddleIm_{};
-    std::array<uint16_t, kFftSize> bitReverse_{};
+    Fft fft_{kFftSize};
 
     // Audio-thread state.
     double smoothedMs_ = 0.0;
