@@ -22,6 +22,7 @@
 #include <QRadioButton>
 #include <QScrollArea>
 #include <QSignalBlocker>
+#include <QStyledItemDelegate>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -52,10 +53,12 @@ const char kCombo[] =
     " width: 22px; border: none; }"
     "QComboBox::down-arrow { image: url(:/images/chevron-down.svg); width: 12px; height: 12px; }"
     "QComboBox QAbstractItemView { background: white; color: #2D1B69;"
-    " border: 1px solid rgba(0,170,210,160); outline: none; padding: 2px; }"
+    " border: 1px solid rgba(0,170,210,160); outline: none; padding: 2px;"
+    " selection-background-color: #4ECDC4; selection-color: white; }"
     "QComboBox QAbstractItemView::item { color: #2D1B69; background: white; min-height: 24px;"
     " padding: 0px 6px; }"
-    "QComboBox QAbstractItemView::item:selected { color: white; background: #4ECDC4; }";
+    "QComboBox QAbstractItemView::item:selected, QComboBox QAbstractItemView::item:hover"
+    " { color: white; background: #4ECDC4; }";
 const char kEdit[] = "QLineEdit { background: white; border: 1px solid rgba(0,170,210,110);"
                      " border-radius: 6px; padding: 3px 8px; color: #2D1B69; font-size: 9pt; }";
 
@@ -77,6 +80,9 @@ QLabel* fieldLabel(QWidget* parent) {
 
 QComboBox* chooser(QWidget* parent) {
     auto* box = new QComboBox(parent);
+    // The host's style may draw the list as a menu in its own colours; an item
+    // delegate makes the list's rows follow the style sheet above.
+    box->setItemDelegate(new QStyledItemDelegate(box));
     box->setStyleSheet(QLatin1String(kCombo));
     box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     box->setMinimumContentsLength(12);
