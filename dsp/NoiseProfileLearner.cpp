@@ -34,6 +34,9 @@ void NoiseProfileLearner::prepare(double sampleRate) {
 void NoiseProfileLearner::reset() {
     frame_.fill(0.0f);
     powerSum_.fill(0.0);
+    groupSum_.fill(0.0);
+    groupFrames_ = 0;
+    groupMeans_.clear();
     position_ = 0;
     frames_ = 0;
     primed_ = false;
@@ -62,9 +65,33 @@ void NoiseProfileLearner::analyseFrame() {
     }
     fft_.forward(re_.data(), im_.data());
     for (int k = 0; k < kBins; ++k) {
-        powerSum_[k] += static_cast<double>(re_[k]) * re_[k] + static_cast<double>(im_[k]) * im_[k];
+        const double power =
+            static_cast<double>(re_[k]) * re_[k] + static_cast<double>(im_[k]) * im_[k];
+        powerSum_[k] += power;
+        groupSum_[k] += power;
     }
     ++frames_;
+    if (++groupFrames_ == kGroupFrames) {
+        groupMeans_.push_back(bandMeans(groupSum_, groupFrames_));
+        groupSum_.fill(0.0);
+        groupFrames_ = 0;
+    }
+}
+
+std::array<double, kProfileBandCount>
+NoiseProfileLearner::bandMeans(const std::array<double, kBins>& sums, int frames) const {
+    std::array<double, kProfileBandCount> out{};
+    for (int b = 0; b < kProfileBandCount; ++b) {
+        if (lastBin_[b] < firstBin_[b] || frames == 0) {
+            continue;
+        }
+        double sum = 0.0;
+        for (int k = firstBin_[b]; k <= lastBin_[b]; ++k) {
+            sum += sums[k];
+        }
+        out[b] = sum / ((lastBin_[b] - firstBin_[b] + 1) * double(frames));
+    }
+    return out;
 }
 
 std::array<float, kProfileBandCount> NoiseProfileLearner::profileDb(float marginDb) const {
@@ -72,15 +99,24 @@ std::array<float, kProfileBandCount> NoiseProfileLearner::profileDb(float margin
     if (frames_ == 0) {
         return out;
     }
+    std::array<double, kProfileBandCount> level = bandMeans(powerSum_, frames_);
+    const size_t groups = groupMeans_.size();
+    if (groups >= 3) {
+        std::vector<double> column(groups);
+        for (int b = 0; b < kProfileBandCount; ++b) {
+            for (size_t g = 0; g < groups; ++g) {
+                column[g] = groupMeans_[g][b];
+            }
+            std::sort(column.begin(), column.end());
+            level[b] = groups % 2 ? column[groups / 2]
+                                  : 0.5 * (column[groups / 2 - 1] + column[groups / 2]);
+        }
+    }
     for (int b = 0; b < kProfileBandCount; ++b) {
         if (lastBin_[b] < firstBin_[b]) {
             continue;
         }
-        double sum = 0.0;
-        for (int k = firstBin_[b]; k <= lastBin_[b]; ++k) {
-            sum += powerSum_[k];
-        }
-        const double mean = sum / ((lastBin_[b] - firstBin_[b] + 1) * double(frames_));
+        const double mean = level[b];
         const double db = mean > 0.0 ? 10.0 * std::log10(mean / kPowerScale) + marginDb : -96.0;
         out[b] = static_cast<float>(std::clamp(db, -96.0, 0.0));
     }

@@ -92,3 +92,31 @@ TEST(NoiseProfileLearner, LearnedHumIsRemovedByTheReducer) {
     const double after = rms(signal.data() + rate, rate);
     EXPECT_LT(20.0 * std::log10(after / before), -20.0);
 }
+
+TEST(NoiseProfileLearner, ADoorSlamDuringTheTakeDoesNotRaiseTheProfile) {
+    const auto room = whiteNoise(48000 * 3, 0.001f, 5);
+    NoiseProfileLearner quiet;
+    quiet.prepare(48000.0);
+    quiet.process(room.data(), static_cast<int>(room.size()));
+
+    // 100 ms some 50 dB above the room, a second into the take.
+    auto slammed = room;
+    const auto slam = whiteNoise(4800, 0.3f, 6);
+    for (size_t i = 0; i < slam.size(); ++i) {
+        slammed[48000 + i] += slam[i];
+    }
+    NoiseProfileLearner learner;
+    learner.prepare(48000.0);
+    learner.process(slammed.data(), static_cast<int>(slammed.size()));
+
+    const auto expected = quiet.profileDb();
+    const auto profile = learner.profileDb();
+    for (int b = 8; b < kProfileBandCount; ++b) {
+        EXPECT_NEAR(profile[b], expected[b], 1.5f) << "band " << b;
+    }
+    // Too short a take for groups: the plain mean, slam and all.
+    NoiseProfileLearner brief;
+    brief.prepare(48000.0);
+    brief.process(slammed.data() + 40000, 24000);
+    EXPECT_GT(brief.profileDb()[40], expected[40] + 20.0f);
+}
