@@ -86,10 +86,15 @@ open_dialog() {
   eval "$(xdotool getwindowgeometry --shell "$dialog")"
   dx=$X dy=$Y
 }
+# A press and a release apart by a human's moment: under Xvfb a release sent
+# straight after its press has been seen to go missing, leaving the button held
+# down and unclicked.
 click_dialog() {
   xdotool mousemove $((dx + $1)) $((dy + $2))
   sleep 0.3
-  xdotool click 1
+  xdotool mousedown 1
+  sleep 0.15
+  xdotool mouseup 1
   sleep 1
   [ -z "${3:-}" ] || shot "$3"
 }
@@ -123,9 +128,16 @@ cut released 3
 click_dialog 375 740 presets-page         # "Presets"
 click_dialog 440 75 assignments-page      # its key-assignment sub-page
 click_dialog 247 240 default-card         # the plate's "Default": shows the default card
+# The default card is the page's last: scrolled to the end, it stands in the
+# same place however far the click above scrolled.
+xdotool mousemove $((dx + 247)) $((dy + 400))
+for _ in 1 2 3 4 5 6 7 8; do xdotool click 5; sleep 0.1; done
+sleep 0.5
 click_dialog 290 662 default-chooser-open # the default card's sound-effect chooser
 xdotool key Down Down Return # (none) -> the first built-in -> "デスゲーム"
 sleep 1
+grep -A6 '"defaultKey"' "$LUMORA_SETTINGS_DIR/settings.json" |
+  grep -q '"soundFxPresetName": "デスゲーム"' || fail "デスゲーム was not saved as the default voice"
 cut default-voice 3
 shot default-chosen
 quit_obs
