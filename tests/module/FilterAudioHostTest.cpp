@@ -132,6 +132,9 @@ TEST(FilterAudioHost, HundredCreateDestroyCyclesLeaveNothingBehind) {
             obs_wait_for_destroy_queue();
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
         }
+        // Our destroy callback runs before libobs frees the source's own
+        // buffers, which it does afterwards on its destroy queue.
+        obs_wait_for_destroy_queue();
     };
     cycle(); // warm up lazily created host state
     settle();
@@ -145,9 +148,16 @@ TEST(FilterAudioHost, HundredCreateDestroyCyclesLeaveNothingBehind) {
     settle();
     EXPECT_EQ(countLines("[Lumora] filter created") - created, 100);
     EXPECT_EQ(countLines("[Lumora] filter destroyed") - destroyed, 100);
-    // libobs's own threads allocate a little now and then; a leak per cycle would
-    // show as a hundred or more.
-    EXPECT_LT(bnum_allocs(), obsAllocs + 10);
+    // libobs's own threads allocate a little now and then and, on a loaded
+    // machine, may still be finishing a release: they get a moment to come back.
+    // A leak per cycle would show as a hundred or more and never come back.
+    long extraAllocs = bnum_allocs() - obsAllocs;
+    for (int i = 0; i < 100 && extraAllocs >= 10; ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        obs_wait_for_destroy_queue();
+        extraAllocs = bnum_allocs() - obsAllocs;
+    }
+    EXPECT_LT(extraAllocs, 10);
     // One filter instance holds well over a megabyte (analyser rings, delay lines):
     // a leak of even one instance per cycle would show as 100 MB here.
     const long grown = static_cast<long>(mallinfo2().uordblks) - static_cast<long>(heap);
