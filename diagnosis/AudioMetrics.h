@@ -18,6 +18,12 @@ struct AudioMetrics {
     float highBandDb = -96.0f;
     bool clipped = false;
     uint64_t blockCount = 0;
+    // Held like the peak: the loudest 10 ms of the voice below 100 Hz, where a
+    // plosive's breath hitting the capsule puts its energy.
+    float lowBurstDb = -96.0f;
+    // Counts the analyser's take restarts: a snapshot older than the take's
+    // restart still carries the previous take's held values.
+    uint32_t heldEpoch = 0;
     float momentaryLufs = -70.0f;
     float shortTermLufs = -70.0f;
     std::array<float, kSpectrumBandCount> spectrumDb = [] {
@@ -39,6 +45,12 @@ struct StepStats {
     bool clipped = false;
     int32_t count = 0;
     bool valid = false;
+    // Measures over active speech: the snapshots whose block level lies within
+    // 20 dB of the take's 90th percentile (a pause or the room is not speech).
+    float lowBurstMax = -96.0f;    // maximum of the held low-frequency burst
+    float activeLowDb = -96.0f;    // energy mean of the low band over active speech
+    float activeMidDb = -96.0f;    // energy mean of the mid band over active speech
+    float activeLevelP10 = -96.0f; // 10th percentile of active block levels
 };
 
 } // namespace Lumora

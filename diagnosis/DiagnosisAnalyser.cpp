@@ -20,6 +20,12 @@ constexpr double kSmoothingSeconds = 0.3;
 constexpr double kPeakDecaySeconds = 1.5;
 constexpr double kLowBandHz = 500.0;
 constexpr double kHighBandHz = 4000.0;
+// A plosive's breath on the capsule is a pressure wave with its energy mostly
+// below 60 Hz. At 150 Hz a low male voice's fundamental (the CMU speaker's
+// "numbers") read 12-14 dB over the same voice elsewhere without any pop; at
+// 100 Hz (fourth order) the fundamental falls off and the whole pop stays.
+constexpr double kBurstBandHz = 100.0;
+constexpr double kBurstWindowSeconds = 0.01;
 
 // 20·log10(x), never below -96; -96 also stands for "nothing there" (x ≤ 0).
 float toDb(double x) {
@@ -59,7 +65,25 @@ void designBand(double rate, double hz, bool highPass, double& b0, double& b1, d
     a2 = (1.0 - alpha) / a0;
 }
 
+double powerResponse(double rate, double bandHz, bool highPass, double hz) {
+    double b0, b1, b2, a1, a2;
+    designBand(rate, bandHz, highPass, b0, b1, b2, a1, a2);
+    const double w = 2.0 * kPi * hz / rate;
+    const double c1 = std::cos(w), s1 = std::sin(w), c2 = std::cos(2.0 * w), s2 = std::sin(2.0 * w);
+    const double nr = b0 + b1 * c1 + b2 * c2, ni = -(b1 * s1 + b2 * s2);
+    const double dr = 1.0 + a1 * c1 + a2 * c2, di = -(a1 * s1 + a2 * s2);
+    return (nr * nr + ni * ni) / (dr * dr + di * di);
+}
+
 } // namespace
+
+double DiagnosisAnalyser::lowBandPower(double rate, double hz) {
+    return powerResponse(rate, kLowBandHz, false, hz);
+}
+
+double DiagnosisAnalyser::highBandPower(double rate, double hz) {
+    return powerResponse(rate, kHighBandHz, true, hz);
+}
 
 struct DiagnosisAnalyser::LoudnessMeter {
     ebur128_state* state = nullptr;
@@ -91,6 +115,7 @@ void DiagnosisAnalyser::resetPublished() {
     midBandDb_.store(kFloorDb, std::memory_order_relaxed);
     highBandDb_.store(kFloorDb, std::memory_order_relaxed);
     clipped_.store(false, std::memory_order_relaxed);
+    lowBurstDb_.store(kFloorDb, std::memory_order_relaxed);
     momentaryLufs_.store(kMinLufs, std::memory_order_relaxed);
     shortTermLufs_.store(kMinLufs, std::memory_order_relaxed);
     for (auto& band : spectrumDb_) {
@@ -114,6 +139,18 @@ void DiagnosisAnalyser::prepare(double sampleRate) {
                lowPass_.a2);
     designBand(rate, kHighBandHz, true, highPass_.b0, highPass_.b1, highPass_.b2, highPass_.a1,
                highPass_.a2);
+    for (Biquad& section : burstPass_) {
+        section = Biquad{};
+        designBand(rate, kBurstBandHz, false, section.b0, section.b1, section.b2, section.a1,
+                   section.a2);
+    }
+    burstWindow_ = std::max(1, static_cast<int>(std::lround(rate * kBurstWindowSeconds)));
+    burstDecay_ = std::pow(std::exp(-1.0 / (rate * kPeakDecaySeconds)), 2.0 * burstWindow_);
+    burstSum_ = 0.0;
+    burstFill_ = 0;
+    heldBurst_ = 0.0;
+    honouredEpoch_ = requestedEpoch_.load(std::memory_order_acquire);
+    heldEpoch_.store(honouredEpoch_, std::memory_order_relaxed);
 
     // Logarithmic bands from 20 Hz to Nyquist over the 1024-point FFT's bins.
     const double base = (rate / 2.0) / 20.0;
@@ -165,6 +202,15 @@ void DiagnosisAnalyser::process(const float* samples, int n) {
     }
     DenormalGuard denormals;
 
+    const uint32_t epoch = requestedEpoch_.load(std::memory_order_acquire);
+    if (epoch != honouredEpoch_) {
+        honouredEpoch_ = epoch;
+        heldPeak_ = 0.0;
+        heldBurst_ = 0.0;
+        burstSum_ = 0.0;
+        burstFill_ = 0;
+    }
+
     // The capture either takes the whole block or none of it, decided up front.
     const uint64_t captureAt = captureWrite_.load(std::memory_order_relaxed);
     bool capture = false;
@@ -198,6 +244,7 @@ void DiagnosisAnalyser::process(const float* samples, int n) {
             sumLow += lo * lo;
             const double hi = highPass_.run(d);
             sumHigh += hi * hi;
+            trackLowBursts(d);
         }
         if (meter_) {
             ebur128_add_frames_float(meter_->state, x, static_cast<size_t>(m));
@@ -259,6 +306,10 @@ void DiagnosisAnalyser::process(const float* samples, int n) {
     midBandDb_.store(toDb(mid), std::memory_order_relaxed);
     highBandDb_.store(toDb(std::sqrt(highMs)), std::memory_order_relaxed);
     clipped_.store(clipped, std::memory_order_relaxed);
+    lowBurstDb_.store(toDb(std::sqrt(heldBurst_)), std::memory_order_relaxed);
+    // Released after the held values: a reader that sees the new epoch sees
+    // the restarted peak and burst with it.
+    heldEpoch_.store(honouredEpoch_, std::memory_order_release);
     blockCount_.fetch_add(1, std::memory_order_release);
 
     // libebur128 sums its whole window (400 ms and 3 s of samples) on every
@@ -292,6 +343,28 @@ void DiagnosisAnalyser::process(const float* samples, int n) {
     }
 }
 
+// The mean square below 100 Hz over consecutive 10 ms windows, whatever the
+// block size; the loudest window is held and decays like the peak (the decay
+// is applied per window, as a mean square falls at twice the amplitude's rate).
+void DiagnosisAnalyser::trackLowBursts(double x) {
+    const double low = burstPass_[1].run(burstPass_[0].run(x));
+    burstSum_ += low * low;
+    if (++burstFill_ < burstWindow_) {
+        return;
+    }
+    const double ms = burstSum_ / burstWindow_;
+    burstSum_ = 0.0;
+    burstFill_ = 0;
+    heldBurst_ *= burstDecay_;
+    if (ms > heldBurst_) {
+        heldBurst_ = ms;
+    }
+}
+
+uint32_t DiagnosisAnalyser::restartHeld() {
+    return requestedEpoch_.fetch_add(1, std::memory_order_acq_rel) + 1;
+}
+
 void DiagnosisAnalyser::computeSpectrum() {
     // Oldest sample first: the write position is where the oldest one sits.
     for (int i = 0; i < kFftSize; ++i) {
@@ -319,6 +392,7 @@ void DiagnosisAnalyser::computeSpectrum() {
 
 AudioMetrics DiagnosisAnalyser::snapshot() const {
     AudioMetrics m;
+    m.heldEpoch = heldEpoch_.load(std::memory_order_acquire);
     m.blockCount = blockCount_.load(std::memory_order_acquire);
     m.smoothedLevelDb = smoothedLevelDb_.load(std::memory_order_relaxed);
     m.blockLevelDb = blockLevelDb_.load(std::memory_order_relaxed);
@@ -328,6 +402,7 @@ AudioMetrics DiagnosisAnalyser::snapshot() const {
     m.midBandDb = midBandDb_.load(std::memory_order_relaxed);
     m.highBandDb = highBandDb_.load(std::memory_order_relaxed);
     m.clipped = clipped_.load(std::memory_order_relaxed);
+    m.lowBurstDb = lowBurstDb_.load(std::memory_order_relaxed);
     m.momentaryLufs = momentaryLufs_.load(std::memory_order_relaxed);
     m.shortTermLufs = shortTermLufs_.load(std::memory_order_relaxed);
     for (size_t i = 0; i < m.spectrumDb.size(); ++i) {

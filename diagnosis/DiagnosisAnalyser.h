@@ -41,10 +41,22 @@ public:
 
     AudioMetrics snapshot() const;
 
+    // Starts a new take: the held measures (peak, low-frequency burst) forget
+    // what earlier takes left in them, from the next block on. Returns the
+    // epoch that snapshots taken after the restart carry (`heldEpoch`), so a
+    // caller can tell a snapshot of the new take from a stale one whatever
+    // the audio thread's timing. Any thread but the audio thread.
+    uint32_t restartHeld();
+
     // Copies up to `max` captured samples, oldest first, and frees their room.
     size_t readCapture(float* dest, size_t max);
     void setRecording(bool on) { recording_.store(on, std::memory_order_release); }
     bool isRecording() const { return recording_.load(std::memory_order_acquire); }
+
+    // The power response |H|^2 at `hz` of the low band's 500 Hz low-pass and
+    // the high band's 4 kHz high-pass at `rate`: what the band levels weigh.
+    static double lowBandPower(double rate, double hz);
+    static double highBandPower(double rate, double hz);
 
     double sampleRate() const { return sampleRate_; }
     bool hasLoudnessMeter() const { return meter_ != nullptr; }
@@ -72,6 +84,7 @@ private:
 
     void resetPublished();
     void computeSpectrum();
+    void trackLowBursts(double x);
 
     // Configuration, set in prepare.
     double sampleRate_ = 48000.0;
@@ -87,6 +100,14 @@ private:
     double heldPeak_ = 0.0;
     Biquad lowPass_;
     Biquad highPass_;
+    // Fourth order (two sections) below 100 Hz, summed over 10 ms windows.
+    Biquad burstPass_[2];
+    double burstSum_ = 0.0;
+    int burstFill_ = 0;
+    int burstWindow_ = 480;
+    double heldBurst_ = 0.0;  // mean square, held and decayed like the peak
+    double burstDecay_ = 1.0; // the peak's decay over one window
+    uint32_t honouredEpoch_ = 0;
     std::array<float, kNoiseRingSize> noiseRing_{};
     int noiseIndex_ = 0;
     uint64_t noiseBlocks_ = 0;
@@ -113,12 +134,15 @@ private:
     std::atomic<float> highBandDb_{-96.0f};
     std::atomic<bool> clipped_{false};
     std::atomic<uint64_t> blockCount_{0};
+    std::atomic<float> lowBurstDb_{-96.0f};
+    std::atomic<uint32_t> heldEpoch_{0};
     std::atomic<float> momentaryLufs_{-70.0f};
     std::atomic<float> shortTermLufs_{-70.0f};
     std::array<std::atomic<float>, kSpectrumBandCount> spectrumDb_;
     alignas(64) std::atomic<uint64_t> captureWrite_{0};
     alignas(64) std::atomic<uint64_t> captureRead_{0};
     std::atomic<bool> recording_{false};
+    std::atomic<uint32_t> requestedEpoch_{0};
 };
 
 } // namespace Lumora

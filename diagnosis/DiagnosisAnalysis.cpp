@@ -2,6 +2,10 @@
 
 #include "diagnosis/DiagnosisVerdicts.h"
 #include "diagnosis/StepSummary.h"
+#include "dsp/NoiseProfileLearner.h"
+
+#include <algorithm>
+#include <memory>
 
 #include <chrono>
 #include <exception>
@@ -21,14 +25,18 @@ DiagnosisResult analyse(const DiagnosisSession& session) {
 
     DiagnosisResult result = judge(takes, session.micType);
 
-    const auto& silence = lists[kStepSilence];
-    if (!silence.empty()) {
-        std::vector<float> band(silence.size());
-        for (size_t b = 0; b < result.noiseSpectrum.size(); ++b) {
-            for (size_t i = 0; i < silence.size(); ++i) {
-                band[i] = silence[i].spectrumDb[b];
-            }
-            result.noiseSpectrum[b] = medianOf(band);
+    // One noise estimator for the whole product: the reducer's profile comes
+    // from the silence take's own audio, measured exactly as noise learning
+    // and `lumora-cli learn-noise` measure it. (A median of the meter's
+    // spectrum snapshots reads 2-4 dB low where a band holds one FFT bin.)
+    if (!session.silenceAudio.empty()) {
+        auto learner = std::make_unique<NoiseProfileLearner>();
+        learner->prepare(session.sampleRate);
+        learner->process(session.silenceAudio.data(),
+                         static_cast<int>(session.silenceAudio.size()));
+        if (learner->framesSeen() > 0) {
+            const auto profile = learner->profileDb();
+            std::copy(profile.begin(), profile.end(), result.noiseSpectrum.begin());
         }
     }
     return result;

@@ -9,8 +9,8 @@
 namespace Lumora {
 
 // Summarises the takes (normal, loud, soft, silence, then plosive), judges them,
-// and fills the noise spectrum with each band's median over the silence take
-// (-96 everywhere when that take is empty). Pure: safe on any thread.
+// and learns the room's noise profile from the silence take's audio (-96
+// everywhere when none was captured). Pure: safe on any thread.
 DiagnosisResult analyse(const DiagnosisSession& session);
 
 // Runs `analyse` on a thread of its own (std::async, launch::async) over a copy

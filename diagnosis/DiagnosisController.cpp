@@ -74,6 +74,14 @@ DiagnosisController::DiagnosisController() {
     reset();
 }
 
+void DiagnosisController::appendSilenceAudio(const float* samples, size_t n, double sampleRate) {
+    if (state_ != kRecording || session_.currentStep != kStepSilence) {
+        return;
+    }
+    session_.sampleRate = sampleRate;
+    session_.appendSilenceAudio(samples, n);
+}
+
 const WizardStep& DiagnosisController::step(int index) {
     return kSteps[std::clamp(index, 0, kStepCount - 1)];
 }
@@ -129,7 +137,10 @@ void DiagnosisController::tick(double dt, const AudioMetrics& snapshot) {
     }
     if (state_ == kRecording) {
         recordingElapsed_ += dt;
-        session_.append(session_.currentStep, snapshot);
+        // Wrap-safe "not older than the take's restart".
+        if (static_cast<int32_t>(snapshot.heldEpoch - takeEpoch_) >= 0) {
+            session_.append(session_.currentStep, snapshot);
+        }
         if (recordingElapsed_ >= recordingDuration_) {
             state_ = kTakeDone;
         }
@@ -141,6 +152,9 @@ bool DiagnosisController::retry() {
         return false;
     }
     session_.steps[static_cast<size_t>(session_.currentStep)].clear();
+    if (session_.currentStep == kStepSilence) {
+        session_.silenceAudio.clear();
+    }
     state_ = kPrompt;
     return true;
 }

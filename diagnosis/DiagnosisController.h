@@ -87,6 +87,14 @@ public:
     // Records the silence take alone (to learn the room's noise) and analyses it.
     void restartAtSilence();
 
+    // Each take measures that take alone. When a take's recording starts, the
+    // dialog restarts the analyser's held measures and passes the epoch it got:
+    // snapshots still carrying an earlier epoch (the audio thread has not run
+    // since) are not recorded.
+    void setTakeEpoch(uint32_t epoch) { takeEpoch_ = epoch; }
+    // The silence take's raw audio at `sampleRate`, for the room's noise profile.
+    void appendSilenceAudio(const float* samples, size_t n, double sampleRate);
+
     void setResultCallback(ResultCallback callback) { callback_ = std::move(callback); }
 
     State state() const { return state_; }
@@ -122,6 +130,7 @@ private:
     bool hasResult_ = false;
     DiagnosisResult result_;
     bool singleStep_ = false;
+    uint32_t takeEpoch_ = 0;
     ResultCallback callback_;
 };
 

@@ -32,6 +32,10 @@ struct DiagnosisResult {
     std::string summaryEn;
     StepStats speech;
     StepStats silence;
+    // The soft take: the gate is never set above its quiet syllables.
+    StepStats soft;
+    // The room's noise per spectral-reducer band, learned from the silence
+    // take's audio; -96 where unknown.
     std::array<float, kSpectrumBandCount> noiseSpectrum = AudioMetrics{}.spectrumDb;
 };
 

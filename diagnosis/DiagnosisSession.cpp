@@ -1,5 +1,7 @@
 #include "diagnosis/DiagnosisSession.h"
 
+#include <algorithm>
+
 namespace Lumora {
 
 bool DiagnosisSession::record(int step, const AudioMetrics& metrics) {
@@ -14,8 +16,18 @@ bool DiagnosisSession::record(int step, const AudioMetrics& metrics) {
     return true;
 }
 
+void DiagnosisSession::appendSilenceAudio(const float* samples, size_t n) {
+    const size_t limit = static_cast<size_t>(sampleRate * 10.0);
+    if (samples == nullptr || silenceAudio.size() >= limit) {
+        return;
+    }
+    n = std::min(n, limit - silenceAudio.size());
+    silenceAudio.insert(silenceAudio.end(), samples, samples + n);
+}
+
 void DiagnosisSession::clear() {
     currentStep = kStepNone;
+    silenceAudio.clear();
     for (auto& list : steps) {
         list.clear();
     }

@@ -1,6 +1,9 @@
 #include "diagnosis/DiagnosisVerdicts.h"
 
+#include "diagnosis/SpeechReference.h"
+
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 
 namespace Lumora {
@@ -20,9 +23,12 @@ DiagnosisItem makeItem(const char* key, int32_t level, float value, const char* 
     return item;
 }
 
-DiagnosisItem judgeClipping(const StepStats& normal, const StepStats& loud) {
-    const float peak = loud.peak95 > normal.peak95 ? loud.peak95 : normal.peak95;
-    if (normal.clipped || loud.clipped) {
+// The plosive take counts too: a "pa" that drives the input into clipping is
+// the loudest thing a streamer says, and it clips on air just the same.
+DiagnosisItem judgeClipping(const StepStats& normal, const StepStats& loud,
+                            const StepStats& plosive) {
+    const float peak = std::max({normal.peak95, loud.peak95, plosive.peak95});
+    if (normal.clipped || loud.clipped || plosive.clipped) {
         return makeItem("clipping", kLevelWarning, peak, "音が割れてるかも",
                         "ゲインを少し下げてみて！", "Sounds like it's clipping!",
                         "Try lowering the gain a bit.");
@@ -80,7 +86,16 @@ DiagnosisItem judgeVolume(const StepStats& normal) {
         "is on.");
 }
 
-DiagnosisItem judgeNoise(const StepStats& silence) {
+// How far the room sits under the voice decides what a listener hears: once
+// the chain brings speech to about -25 dBFS, a room 35 dB under the voice is
+// at -60 dBFS, inaudible; 20 dB under, it is plain in every pause; closer than
+// that it competes with the words. The absolute levels alone cannot say this:
+// a fan 12 dB under a loud voice can sit under -42 dBFS, and the minimum
+// block level of fluctuating noise reads about 10 dB under its RMS.
+constexpr float kQuietRoomDb = 35.0f; // voice over the room at or above: Good
+constexpr float kNoisyRoomDb = 20.0f; // voice over the room below: Warning
+
+DiagnosisItem judgeNoise(const StepStats& silence, const StepStats& normal) {
     if (!silence.valid) {
         return makeItem("noise", kLevelCaution, -96.0f, "無音が取れなかったかも",
                         "もう一度静かに試してみて！", "Couldn't capture silence",
@@ -88,7 +103,12 @@ DiagnosisItem judgeNoise(const StepStats& silence) {
     }
     const float level = silence.level;
     const float floor = silence.noiseFloorMin;
-    if (floor > -42.0f && level > -42.0f) {
+    const bool loudRoom = floor > -42.0f && level > -42.0f;
+    // Without a speech take only the room's own level can speak.
+    const bool quiet =
+        normal.valid ? normal.level - level >= kQuietRoomDb : floor <= -55.0f && level <= -55.0f;
+    const bool noisy = loudRoom || (normal.valid && normal.level - level < kNoisyRoomDb);
+    if (noisy) {
         // The gap after "？" is an ideographic space (U+3000).
         return makeItem("noise", kLevelWarning, level,
                         "バックグラウンドノイズが多いです。エアコン・PC・換気扇など近くにある？"
@@ -98,7 +118,7 @@ DiagnosisItem judgeNoise(const StepStats& silence) {
                         "quieter space.",
                         "A noise gate can automatically cut silence between sentences.");
     }
-    if (floor <= -55.0f && level <= -55.0f) {
+    if (quiet) {
         return makeItem("noise", kLevelGood, level, "ノイズは少ないよ！", "", "Nice and quiet!",
                         "");
     }
@@ -114,7 +134,6 @@ struct DistanceAdvice {
     const char* farEn;
     const char* goodJa;
     const char* goodEn;
-    float offsetDb; // how much stronger this kind of mic's proximity effect reads
 };
 
 DistanceAdvice distanceAdvice(int32_t micType) {
@@ -125,43 +144,58 @@ DistanceAdvice distanceAdvice(int32_t micType) {
                 "ダイナミックマイクは近めが基本！拳1個分（約10cm）を目安に",
                 "Dynamic mics work best up close — aim for about 10 cm (a fist away)",
                 "ダイナミックマイクとして理想的な距離感！",
-                "Great positioning for a dynamic mic!",
-                4.0f};
+                "Great positioning for a dynamic mic!"};
     case kMicCondenser:
         return {"コンデンサーマイクは感度が高いので10〜20cmが配信向けの目安",
                 "Condenser mics are sensitive — aim for 10–20 cm for streaming",
                 "コンデンサーマイクでも配信なら20cm以内が目安！",
                 "Even for streaming, keep it within 20 cm!",
                 "コンデンサーマイクとして良い距離感！",
-                "Great positioning for a condenser mic!",
-                -2.0f};
+                "Great positioning for a condenser mic!"};
     case kMicUsb:
         return {"USBマイクの目安は15〜25cm（手を伸ばした先くらい）",
                 "For USB mics, try 15–25 cm (about arm's reach)",
                 "USBマイクは机に置く場合でも20〜30cm以内が理想！",
                 "Even on a desk, try to keep it within 20–30 cm!",
                 "USBマイクとして良い距離感！",
-                "Great positioning for a USB mic!",
-                1.0f};
+                "Great positioning for a USB mic!"};
     default:
         return {"マイクを少し離してみて！",
                 "Try moving the mic back a bit!",
                 "マイクをもう少し近づけてみて！",
                 "Try moving the mic a bit closer!",
                 "",
-                "",
-                0.0f};
+                ""};
     }
 }
 
-DiagnosisItem judgeDistance(const StepStats& normal, int32_t micType) {
-    if (!normal.valid) {
+// The voice's own low-to-mid balance over active speech, with the room's share
+// of each band taken out (power subtraction, never more than 90 % of a band:
+// a band the room fills entirely says nothing about the voice).
+float speechBalanceDb(const StepStats& normal, const StepStats& silence) {
+    auto power = [](float db) { return std::pow(10.0, static_cast<double>(db) / 10.0); };
+    double low = power(normal.activeLowDb);
+    double mid = power(normal.activeMidDb);
+    if (silence.valid) {
+        low = std::max(low - power(silence.activeLowDb), 0.1 * low);
+        mid = std::max(mid - power(silence.activeMidDb), 0.1 * mid);
+    }
+    return static_cast<float>(10.0 * std::log10(low / mid));
+}
+
+DiagnosisItem judgeDistance(const StepStats& normal, const StepStats& silence, int32_t micType) {
+    if (!normal.valid || !(normal.activeMidDb > -96.0f)) {
         return makeItem("distance", kLevelCaution, 0.0f, "距離が判定できなかったかも", "",
                         "Couldn't determine mic distance", "");
     }
-    // A strong low band against the mids is the proximity effect of a close mic.
+    // A close cardioid lifts the voice's lows (the proximity effect). The value
+    // is how much more (or less) low end the voice has than the average voice
+    // would through this mic type at the distance its advice recommends, so 0
+    // is "as recommended" on every mic. Real voices spread about ±3 dB around
+    // the average, hence the 4 dB margin before a Caution.
     const DistanceAdvice a = distanceAdvice(micType);
-    const float d = a.offsetDb + (normal.low - normal.mid);
+    const float d = speechBalanceDb(normal, silence) -
+                    static_cast<float>(speechReferenceBalanceDb(recommendedMicDistanceM(micType)));
     if (d > 10.0f) {
         return makeItem(
             "distance", kLevelWarning, d,
@@ -226,7 +260,11 @@ DiagnosisItem judgePop(const StepStats& plosive, const StepStats& normal) {
         return makeItem("pop", kLevelCaution, 0.0f, "ポップノイズが判定できなかったかも", "",
                         "Couldn't detect pop noise", "");
     }
-    const float p = plosive.peakMax - normal.peakMax;
+    // A pop is a burst of low-frequency pressure, not a louder peak: speech
+    // already peaks near its clipping point, so peaks cannot differ by 12 dB.
+    // The loudest 10 ms below 100 Hz of the "pa" take against that of normal
+    // speech does.
+    const float p = plosive.lowBurstMax - normal.lowBurstMax;
     if (p > 20.0f) {
         return makeItem("pop", kLevelWarning, p,
                         "ポップノイズ（吹かれ）が強いです！マイクの正面ではなく少し横から話すか、"
@@ -249,10 +287,10 @@ DiagnosisItem judgePop(const StepStats& plosive, const StepStats& normal) {
 std::vector<DiagnosisItem> judgeItems(const TakeSummaries& takes, int32_t micType) {
     std::vector<DiagnosisItem> items;
     items.reserve(6);
-    items.push_back(judgeClipping(takes.normal, takes.loud));
+    items.push_back(judgeClipping(takes.normal, takes.loud, takes.plosive));
     items.push_back(judgeVolume(takes.normal));
-    items.push_back(judgeNoise(takes.silence));
-    items.push_back(judgeDistance(takes.normal, micType));
+    items.push_back(judgeNoise(takes.silence, takes.normal));
+    items.push_back(judgeDistance(takes.normal, takes.silence, micType));
     items.push_back(judgeDynamics(takes.loud, takes.soft));
     items.push_back(judgePop(takes.plosive, takes.normal));
     return items;
@@ -299,6 +337,7 @@ DiagnosisResult judge(const TakeSummaries& takes, int32_t micType) {
     result.valid = 1;
     result.speech = takes.normal;
     result.silence = takes.silence;
+    result.soft = takes.soft;
     return result;
 }
 

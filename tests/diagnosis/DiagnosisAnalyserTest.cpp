@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
 #include <cmath>
 #include <limits>
 #include <memory>
+#include <thread>
 #include <vector>
 
 namespace Lumora {
@@ -64,7 +67,7 @@ TEST(DiagnosisAnalyser, StartsAndStaysSilentOnZeros) {
     const AudioMetrics m = a->snapshot();
     EXPECT_EQ(m.blockCount, 400u);
     for (float v : {m.smoothedLevelDb, m.blockLevelDb, m.peakDb, m.noiseFloorDb, m.lowBandDb,
-                    m.midBandDb, m.highBandDb}) {
+                    m.midBandDb, m.highBandDb, m.lowBurstDb}) {
         EXPECT_EQ(v, -96.0f);
     }
     EXPECT_FALSE(m.clipped);
@@ -151,6 +154,131 @@ TEST(DiagnosisAnalyser, HeldPeakDecaysWithATimeConstantOfOneAndAHalfSeconds) {
     }
     // One time constant: e^-1 is -8.686 dB.
     EXPECT_NEAR(a->snapshot().peakDb, db(0.5) - 8.6859, 0.01);
+}
+
+// The pop measure: the loudest 10 ms of the band under the voice, held.
+TEST(DiagnosisAnalyser, LowBurstReadsTheLoudestTenMillisecondsUnderTheVoice) {
+    // 50 Hz has exactly half a period per 10 ms window, so each window of the
+    // steady tone holds its mean square, and the reading is the tone's RMS
+    // less the band filter's small loss this deep inside the band.
+    constexpr double kInBandTolDb = 1.0;
+    float first = 0.0f;
+    for (int block : {64, 480, 1000}) {
+        auto a = prepared(48000.0);
+        double phase = 0.0;
+        feedSine(*a, 48000.0, 50.0, 0.5, 0.5, block, phase);
+        const float burst = a->snapshot().lowBurstDb;
+        EXPECT_NEAR(burst, db(0.5 / std::sqrt(2.0)), kInBandTolDb) << "block " << block;
+        if (block == 64) {
+            first = burst;
+        }
+        EXPECT_EQ(burst, first) << "the windows do not follow the blocks: block " << block;
+    }
+
+    // A 40 Hz tone and a 1 kHz tone with the same peak, past their onsets (a
+    // tone switched on reaches into the low band for a moment): the peak
+    // cannot tell a pop from a vowel, the low burst reads them far apart.
+    auto pop = prepared(48000.0);
+    auto vowel = prepared(48000.0);
+    double popPhase = 0.0;
+    double vowelPhase = 0.0;
+    feedSine(*pop, 48000.0, 40.0, 0.5, 0.2, 480, popPhase);
+    feedSine(*vowel, 48000.0, 1000.0, 0.5, 0.2, 480, vowelPhase);
+    pop->restartHeld();
+    vowel->restartHeld();
+    feedSine(*pop, 48000.0, 40.0, 0.5, 0.1, 480, popPhase);
+    feedSine(*vowel, 48000.0, 1000.0, 0.5, 0.1, 480, vowelPhase);
+    const AudioMetrics burst = pop->snapshot();
+    EXPECT_NEAR(burst.peakDb, vowel->snapshot().peakDb, 0.01);
+    EXPECT_GT(burst.lowBurstDb, -10.0f);
+    EXPECT_GT(burst.lowBurstDb, vowel->snapshot().lowBurstDb + 50.0f);
+
+    // Held like the peak: after 1.5 s of silence it is one time constant
+    // (8.686 dB) down.
+    feedConstant(*pop, 0.0f, 150, 480);
+    EXPECT_NEAR(pop->snapshot().lowBurstDb, burst.lowBurstDb - 8.6859, 0.05);
+}
+
+// Each take restarts the held measures: a "pa" take's peak and burst must not
+// stand in the silence take that follows, or the gate lands at -20 dBFS.
+TEST(DiagnosisAnalyser, RestartHeldForgetsTheEarlierTake) {
+    auto restarted = prepared(48000.0);
+    auto carried = prepared(48000.0);
+    double phase[2] = {0.0, 0.0};
+    DiagnosisAnalyser* both[2] = {restarted.get(), carried.get()};
+    for (int i = 0; i < 2; ++i) {
+        feedSine(*both[i], 48000.0, 40.0, 0.5, 0.1, 480, phase[i]); // the "pa"
+        feedSine(*both[i], 48000.0, 1000.0, 0.01, 0.2, 480, phase[i]);
+    }
+    const uint32_t epoch = restarted->restartHeld();
+    AudioMetrics m = restarted->snapshot();
+    EXPECT_NE(m.heldEpoch, epoch) << "no block has been processed since the restart";
+    EXPECT_GT(m.peakDb, -10.0f) << "so the snapshot still holds the earlier take";
+
+    for (int i = 0; i < 2; ++i) {
+        feedSine(*both[i], 48000.0, 1000.0, 0.01, 0.01, 480, phase[i]);
+    }
+    m = restarted->snapshot();
+    EXPECT_EQ(m.heldEpoch, epoch);
+    EXPECT_NEAR(m.peakDb, -40.0, 0.01);
+    EXPECT_LT(m.lowBurstDb, -80.0f);
+    const AudioMetrics old = carried->snapshot();
+    EXPECT_GT(old.peakDb, -10.0f);
+    EXPECT_GT(old.lowBurstDb, -15.0f);
+
+    // The measures that are not held carry on untouched.
+    EXPECT_EQ(m.smoothedLevelDb, old.smoothedLevelDb);
+    EXPECT_EQ(m.noiseFloorDb, old.noiseFloorDb);
+}
+
+// The wizard restarts from the interface thread while the audio thread keeps
+// processing: once a snapshot carries the new epoch it must never show the
+// peak or burst of a block from before the restart.
+TEST(DiagnosisAnalyser, SnapshotWithTheNewEpochNeverHoldsTheOldPeak) {
+    auto a = prepared(48000.0);
+    std::atomic<bool> loud{false};
+    std::atomic<bool> stop{false};
+    std::thread audio([&] {
+        std::vector<float> quiet(480, 0.01f);
+        std::vector<float> hot(480, 0.9f);
+        while (!stop.load()) {
+            a->process(loud.load() ? hot.data() : quiet.data(), 480);
+        }
+    });
+    struct Join {
+        std::atomic<bool>& stop;
+        std::thread& thread;
+        ~Join() {
+            stop = true;
+            thread.join();
+        }
+    } join{stop, audio};
+
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    auto waitBlocks = [&](uint64_t count) {
+        const uint64_t from = a->snapshot().blockCount;
+        while (a->snapshot().blockCount < from + count &&
+               std::chrono::steady_clock::now() < deadline) {
+            std::this_thread::yield();
+        }
+    };
+    for (int round = 0; round < 100; ++round) {
+        loud = true;
+        waitBlocks(2);
+        // The block in flight may still be loud; the two after are quiet, and
+        // let the band filter settle from the loud one.
+        loud = false;
+        waitBlocks(3);
+        const uint32_t epoch = a->restartHeld();
+        AudioMetrics m = a->snapshot();
+        while (m.heldEpoch != epoch && std::chrono::steady_clock::now() < deadline) {
+            std::this_thread::yield();
+            m = a->snapshot();
+        }
+        ASSERT_EQ(m.heldEpoch, epoch) << "round " << round;
+        ASSERT_NEAR(m.peakDb, -40.0, 0.01) << "round " << round;
+        ASSERT_LT(m.lowBurstDb, -20.0f) << "round " << round; // the loud block read -1
+    }
 }
 
 TEST(DiagnosisAnalyser, SmoothedLevelFollowsThreeHundredMillisecondsForAnyBlockSize) {
@@ -357,6 +485,7 @@ TEST(DiagnosisAnalyser, PrepareResetsEverything) {
     EXPECT_EQ(m.blockCount, 0u);
     EXPECT_EQ(m.smoothedLevelDb, -96.0f);
     EXPECT_EQ(m.peakDb, -96.0f);
+    EXPECT_EQ(m.lowBurstDb, -96.0f);
     EXPECT_EQ(m.noiseFloorDb, -96.0f);
     EXPECT_EQ(m.momentaryLufs, -70.0f);
     EXPECT_EQ(m.spectrumDb[40], -96.0f);

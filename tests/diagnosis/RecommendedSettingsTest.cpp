@@ -113,21 +113,23 @@ TEST(RecommendedSettings, EqFromTheSpeechBands) {
     EXPECT_FLOAT_EQ(q.eq.notchBands[3].q, 5.5f);
 }
 
-TEST(RecommendedSettings, GateFromTheSilenceTake) {
+TEST(RecommendedSettings, GateClearsTheRoomsPeaks) {
     DiagnosisResult r = diagnosed(-20.0f);
-    r.silence.peakMax = -48.0f;
-    r.silence.level = -62.0f;
+    r.silence.peak95 = -48.0f;
     EffectPreset p = recommend(r, false);
     EXPECT_TRUE(p.gate.enabled);
-    EXPECT_FLOAT_EQ(p.gate.thresholdDb, -43.0f);
+    EXPECT_FLOAT_EQ(p.gate.thresholdDb, -45.0f);
     EXPECT_FLOAT_EQ(p.gate.holdMs, 111.0f);
     EXPECT_FLOAT_EQ(p.gate.releaseMs, 100.0f);
     EXPECT_FLOAT_EQ(p.gate.attackMs, 3.0f);
     EXPECT_FLOAT_EQ(p.gate.rangeDb, -60.0f);
 
-    r.silence.level = -55.0f; // steady noise: no extra margin
+    // A few snapshots still holding the "pa" take's peak would have set the
+    // gate at -20 and muted a soft voice: the loudest 5 % decide, not the
+    // single loudest.
+    r.silence.peakMax = -10.0f;
     EXPECT_FLOAT_EQ(recommend(r, false).gate.thresholdDb, -45.0f);
-    r.silence.peakMax = -10.0f; // loud room: the threshold stays at -20 at most
+    r.silence.peak95 = -10.0f; // a loud room: the threshold stays at -20 at most
     EXPECT_FLOAT_EQ(recommend(r, false).gate.thresholdDb, -20.0f);
 
     r.silence.valid = false; // from the speech take's noise floor (-70)
@@ -143,6 +145,33 @@ TEST(RecommendedSettings, GateFromTheSilenceTake) {
     EXPECT_FLOAT_EQ(p.gate.holdMs, 60.0f);
     EXPECT_FLOAT_EQ(p.gate.releaseMs, 100.0f);
     EXPECT_FALSE(p.comp.enabled);
+}
+
+// A gate over the quiet syllables of the user's own voice cuts words off: it
+// never sits less than 6 dB under the soft (or normal) take's quiet end.
+TEST(RecommendedSettings, GateNeverSitsAboveTheQuietSyllables) {
+    DiagnosisResult r = diagnosed(-20.0f);
+    r.silence.peak95 = -40.0f; // the room alone would put it at -37
+    r.soft = stats(-40.0f);
+    r.soft.activeLevelP10 = -50.0f;
+    r.speech.activeLevelP10 = -30.0f;
+    EffectPreset p = recommend(r, false);
+    EXPECT_FLOAT_EQ(p.gate.thresholdDb, -56.0f);
+    EXPECT_FLOAT_EQ(p.gate.holdMs, 135.0f) << "hold and release still follow the room";
+
+    r.speech.activeLevelP10 = -55.0f; // the normal take counts too
+    EXPECT_FLOAT_EQ(recommend(r, false).gate.thresholdDb, -61.0f);
+    r.speech.activeLevelP10 = -30.0f;
+
+    r.soft.activeLevelP10 = -90.0f; // never below -70, however quiet
+    EXPECT_FLOAT_EQ(recommend(r, false).gate.thresholdDb, -70.0f);
+
+    // A take without active speech, or not taken at all, caps nothing.
+    r.soft.activeLevelP10 = -96.0f;
+    EXPECT_FLOAT_EQ(recommend(r, false).gate.thresholdDb, -37.0f);
+    r.soft.activeLevelP10 = -50.0f;
+    r.soft.valid = false;
+    EXPECT_FLOAT_EQ(recommend(r, false).gate.thresholdDb, -37.0f);
 }
 
 TEST(RecommendedSettings, CompressorAndLimiter) {
@@ -169,13 +198,72 @@ TEST(RecommendedSettings, CompressorAndLimiter) {
     EXPECT_FLOAT_EQ(recommend(r, false).limiter.ceilingDb, -3.0f);
 }
 
-TEST(RecommendedSettings, NoiseFilterFromTheSignalToNoiseRatio) {
-    EffectPreset p = recommend(diagnosed(-20.0f, -45.0f), false);
+// Noise reduction follows the noise verdict the user reads, judged from the
+// takes as the wizard would.
+DiagnosisResult judged(float voice, float room, float roomFloor = -70.0f) {
+    TakeSummaries t;
+    t.normal = stats(voice);
+    t.silence = stats(room);
+    t.silence.noiseFloorMin = roomFloor;
+    DiagnosisResult r = judge(t, kMicDynamic);
+    r.noiseSpectrum.fill(room - 10.0f);
+    return r;
+}
+
+int32_t noiseVerdict(const DiagnosisResult& r) {
+    for (const DiagnosisItem& i : r.items) {
+        if (i.key == "noise") {
+            return i.level;
+        }
+    }
+    return -1;
+}
+
+TEST(RecommendedSettings, NoiseReductionFollowsTheNoiseVerdict) {
+    // A quiet room under a soft talker is Good: nothing to reduce, though the
+    // room's profile is kept for a user who switches the reducer on.
+    DiagnosisResult r = judged(-40.0f, -76.0f);
+    ASSERT_EQ(noiseVerdict(r), kLevelGood);
+    EffectPreset p = recommend(r, false);
+    EXPECT_FALSE(p.spectral.enabled);
+    EXPECT_FALSE(p.noise.enabled);
+    EXPECT_EQ(p.spectral.profileDb[30], -86.0f);
+
+    // 25 dB under the voice: audible in pauses, the spectral reducer alone.
+    r = judged(-20.0f, -45.0f);
+    ASSERT_EQ(noiseVerdict(r), kLevelCaution);
+    p = recommend(r, false);
+    EXPECT_TRUE(p.spectral.enabled);
+    EXPECT_FLOAT_EQ(p.spectral.amount, 0.85f);
+    EXPECT_FALSE(p.noise.enabled) << "a Caution never brings in the neural filter";
+
+    // 12 dB under the voice, both under -42 dBFS: a Warning, and the neural
+    // filter with an attenuation limit that grows as the room comes closer.
+    r = judged(-44.0f, -56.0f);
+    ASSERT_EQ(noiseVerdict(r), kLevelWarning);
+    p = recommend(r, false);
+    EXPECT_TRUE(p.spectral.enabled);
+    EXPECT_FLOAT_EQ(p.spectral.amount, 0.9f);
     EXPECT_TRUE(p.noise.enabled);
-    EXPECT_FLOAT_EQ(p.noise.attenLimitDb, 30.0f);
     EXPECT_FLOAT_EQ(p.noise.mix, 1.0f);
-    EXPECT_FLOAT_EQ(recommend(diagnosed(-20.0f, -25.0f), false).noise.attenLimitDb, 60.0f);
-    EXPECT_FALSE(recommend(diagnosed(-20.0f, -50.0f), false).noise.enabled) << "snr 30";
+    EXPECT_FLOAT_EQ(p.noise.attenLimitDb, 56.0f);
+    EXPECT_NE(p.description.find("ノイズリダクションで環境ノイズを除去"), std::string::npos);
+
+    EXPECT_FLOAT_EQ(recommend(judged(-20.0f, -38.0f), false).noise.attenLimitDb, 44.0f);
+    EXPECT_FLOAT_EQ(recommend(judged(-20.0f, -30.0f), false).noise.attenLimitDb, 60.0f);
+    // A loud room under a louder voice is a Warning all the same; the limit
+    // stays at its 20 dB minimum.
+    r = judged(-5.0f, -41.0f, -41.0f);
+    ASSERT_EQ(noiseVerdict(r), kLevelWarning);
+    EXPECT_FLOAT_EQ(recommend(r, false).noise.attenLimitDb, 20.0f);
+
+    // Without both takes there is no ratio to set the neural filter from.
+    r = judged(-44.0f, -56.0f);
+    r.speech.valid = false;
+    EXPECT_FALSE(recommend(r, false).noise.enabled);
+    r = judged(-44.0f, -56.0f);
+    r.silence.valid = false;
+    EXPECT_FALSE(recommend(r, false).noise.enabled);
 }
 
 TEST(RecommendedSettings, SpectralReductionNeedsAHeardNoiseSpectrum) {
@@ -193,13 +281,13 @@ TEST(RecommendedSettings, SpectralReductionNeedsAHeardNoiseSpectrum) {
     r.noiseSpectrum[20] = -70.0f;
     p = recommend(r, false);
     EXPECT_TRUE(p.spectral.enabled);
-    EXPECT_FLOAT_EQ(p.spectral.amount, 0.85f);
+    EXPECT_FLOAT_EQ(p.spectral.amount, 0.9f);
     EXPECT_EQ(p.spectral.profileDb[20], -70.0f);
     EXPECT_EQ(p.spectral.profileDb[19], -96.0f);
     EXPECT_NE(p.description.find("ノイズリダクションで環境ノイズを除去"), std::string::npos);
 
     r.items[0].level = kLevelCaution;
-    EXPECT_FLOAT_EQ(recommend(r, false).spectral.amount, 0.6f);
+    EXPECT_FLOAT_EQ(recommend(r, false).spectral.amount, 0.85f);
     r.items[0].level = kLevelGood;
     p = recommend(r, false);
     EXPECT_FALSE(p.spectral.enabled);

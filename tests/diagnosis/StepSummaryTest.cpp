@@ -1,10 +1,14 @@
 #include "diagnosis/StepSummary.h"
 #include "diagnosis/DiagnosisAnalysis.h"
 #include "diagnosis/DiagnosisSession.h"
+#include "dsp/NoiseProfileLearner.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cmath>
+#include <cstdint>
+#include <memory>
 #include <thread>
 
 namespace Lumora {
@@ -49,6 +53,9 @@ TEST(StepSummary, EachFieldFromItsOwnStatistic) {
         metrics(-25, -20, -50, -30, -28, -43, true),
         metrics(-40, 0, -65, -45, -43, -42),
     };
+    for (size_t i = 0; i < list.size(); ++i) {
+        list[i].lowBurstDb = i == 2 ? -12.0f : -30.0f;
+    }
     StepStats s = summarise(list);
     EXPECT_EQ(s.count, 4);
     EXPECT_FALSE(s.valid);
@@ -59,6 +66,7 @@ TEST(StepSummary, EachFieldFromItsOwnStatistic) {
     EXPECT_FLOAT_EQ(s.low, -32.5f);           // median
     EXPECT_FLOAT_EQ(s.mid, -30.5f);           // median
     EXPECT_FLOAT_EQ(s.high, -43.5f);          // median
+    EXPECT_FLOAT_EQ(s.lowBurstMax, -12.0f);   // maximum
     EXPECT_TRUE(s.clipped);
 
     list.push_back(metrics(-22, -6, -55, -27, -25, -41));
@@ -68,9 +76,42 @@ TEST(StepSummary, EachFieldFromItsOwnStatistic) {
     EXPECT_FLOAT_EQ(s.level, -25.0f);
 }
 
+AudioMetrics block(float blockLevel, float low, float mid) {
+    AudioMetrics m = metrics(blockLevel, blockLevel + 10.0f, -60.0f, low, mid, mid - 10.0f);
+    m.blockLevelDb = blockLevel;
+    return m;
+}
+
+// Active speech: the blocks within 20 dB of the take's 90th percentile. The
+// pauses (here with their own low rumble) must not count, a quiet syllable
+// must, and the bands are averaged by energy so the loud vowels weigh most.
+TEST(StepSummary, ActiveSpeechLeavesOutPausesAndWeighsByEnergy) {
+    std::vector<AudioMetrics> list = {
+        block(-20, -20, -25), block(-22, -30, -25), block(-60, -62, -65), block(-24, -30, -25),
+        block(-60, -62, -65), block(-26, -30, -25), block(-60, -62, -65), block(-30, -30, -25),
+        block(-38, -30, -25), block(-60, -62, -65),
+    };
+    const StepStats s = summarise(list);
+    // 90th percentile -21.8, so active means -41.8 and up: the -38 syllable
+    // is in, the -60 pauses are out. Low: (10^-2 + 5 * 10^-3) / 6 in power.
+    EXPECT_NEAR(s.activeLowDb, 10.0 * std::log10(0.015 / 6.0), 1e-3);
+    EXPECT_NEAR(s.activeMidDb, -25.0, 1e-3);
+    // The 10th percentile of {-38, -30, -26, -24, -22, -20}.
+    EXPECT_NEAR(s.activeLevelP10, -34.0, 1e-3);
+
+    // Digital silence has no active speech; nothing turns into NaN.
+    std::vector<AudioMetrics> silent(8, block(-96, -96, -96));
+    const StepStats q = summarise(silent);
+    EXPECT_TRUE(q.valid);
+    EXPECT_EQ(q.activeLowDb, -96.0f);
+    EXPECT_EQ(q.activeMidDb, -96.0f);
+    EXPECT_EQ(q.activeLevelP10, -96.0f);
+}
+
 TEST(StepSummary, EmptyTakeIsAllSilence) {
     const StepStats s = summarise({});
-    for (float v : {s.level, s.peak95, s.peakMax, s.noiseFloorMin, s.low, s.mid, s.high}) {
+    for (float v : {s.level, s.peak95, s.peakMax, s.noiseFloorMin, s.low, s.mid, s.high,
+                    s.lowBurstMax, s.activeLowDb, s.activeMidDb, s.activeLevelP10}) {
         EXPECT_EQ(v, -96.0f);
     }
     EXPECT_EQ(s.count, 0);
@@ -93,6 +134,17 @@ TEST(DiagnosisSession, HoldsAtMost512SnapshotsPerStep) {
     EXPECT_FALSE(session.record(6, m));
     EXPECT_FALSE(session.record(-1, m));
 
+    // The silence take's audio is kept for the noise profile, 10 s at most.
+    session.sampleRate = 1000.0;
+    std::vector<float> audio(6000, 0.25f);
+    session.appendSilenceAudio(audio.data(), audio.size());
+    session.appendSilenceAudio(nullptr, 100);
+    EXPECT_EQ(session.silenceAudio.size(), 6000u);
+    session.appendSilenceAudio(audio.data(), audio.size());
+    EXPECT_EQ(session.silenceAudio.size(), 10000u);
+    session.appendSilenceAudio(audio.data(), 1);
+    EXPECT_EQ(session.silenceAudio.size(), 10000u);
+
     session.currentStep = kStepSilence;
     session.micType = kMicUsb;
     session.clear();
@@ -101,30 +153,64 @@ TEST(DiagnosisSession, HoldsAtMost512SnapshotsPerStep) {
     for (const auto& list : session.steps) {
         EXPECT_TRUE(list.empty());
     }
+    EXPECT_TRUE(session.silenceAudio.empty());
 }
 
-TEST(DiagnosisAnalysis, NoiseSpectrumIsTheMedianOverTheSilenceTake) {
-    DiagnosisSession session;
-    session.micType = kMicCondenser;
-    for (float v : {-80.0f, -60.0f, -70.0f}) {
-        AudioMetrics m;
-        m.spectrumDb.fill(v);
-        m.spectrumDb[5] = v + 1.0f;
-        session.record(kStepSilence, m);
+// Deterministic white noise, uniform in [-amp, amp].
+std::vector<float> whiteNoise(size_t n, float amp) {
+    std::vector<float> out(n);
+    uint32_t x = 12345u;
+    for (float& v : out) {
+        x = x * 1664525u + 1013904223u;
+        v = amp * (static_cast<float>(x >> 8) / 8388608.0f - 1.0f);
     }
-    AudioMetrics loud;
-    loud.spectrumDb.fill(-10.0f);
-    session.record(kStepNormal, loud); // other takes never reach the noise spectrum
-    const DiagnosisResult r = analyse(session);
-    EXPECT_EQ(r.valid, 1);
-    EXPECT_EQ(r.micType, kMicCondenser);
-    EXPECT_EQ(r.noiseSpectrum[0], -70.0f);
-    EXPECT_EQ(r.noiseSpectrum[5], -69.0f);
-    EXPECT_EQ(r.silence.count, 3);
-    EXPECT_EQ(r.speech.count, 1);
+    return out;
+}
 
-    const DiagnosisResult empty = analyse(DiagnosisSession{});
-    for (float v : empty.noiseSpectrum) {
+std::array<float, kProfileBandCount> learnedProfile(const std::vector<float>& audio, double rate) {
+    auto learner = std::make_unique<NoiseProfileLearner>();
+    learner->prepare(rate);
+    learner->process(audio.data(), static_cast<int>(audio.size()));
+    return learner->profileDb();
+}
+
+// The diagnosis hands the spectral reducer the same profile that noise
+// learning would learn from the same room, at the take's own rate; the
+// meter's spectrum snapshots, a different estimate, do not enter it.
+TEST(DiagnosisAnalysis, NoiseSpectrumIsLearnedFromTheSilenceAudio) {
+    for (double rate : {48000.0, 44100.0}) {
+        DiagnosisSession session;
+        session.micType = kMicCondenser;
+        session.sampleRate = rate;
+        AudioMetrics meter;
+        meter.spectrumDb.fill(-10.0f);
+        for (int i = 0; i < 10; ++i) {
+            session.record(kStepSilence, meter);
+        }
+        const std::vector<float> room = whiteNoise(static_cast<size_t>(rate * 3.0), 0.01f);
+        session.appendSilenceAudio(room.data(), room.size());
+        const DiagnosisResult r = analyse(session);
+        EXPECT_EQ(r.valid, 1);
+        EXPECT_EQ(r.micType, kMicCondenser);
+        EXPECT_EQ(r.silence.count, 10);
+        const auto expected = learnedProfile(room, rate);
+        for (size_t b = 0; b < expected.size(); ++b) {
+            EXPECT_EQ(r.noiseSpectrum[b], expected[b]) << rate << " band " << b;
+        }
+        EXPECT_LT(r.noiseSpectrum[50], -40.0f) << "not the meter's -10";
+    }
+
+    // Snapshots alone, without the take's audio, teach nothing.
+    DiagnosisSession session;
+    AudioMetrics meter;
+    meter.spectrumDb.fill(-10.0f);
+    for (int i = 0; i < 10; ++i) {
+        session.record(kStepSilence, meter);
+    }
+    for (float v : analyse(session).noiseSpectrum) {
+        EXPECT_EQ(v, -96.0f);
+    }
+    for (float v : analyse(DiagnosisSession{}).noiseSpectrum) {
         EXPECT_EQ(v, -96.0f);
     }
 }
