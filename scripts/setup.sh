@@ -19,8 +19,10 @@ packages=(
   clang libclang-rt-dev
   # a display for libobs and OBS, and tools to drive and photograph it
   xvfb xauth xdotool x11-utils x11-apps imagemagick
-  # real recorded speech, fonts for Japanese text and emoji
-  alsa-utils fonts-klee fonts-noto-cjk fonts-noto-color-emoji
+  # real recorded speech (alsa-utils: one speaker; pocketsphinx-testdata: a
+  # LibriVox reader and the CMU test speaker) and synthetic voices in Japanese
+  # and English for the diagnosis corpus; fonts for Japanese text and emoji
+  alsa-utils pocketsphinx-testdata espeak-ng fonts-klee fonts-noto-cjk fonts-noto-color-emoji
 )
 
 if [ "$(id -u)" -ne 0 ]; then

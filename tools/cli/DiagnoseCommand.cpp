@@ -1,13 +1,12 @@
 // lumora-cli diagnose: runs five recorded takes through the diagnosis analyser
 // the way the live filter and the wizard hear them, and prints the result.
 //
-// Every take is played whole, in packets of --block frames (stereo mixed to mono
-// as (L + R) * 0.5 in blocks of at most 512, as the filter does). The dialog's
-// 16 ms timer is played by taking one snapshot per 16 ms of audio; snapshots of
-// the last 3 s of a take (2 s for the plosive take) are recorded, so a take may
-// start with a lead-in, like the wizard's countdown. One analyser hears all five
-// takes, prepared once at the first take's rate; a take of another rate is
-// resampled linearly to it.
+// Every take is played whole through one analyser (replayTake: packets of
+// --block frames, stereo mixed to mono as (L + R) * 0.5, one snapshot per 16 ms,
+// the last 3 s of a take recorded, 2 s of the plosive take, after the held
+// measures restart), so a take may start with a lead-in like the wizard's
+// countdown. The analyser is prepared once at the first take's rate; a take of
+// another rate is resampled linearly to it.
 
 #include "Commands.h"
 
@@ -16,6 +15,7 @@
 #include "diagnosis/DiagnosisAnalysis.h"
 #include "diagnosis/DiagnosisVerdicts.h"
 #include "diagnosis/RecommendedSettings.h"
+#include "diagnosis/TakeReplay.h"
 #include "settings/AppSettings.h"
 #include "settings/JsonText.h"
 #include "settings/SettingsJson.h"
@@ -32,20 +32,17 @@ namespace Lumora::Cli {
 
 namespace {
 
-constexpr double kTickSeconds = 0.016;
-constexpr int kMixBlock = 512;
 constexpr int kMaxBlock = 1 << 20;
 
 struct TakeSpec {
     const char* option;
     DiagnosisStep step;
-    double recordSeconds;
 };
 
 // Wizard order.
 constexpr TakeSpec kTakes[] = {
-    {"--normal", kStepNormal, 3.0},   {"--loud", kStepLoud, 3.0},       {"--soft", kStepSoft, 3.0},
-    {"--plosive", kStepPlosive, 2.0}, {"--silence", kStepSilence, 3.0},
+    {"--normal", kStepNormal},   {"--loud", kStepLoud},       {"--soft", kStepSoft},
+    {"--plosive", kStepPlosive}, {"--silence", kStepSilence},
 };
 
 struct Options {
@@ -67,6 +64,10 @@ JsonValue statsJson(const StepStats& st) {
     o.set("mid", static_cast<double>(st.mid));
     o.set("high", static_cast<double>(st.high));
     o.set("clipped", st.clipped);
+    o.set("lowBurstMax", static_cast<double>(st.lowBurstMax));
+    o.set("activeLowDb", static_cast<double>(st.activeLowDb));
+    o.set("activeMidDb", static_cast<double>(st.activeMidDb));
+    o.set("activeLevelP10", static_cast<double>(st.activeLevelP10));
     o.set("count", static_cast<int>(st.count));
     o.set("valid", st.valid);
     return o;
@@ -93,6 +94,7 @@ std::string toJson(const DiagnosisResult& r, const EffectPreset& recommended) {
     root.set("items", std::move(items));
     root.set("speech", statsJson(r.speech));
     root.set("silence", statsJson(r.silence));
+    root.set("soft", statsJson(r.soft));
     JsonValue spectrum = JsonValue::array();
     for (const float v : r.noiseSpectrum) {
         spectrum.push(static_cast<double>(v));
@@ -211,39 +213,6 @@ std::vector<float> monoAt(const WavData& wav, int rate) {
     return out;
 }
 
-// Feeds one packet to the analyser as the filter's audio callback does: a mono
-// source's packet whole, a stereo source's mixed down in blocks of at most 512.
-void feedPacket(DiagnosisAnalyser& analyser, bool stereo, const float* mono, int n) {
-    if (!stereo) {
-        analyser.process(mono, n);
-        return;
-    }
-    for (int offset = 0; offset < n; offset += kMixBlock) {
-        analyser.process(mono + offset, std::min(kMixBlock, n - offset));
-    }
-}
-
-void runTake(DiagnosisAnalyser& analyser, DiagnosisSession& session, const TakeSpec& take,
-             bool stereo, const std::vector<float>& mono, int block, int rate) {
-    session.currentStep = take.step;
-    const double tick = kTickSeconds * rate;
-    const double recordFrom = static_cast<double>(mono.size()) - take.recordSeconds * rate;
-    double nextTick = tick;
-    size_t done = 0;
-    while (done < mono.size()) {
-        const int n =
-            static_cast<int>(std::min<size_t>(static_cast<size_t>(block), mono.size() - done));
-        feedPacket(analyser, stereo, mono.data() + done, n);
-        done += static_cast<size_t>(n);
-        while (nextTick <= static_cast<double>(done)) {
-            if (nextTick >= recordFrom) {
-                session.record(take.step, analyser.snapshot());
-            }
-            nextTick += tick;
-        }
-    }
-}
-
 } // namespace
 
 int runDiagnose(const Args& args) {
@@ -312,7 +281,7 @@ int runDiagnose(const Args& args) {
     session.micType = opt.micType;
     for (const TakeSpec& take : kTakes) {
         const WavData& wav = wavs[take.step];
-        runTake(*analyser, session, take, wav.channels() > 1, monoAt(wav, rate), opt.block, rate);
+        replayTake(*analyser, session, take.step, monoAt(wav, rate), wav.channels() > 1, opt.block);
     }
 
     const DiagnosisResult result = analyse(session);
