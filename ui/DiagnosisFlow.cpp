@@ -87,7 +87,9 @@ void DiagnosisFlow::startNoiseLearning(ObsFilterState& state) {
 void DiagnosisFlow::tick(double dt) {
     float level = -96.0f;
     if (state_ && state_->analyser) {
+        const DiagnosisController::State before = controller_.state();
         controller_.tick(dt, state_->analyser->snapshot());
+        followTake(before);
         level = state_->chain.inputLevelDb();
     }
     poll();
@@ -102,7 +104,40 @@ void DiagnosisFlow::tick(double dt) {
     }
 }
 
+void DiagnosisFlow::followTake(DiagnosisController::State before) {
+    DiagnosisAnalyser& analyser = *state_->analyser;
+    const DiagnosisController::State now = controller_.state();
+    if (now == DiagnosisController::kRecording && before != DiagnosisController::kRecording) {
+        controller_.setTakeEpoch(analyser.restartHeld());
+        if (controller_.currentStep() == kStepSilence) {
+            captureBuffer_.resize(8192);
+            // Whatever an earlier reader left in the ring is not this take.
+            while (analyser.readCapture(captureBuffer_.data(), captureBuffer_.size()) > 0) {
+            }
+            analyser.setRecording(true);
+            capturing_ = true;
+        }
+    }
+    if (capturing_) {
+        for (size_t n;
+             (n = analyser.readCapture(captureBuffer_.data(), captureBuffer_.size())) > 0;) {
+            controller_.appendSilenceAudio(captureBuffer_.data(), n, analyser.sampleRate());
+        }
+        if (now != DiagnosisController::kRecording) {
+            stopCapture();
+        }
+    }
+}
+
+void DiagnosisFlow::stopCapture() {
+    if (capturing_ && state_ && state_->analyser) {
+        state_->analyser->setRecording(false);
+    }
+    capturing_ = false;
+}
+
 void DiagnosisFlow::abort() {
+    stopCapture();
     if (!controller_.cancel()) {
         controller_.finish();
     }
@@ -111,6 +146,7 @@ void DiagnosisFlow::abort() {
 }
 
 void DiagnosisFlow::forgetState() {
+    stopCapture();
     runner_.forgetState();
     state_ = nullptr;
 }
@@ -130,6 +166,7 @@ void DiagnosisFlow::next() {
 }
 
 void DiagnosisFlow::cancel() {
+    stopCapture();
     if (controller_.cancel()) {
         restoreEffects();
         refresh();

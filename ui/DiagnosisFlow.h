@@ -6,6 +6,7 @@
 #include <QObject>
 
 #include <array>
+#include <vector>
 
 namespace Lumora {
 
@@ -61,6 +62,10 @@ private:
     void poll();
     void deliver(DiagnosisResult result);
     void restoreEffects();
+    // Around a take's recording: restart the held measures, capture the
+    // silence take's audio.
+    void followTake(DiagnosisController::State before);
+    void stopCapture();
 
     enum class PendingAction { None, Apply, Save };
 
@@ -71,6 +76,8 @@ private:
     DiagnosisRunner runner_;
     PendingAction pending_ = PendingAction::None;
     double endHold_ = 0.0;
+    bool capturing_ = false;
+    std::vector<float> captureBuffer_;
 };
 
 } // namespace Lumora
