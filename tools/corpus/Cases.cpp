@@ -1,0 +1,177 @@
+#include "Cases.h"
+
+#include "diagnosis/DiagnosisController.h"
+
+#include <cstdlib>
+
+namespace Lumora::Corpus {
+
+namespace {
+
+constexpr Want G = Want::Good, C = Want::Caution, W = Want::Warning, A = Want::Any,
+               NG = Want::NotGood, CL = Want::Close, FA = Want::Far;
+
+// Good placement per mic type is the distance each mic's advice recommends.
+// The levels are a streamer's: normal speech at -26 dBFS, loud +6, soft -10,
+// a quiet room 55 dB under the voice.
+const std::vector<Case> kCases = {
+    {"good-dynamic-8cm", 0, 0.08, -26, -20, -36, 55, false, false, {G, G, G, G, G, G}},
+    {"good-condenser-15cm", 1, 0.15, -26, -20, -36, 55, false, false, {G, G, G, G, G, G}},
+    {"good-usb-20cm", 2, 0.20, -26, -20, -36, 55, false, false, {G, G, G, G, G, G}},
+    {"close-condenser-2cm", 1, 0.02, -26, -20, -36, 55, false, false, {A, A, A, CL, A, A}, true},
+    {"close-usb-2cm", 2, 0.02, -26, -20, -36, 55, false, false, {A, A, A, CL, A, A}, true},
+    {"far-dynamic-80cm", 0, 0.80, -26, -20, -36, 55, false, false, {A, A, A, FA, A, A}, true},
+    {"far-usb-80cm", 2, 0.80, -26, -20, -36, 55, false, false, {A, A, A, A, A, A}},
+    {"fan-12dB", 2, 0.20, -26, -20, -36, 12, false, true, {G, G, W, A, A, G}},
+    {"fan-30dB", 2, 0.20, -26, -20, -36, 30, false, true, {G, G, C, G, G, G}},
+    {"quiet-room-soft-talker", 1, 0.15, -36, -30, -46, 45, false, false, {G, A, G, G, G, G}},
+    {"pops-clipping", 0, 0.08, -26, -20, -36, 55, true, false, {W, G, G, G, G, W}},
+    {"agc-flat", 2, 0.20, -26, -26, -26, 55, false, false, {G, G, G, G, W, G}},
+    {"clipped-take", 2, 0.20, -4, 2, -14, 55, false, false, {W, A, A, A, A, A}},
+    {"far-too-quiet", 2, 0.20, -52, -46, -62, 55, false, false, {G, W, A, A, A, A}},
+};
+
+std::vector<float> speechTake(const Voice& voice, const Case& c, double offset, double seconds,
+                              double targetDb, unsigned seed) {
+    std::vector<float> x = speechStretch(voice, offset, seconds);
+    std::fill(x.begin(), x.begin() + static_cast<long>(kSpeechStartsAt * kRate), 0.0f);
+    applyDistance(x, c.distance);
+    if (c.distance >= 0.6) {
+        applyRoom(x, c.distance, 0.45, seed);
+    }
+    scale(x, targetDb - activeLevelDb(x, 0, x.size()));
+    return x;
+}
+
+} // namespace
+
+TakeSet makeTakes(const Voice& voice, const Case& c) {
+    TakeSet set;
+    const double roomDb = c.normalDb - c.roomUnder;
+    const struct {
+        DiagnosisStep step;
+        double level;
+        double offset;
+    } speech[] = {{kStepNormal, c.normalDb, 0.0},
+                  {kStepLoud, c.loudDb, 6.0},
+                  {kStepSoft, c.softDb, 12.0},
+                  {kStepPlosive, c.normalDb, 18.0}};
+    unsigned seed = 11;
+    for (const auto& s : speech) {
+        const double seconds = kLeadIn + DiagnosisController::step(s.step).durationS;
+        std::vector<float> x = speechTake(voice, c, s.offset, seconds, s.level, seed++);
+        set.clean[s.step] = x;
+        if (s.step == kStepPlosive && c.pops) {
+            addPops(x, kSpeechStartsAt, 0.4, 1.6);
+        }
+        const std::vector<float> room = fanNoise(x.size(), roomDb, seed++);
+        for (size_t i = 0; i < x.size(); ++i) {
+            x[i] += room[i];
+        }
+        hardClip(x); // the converter clips at full scale
+        set.takes[s.step] = std::move(x);
+    }
+    const size_t n = static_cast<size_t>((kLeadIn + 3.0) * kRate);
+    set.takes[kStepSilence] = fanNoise(n, roomDb, seed++);
+    set.clean[kStepSilence].assign(n, 0.0f);
+    return set;
+}
+
+bool meets(Want want, const DiagnosisItem& item) {
+    switch (want) {
+    case Want::Any:
+        return true;
+    case Want::Good:
+        return item.level == kLevelGood;
+    case Want::Caution:
+        return item.level == kLevelCaution;
+    case Want::Warning:
+        return item.level == kLevelWarning;
+    case Want::NotGood:
+        return item.level != kLevelGood;
+    case Want::Close:
+        return item.level != kLevelGood && item.value > 0.0f;
+    case Want::Far:
+        return item.level != kLevelGood && item.value < 0.0f;
+    }
+    return false;
+}
+
+const std::vector<Case>& cases() {
+    return kCases;
+}
+
+const Case* findCase(const std::string& name) {
+    for (const Case& c : kCases) {
+        if (name == c.name) {
+            return &c;
+        }
+    }
+    return nullptr;
+}
+
+// Real recorded speech from Debian packages (alsa-utils: one speaker;
+// pocketsphinx-testdata: a LibriVox reader and the CMU test speaker), and two
+// espeak-ng voices made on the spot.
+Voices loadVoices(const std::string& only) {
+    const std::string a = "/usr/share/sounds/alsa/";
+    const std::string p = "/usr/share/pocketsphinx/test/data/";
+    const std::string l = p + "librivox/sense_and_sensibility_01_austen_64kb-0";
+    struct Spec {
+        const char* name;
+        bool synthetic;
+        std::vector<std::string> files;
+    };
+    std::vector<Spec> specs = {
+        {"alsa",
+         false,
+         {a + "Front_Center.wav", a + "Front_Left.wav", a + "Front_Right.wav",
+          a + "Rear_Center.wav", a + "Rear_Left.wav", a + "Rear_Right.wav", a + "Side_Left.wav",
+          a + "Side_Right.wav"}},
+        {"libri",
+         false,
+         {l + "870.wav", l + "880.wav", l + "890.wav", l + "920.wav", l + "930.wav"}},
+        {"cmu", false, {p + "goforward.raw", p + "something.raw", p + "numbers.raw"}},
+    };
+    const char* tmp = std::getenv("TMPDIR");
+    const std::string dir = tmp ? tmp : "/tmp";
+    const struct {
+        const char* name;
+        const char* voice;
+        const char* text;
+    } speak[] = {
+        {"espeak-en", "en-us",
+         "Hello everyone, welcome back to the stream. Today we are going to try something new, "
+         "so stay with me, and tell me in the chat what you think about it."},
+        {"espeak-ja", "ja",
+         "みなさんこんにちは、今日も配信に来てくれてありがとう。今日は新しいゲームをやってみるので"
+         "、最後まで楽しんでいってね。コメントもたくさん待ってます。"},
+    };
+    for (const auto& s : speak) {
+        const std::string file = dir + "/lumora-corpus-" + s.name + ".wav";
+        const std::string cmd = std::string("espeak-ng -v ") + s.voice + " -s 150 -w '" + file +
+                                "' '" + s.text + "' >/dev/null 2>&1";
+        if (std::system(cmd.c_str()) == 0) {
+            specs.push_back({s.name, true, {file}});
+        } else {
+            specs.push_back({s.name, true, {}});
+        }
+    }
+    Voices v;
+    for (const Spec& s : specs) {
+        if (!only.empty() &&
+            ("," + only + ",").find(std::string(",") + s.name + ",") == std::string::npos) {
+            continue;
+        }
+        Voice voice;
+        std::string error = "espeak-ng is not installed";
+        if (!s.files.empty() && loadVoice(s.name, s.files, s.synthetic, voice, error)) {
+            v.list.push_back(std::move(voice));
+        } else {
+            v.missing += std::string(v.missing.empty() ? "" : "; ") + s.name + ": " + error;
+        }
+    }
+    return v;
+}
+
+} // namespace Lumora::Corpus
