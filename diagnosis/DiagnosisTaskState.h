@@ -3,18 +3,15 @@
 #include "diagnosis/DiagnosisResult.h"
 
 #include <future>
-#include <vector>
 
 namespace Lumora {
 
-// The asynchronous diagnosis results of one filter, polled by the dialog.
+// The analysis running for one filter, polled by the dialog. It lives with the
+// filter, not the dialog: a filter removed mid-analysis waits here for the
+// thread before it is freed.
 struct DiagnosisTaskState {
     bool started = false;
-    int state = 2;
-    int resultIndex = -1;
-    int counter = 0;
-    std::vector<DiagnosisResult> results;
-    std::future<DiagnosisResult> pending[2];
+    std::future<DiagnosisResult> pending;
 };
 
 } // namespace Lumora

@@ -14,16 +14,16 @@ namespace Lumora {
 
 namespace {
 
-std::map<ObsFilterState*, QPointer<WizardDialog>>& dialogs() {
-    static std::map<ObsFilterState*, QPointer<WizardDialog>> map;
+std::map<FilterEngine*, QPointer<WizardDialog>>& dialogs() {
+    static std::map<FilterEngine*, QPointer<WizardDialog>> map;
     return map;
 }
 
 } // namespace
 
-void openDialogFor(ObsFilterState* state) {
+void openDialogFor(FilterEngine* engine) {
     auto& map = dialogs();
-    if (auto it = map.find(state); it != map.end()) {
+    if (auto it = map.find(engine); it != map.end()) {
         if (WizardDialog* dialog = it->second.data()) {
             dialog->show();
             dialog->raise();
@@ -33,14 +33,14 @@ void openDialogFor(ObsFilterState* state) {
         map.erase(it);
     }
     auto* parent = static_cast<QWidget*>(obs_frontend_get_main_window());
-    auto* dialog = new WizardDialog(parent, state);
-    map[state] = dialog;
+    auto* dialog = new WizardDialog(parent, engine);
+    map[engine] = dialog;
     dialog->show();
 }
 
-void closeDialogFor(ObsFilterState* state) {
+void closeDialogFor(FilterEngine* engine) {
     auto& map = dialogs();
-    auto it = map.find(state);
+    auto it = map.find(engine);
     if (it == map.end()) {
         return;
     }
@@ -52,24 +52,24 @@ void closeDialogFor(ObsFilterState* state) {
     map.erase(it);
 }
 
-void closeDialogThenRelease(ObsFilterState* state, void (*release)(ObsFilterState*)) {
+void closeDialogThenRelease(FilterEngine* engine, void (*release)(FilterEngine*)) {
     QCoreApplication* app = QCoreApplication::instance();
     if (!app || QThread::currentThread() == app->thread()) {
-        closeDialogFor(state);
-        release(state);
+        closeDialogFor(engine);
+        release(engine);
         return;
     }
     QMetaObject::invokeMethod(
         app,
-        [state, release] {
-            closeDialogFor(state);
-            release(state);
+        [engine, release] {
+            closeDialogFor(engine);
+            release(engine);
         },
         Qt::QueuedConnection);
 }
 
-bool hasDialogFor(ObsFilterState* state) {
-    auto it = dialogs().find(state);
+bool hasDialogFor(FilterEngine* engine) {
+    auto it = dialogs().find(engine);
     return it != dialogs().end() && !it->second.isNull();
 }
 

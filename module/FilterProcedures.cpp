@@ -1,8 +1,9 @@
 #include "module/FilterProcedures.h"
 
-#include "module/ObsFilterState.h"
+#include "engine/FilterEngine.h"
 #include "settings/JsonText.h"
 #include "settings/PresetFile.h"
+#include "ui/InterfaceThread.h"
 
 #include <obs-module.h>
 
@@ -36,96 +37,107 @@ void reply(calldata_t* cd, bool ok, const std::string& error) {
     calldata_set_string(cd, "error", error.c_str());
 }
 
+// Each procedure does its work on the interface thread, where the engine's
+// writers and the open dialog live: the dialog hears of the change at once and
+// its next edit starts from it.
+
 void applyEffect(void* data, calldata_t* cd) {
-    auto* state = static_cast<ObsFilterState*>(data);
+    auto* engine = static_cast<FilterEngine*>(data);
     const std::string json = jsonArgument(cd);
-    std::string name;
-    if (storedName(json, name)) {
-        std::optional<SavedEffectPreset> saved;
-        if (state->store) {
-            saved = state->store->findEffectPreset(name);
-        }
-        if (!saved) {
-            reply(cd, false, "no effect preset named \"" + name + "\"");
+    runOnInterfaceThread([&] {
+        std::string name;
+        if (storedName(json, name)) {
+            std::optional<SavedEffectPreset> saved;
+            if (engine->store()) {
+                saved = engine->store()->findEffectPreset(name);
+            }
+            if (!saved) {
+                reply(cd, false, "no effect preset named \"" + name + "\"");
+                return;
+            }
+            engine->applyEffectPreset(*saved);
+            engine->setLastPresetName(name);
+            const bool kept = engine->saveAppFields();
+            reply(cd, kept, kept ? "" : "applied, but the settings file could not be written");
             return;
         }
-        state->applyEffectPreset(*saved);
-        state->lastPresetName = name;
-        const bool kept = state->store->saveAppFields(
-            {state->isRecordingMode, name, state->uiScale, state->showNumericValues});
-        reply(cd, kept, kept ? "" : "applied, but the settings file could not be written");
-        return;
-    }
-    SavedEffectPreset preset;
-    if (!parseEffectPresetText(json, preset)) {
-        reply(cd, false, "not an effect preset object");
-        return;
-    }
-    state->applyEffectPreset(preset);
-    reply(cd, true, "");
+        SavedEffectPreset preset;
+        if (!parseEffectPresetText(json, preset)) {
+            reply(cd, false, "not an effect preset object");
+            return;
+        }
+        engine->applyEffectPreset(preset);
+        reply(cd, true, "");
+    });
 }
 
 void applySoundFx(void* data, calldata_t* cd) {
-    auto* state = static_cast<ObsFilterState*>(data);
+    auto* engine = static_cast<FilterEngine*>(data);
     const std::string json = jsonArgument(cd);
-    std::string name;
-    if (storedName(json, name)) {
-        std::optional<SavedSoundFxPreset> saved;
-        if (state->store) {
-            saved = state->store->findSoundFxPreset(name);
-        }
-        if (!saved) {
-            reply(cd, false, "no sound-effect preset named \"" + name + "\"");
+    runOnInterfaceThread([&] {
+        std::string name;
+        if (storedName(json, name)) {
+            std::optional<SavedSoundFxPreset> saved;
+            if (engine->store()) {
+                saved = engine->store()->findSoundFxPreset(name);
+            }
+            if (!saved) {
+                reply(cd, false, "no sound-effect preset named \"" + name + "\"");
+                return;
+            }
+            engine->applySoundFxPreset(saved->preset);
+            reply(cd, true, "");
             return;
         }
-        state->applySoundFxPreset(saved->preset);
+        SavedSoundFxPreset preset;
+        if (!parseSoundFxPresetText(json, preset)) {
+            reply(cd, false, "not a sound-effect preset object");
+            return;
+        }
+        engine->applySoundFxPreset(preset.preset);
         reply(cd, true, "");
-        return;
-    }
-    SavedSoundFxPreset preset;
-    if (!parseSoundFxPresetText(json, preset)) {
-        reply(cd, false, "not a sound-effect preset object");
-        return;
-    }
-    state->applySoundFxPreset(preset.preset);
-    reply(cd, true, "");
+    });
 }
 
 void getEffect(void* data, calldata_t* cd) {
-    auto* state = static_cast<ObsFilterState*>(data);
-    SavedEffectPreset current;
-    current.preset = state->chain.getParameters();
-    current.name = current.preset.name.empty() ? state->lastPresetName : current.preset.name;
-    current.description = current.preset.description;
-    current.recording = current.preset.recording;
-    calldata_set_string(cd, "result", effectPresetText(current).c_str());
-    calldata_set_bool(cd, "ok", true);
+    auto* engine = static_cast<FilterEngine*>(data);
+    runOnInterfaceThread([&] {
+        SavedEffectPreset current;
+        current.preset = engine->effectPreset();
+        current.name = current.preset.name.empty() ? engine->lastPresetName() : current.preset.name;
+        current.description = current.preset.description;
+        current.recording = current.preset.recording;
+        calldata_set_string(cd, "result", effectPresetText(current).c_str());
+        calldata_set_bool(cd, "ok", true);
+    });
 }
 
 void getSoundFx(void* data, calldata_t* cd) {
-    auto* state = static_cast<ObsFilterState*>(data);
-    SavedSoundFxPreset current;
-    current.preset = state->effects.getParameters();
-    calldata_set_string(cd, "result", soundFxPresetText(current).c_str());
-    calldata_set_bool(cd, "ok", state->effects.isActive());
+    auto* engine = static_cast<FilterEngine*>(data);
+    runOnInterfaceThread([&] {
+        SavedSoundFxPreset current;
+        current.preset = engine->soundFxPreset();
+        calldata_set_string(cd, "result", soundFxPresetText(current).c_str());
+        calldata_set_bool(cd, "ok", engine->soundFxActive());
+    });
 }
 
 } // namespace
 
-void registerFilterProcedures(obs_source_t* source, ObsFilterState* state) {
+void registerFilterProcedures(obs_source_t* source, FilterEngine* engine) {
     proc_handler_t* ph = obs_source_get_proc_handler(source);
     if (!ph) {
         return;
     }
     proc_handler_add(ph, "void apply_effect_preset(in string json, out bool ok, out string error)",
-                     applyEffect, state);
+                     applyEffect, engine);
     proc_handler_add(ph,
                      "void apply_sound_fx_preset(in string json, out bool ok, out string error)",
-                     applySoundFx, state);
+                     applySoundFx, engine);
     proc_handler_add(ph, "void get_effect_preset(out string result, out bool ok)", getEffect,
-                     state);
+                     engine);
     proc_handler_add(ph, "void get_sound_fx_preset(out string result, out bool ok)", getSoundFx,
-                     state);
+                     engine);
 }
 
 } // namespace Lumora

@@ -4,7 +4,7 @@ struct obs_source;
 
 namespace Lumora {
 
-struct ObsFilterState;
+class FilterEngine;
 
 // Procedures on the filter's procedure handler, so OBS scripts and other plug-ins
 // (and lumora-host) can set and read the voice of one filter:
@@ -15,6 +15,6 @@ struct ObsFilterState;
 // `json` is a preset object as the settings file keeps it, or {"name": "..."} for
 // a preset stored under that name; applying a stored effect preset by name makes
 // it the one a new filter starts with.
-void registerFilterProcedures(obs_source* source, ObsFilterState* state);
+void registerFilterProcedures(obs_source* source, FilterEngine* engine);
 
 } // namespace Lumora

@@ -1,8 +1,8 @@
-// The "Tindra" audio filter: OBS callbacks around ObsFilterState.
+// The "Tindra" audio filter: OBS callbacks around a FilterEngine.
+#include "engine/FilterEngine.h"
 #include "module/DialogRegistry.h"
 #include "module/FilterKeys.h"
 #include "module/FilterProcedures.h"
-#include "module/ObsFilterState.h"
 #include "platform/Platform.h"
 
 #include <media-io/audio-io.h>
@@ -40,71 +40,60 @@ const char* filterName(void*) {
 }
 
 void filterUpdate(void* data, obs_data_t* settings) {
-    auto* state = static_cast<ObsFilterState*>(data);
-    if (!state || !settings) {
+    auto* engine = static_cast<FilterEngine*>(data);
+    if (!engine || !settings) {
         return;
     }
-    state->isRecordingMode = obs_data_get_bool(settings, kSettingRecordingMode);
+    engine->setRecordingMode(obs_data_get_bool(settings, kSettingRecordingMode));
 }
 
 void* filterCreate(obs_data_t* settings, obs_source_t* source) {
-    ObsFilterState* state = new (std::nothrow) ObsFilterState();
-    if (!state) {
+    FilterEngine* engine = new (std::nothrow) FilterEngine();
+    if (!engine) {
         return nullptr;
     }
-    state->source = source;
-    state->analyser = makeAnalyser();
-    state->ownedStore = std::make_unique<SettingsStore>(std::string());
-    state->store = state->ownedStore.get();
-    state->writeRecordingMode = [source](bool recording) {
-        obs_data_t* s = obs_source_get_settings(source);
-        obs_data_set_bool(s, kSettingRecordingMode, recording);
-        obs_data_release(s);
-    };
+    engine->setStore(std::make_unique<SettingsStore>(std::string()));
 
+    uint32_t sampleRate = 48000, channels = 2;
     if (audio_t* audio = obs_get_audio()) {
         if (const audio_output_info* info = audio_output_get_info(audio)) {
-            state->sampleRate = info->samples_per_sec;
-            state->channels = channelsOf(info->speakers);
+            sampleRate = info->samples_per_sec;
+            channels = channelsOf(info->speakers);
         }
     }
 
-    // The analyser's rings, filters and loudness meter are sized here, once: an
-    // update while audio flows must never rebuild what the audio thread is using.
     // The neural suppressor's library may sit beside this module or on the
     // system's path; its model lives in the module's data folder.
     const char* dataPath = obs_get_module_data_path(obs_current_module());
-    state->chain.setNoiseModelLocation(NoiseModelLocation::standard(
+    engine->setNoiseModelLocation(NoiseModelLocation::standard(
         Platform::folderOfBinaryContaining(reinterpret_cast<const void*>(&filterName)),
         dataPath ? dataPath : ""));
+    // The analyser's rings, filters and loudness meter and the chains are
+    // sized here, once: an update while audio flows must never rebuild what
+    // the audio thread is using.
+    engine->prepare(static_cast<double>(sampleRate), channels);
 
-    const double rate = static_cast<double>(state->sampleRate);
-    const int blockHint = static_cast<int>(state->sampleRate / 10);
-    state->analyser->prepare(rate);
-    state->chain.prepare(rate, blockHint);
-    state->effects.prepare(rate, blockHint);
-
-    filterUpdate(state, settings);
-    state->restoreFromSettings();
-    registerFilterProcedures(source, state);
-    blog(LOG_INFO, "[Lumora] filter created (sr=%u ch=%u)", state->sampleRate, state->channels);
-    return state;
+    filterUpdate(engine, settings);
+    engine->restoreFromSettings();
+    registerFilterProcedures(source, engine);
+    blog(LOG_INFO, "[Lumora] filter created (sr=%u ch=%u)", sampleRate, channels);
+    return engine;
 }
 
 void filterDestroy(void* data) {
-    auto* state = static_cast<ObsFilterState*>(data);
-    if (!state) {
+    auto* engine = static_cast<FilterEngine*>(data);
+    if (!engine) {
         return;
     }
-    closeDialogThenRelease(state, [](ObsFilterState* s) {
-        delete s;
+    closeDialogThenRelease(engine, [](FilterEngine* e) {
+        delete e;
         blog(LOG_INFO, "[Lumora] filter destroyed");
     });
 }
 
 obs_audio_data* filterAudio(void* data, obs_audio_data* audio) {
-    auto* state = static_cast<ObsFilterState*>(data);
-    if (!state || !state->analyser || !audio) {
+    auto* engine = static_cast<FilterEngine*>(data);
+    if (!engine || !audio) {
         return audio;
     }
     float* planes[8] = {};
@@ -116,7 +105,7 @@ obs_audio_data* filterAudio(void* data, obs_audio_data* audio) {
     if (count == 0) {
         return audio;
     }
-    state->processAudio(planes, count, static_cast<int>(audio->frames));
+    engine->processAudio(planes, count, static_cast<int>(audio->frames));
     return audio;
 }
 
@@ -128,7 +117,7 @@ bool openWizardClicked(obs_properties_t*, obs_property_t*, void* data) {
     if (!data) {
         return false;
     }
-    openDialogFor(static_cast<ObsFilterState*>(data));
+    openDialogFor(static_cast<FilterEngine*>(data));
     return false;
 }
 

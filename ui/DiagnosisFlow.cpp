@@ -1,6 +1,6 @@
 #include "ui/DiagnosisFlow.h"
 
-#include "module/ObsFilterState.h"
+#include "engine/FilterEngine.h"
 #include "ui/WizardPanel.h"
 
 #include <optional>
@@ -12,8 +12,7 @@ namespace {
 constexpr double kEndHoldSeconds = 1.5;
 } // namespace
 
-DiagnosisFlow::DiagnosisFlow(QObject* parent, WizardPanel* panel, const EffectPreset* working)
-    : QObject(parent), panel_(panel), working_(working) {
+DiagnosisFlow::DiagnosisFlow(QObject* parent, WizardPanel* panel) : QObject(parent), panel_(panel) {
     controller_.setResultCallback([this](const DiagnosisResult& result) {
         if (pending_ == PendingAction::Apply) {
             emit applyRequested(result);
@@ -55,42 +54,38 @@ DiagnosisFlow::DiagnosisFlow(QObject* parent, WizardPanel* panel, const EffectPr
     });
 }
 
-DiagnosisFlow::~DiagnosisFlow() {
-    if (runner_.effectsDisabled()) {
-        restoreEffects();
-    }
-}
+DiagnosisFlow::~DiagnosisFlow() = default;
 
 void DiagnosisFlow::setAnalyseFunction(DiagnosisRunner::AnalyseFunction analyse) {
     runner_.setAnalyseFunction(std::move(analyse));
 }
 
-void DiagnosisFlow::open(ObsFilterState& state) {
-    state_ = &state;
+void DiagnosisFlow::open(FilterEngine& engine) {
+    engine_ = &engine;
     // The analyser must hear the raw voice.
-    runner_.disableEffects(state, *working_);
+    runner_.holdEffects(engine);
     endHold_ = 0.0;
     refresh();
 }
 
-void DiagnosisFlow::start(ObsFilterState& state) {
+void DiagnosisFlow::start(FilterEngine& engine) {
     controller_.reset();
-    open(state);
+    open(engine);
 }
 
-void DiagnosisFlow::startNoiseLearning(ObsFilterState& state) {
+void DiagnosisFlow::startNoiseLearning(FilterEngine& engine) {
     controller_.reset();
     controller_.restartAtSilence();
-    open(state);
+    open(engine);
 }
 
 void DiagnosisFlow::tick(double dt) {
     float level = -96.0f;
-    if (state_ && state_->analyser) {
+    if (engine_ && engine_->analyser()) {
         const DiagnosisController::State before = controller_.state();
-        controller_.tick(dt, state_->analyser->snapshot());
+        controller_.tick(dt, engine_->analyser()->snapshot());
         followTake(before);
-        level = state_->chain.inputLevelDb();
+        level = engine_->chain().inputLevelDb();
     }
     poll();
     refresh(dt, level);
@@ -105,7 +100,7 @@ void DiagnosisFlow::tick(double dt) {
 }
 
 void DiagnosisFlow::followTake(DiagnosisController::State before) {
-    DiagnosisAnalyser& analyser = *state_->analyser;
+    DiagnosisAnalyser& analyser = *engine_->analyser();
     const DiagnosisController::State now = controller_.state();
     if (now == DiagnosisController::kRecording && before != DiagnosisController::kRecording) {
         controller_.setTakeEpoch(analyser.restartHeld());
@@ -130,8 +125,8 @@ void DiagnosisFlow::followTake(DiagnosisController::State before) {
 }
 
 void DiagnosisFlow::stopCapture() {
-    if (capturing_ && state_ && state_->analyser) {
-        state_->analyser->setRecording(false);
+    if (capturing_ && engine_ && engine_->analyser()) {
+        engine_->analyser()->setRecording(false);
     }
     capturing_ = false;
 }
@@ -145,10 +140,10 @@ void DiagnosisFlow::abort() {
     endHold_ = 0.0;
 }
 
-void DiagnosisFlow::forgetState() {
+void DiagnosisFlow::forgetEngine() {
     stopCapture();
-    runner_.forgetState();
-    state_ = nullptr;
+    runner_.forgetEngine();
+    engine_ = nullptr;
 }
 
 void DiagnosisFlow::refresh(double dt, float levelDb) {
@@ -160,7 +155,7 @@ void DiagnosisFlow::next() {
         return;
     }
     if (controller_.state() == DiagnosisController::kAnalysing) {
-        runner_.start(state_, controller_.session());
+        runner_.start(engine_, controller_.session());
     }
     refresh();
 }
@@ -184,7 +179,7 @@ void DiagnosisFlow::poll() {
     if (!runner_.analysing() || controller_.state() != DiagnosisController::kAnalysing) {
         return;
     }
-    if (std::optional<DiagnosisResult> result = runner_.poll(state_)) {
+    if (std::optional<DiagnosisResult> result = runner_.poll(engine_)) {
         deliver(std::move(*result));
     }
 }
@@ -204,9 +199,7 @@ void DiagnosisFlow::deliver(DiagnosisResult result) {
 }
 
 void DiagnosisFlow::restoreEffects() {
-    if (state_) {
-        runner_.restoreEffects(*state_, *working_);
-    }
+    runner_.releaseEffects();
 }
 
 } // namespace Lumora

@@ -10,36 +10,34 @@
 
 namespace Lumora {
 
-struct ObsFilterState;
+class FilterEngine;
 class WizardPanel;
 
 // The running diagnosis between the dialog and its wizard page: forwards the
-// page's buttons to the controller, records on the dialog's tick, switches the
-// filter's effects off for the takes, runs the analysis on its thread and
-// reports what the dialog has to do with the outcome.
+// page's buttons to the controller, records on the dialog's tick, holds the
+// filter's chains straight through for the takes, runs the analysis on its
+// thread and reports what the dialog has to do with the outcome.
 class DiagnosisFlow : public QObject {
     Q_OBJECT
 public:
-    // `working` is the dialog's copy of the chain's parameters (restored into
-    // the chain with the effects); it outlives the flow.
-    DiagnosisFlow(QObject* parent, WizardPanel* panel, const EffectPreset* working);
+    DiagnosisFlow(QObject* parent, WizardPanel* panel);
     ~DiagnosisFlow() override;
 
     void setAnalyseFunction(DiagnosisRunner::AnalyseFunction analyse);
 
     // Opens the wizard at the mic choice.
-    void start(ObsFilterState& state);
+    void start(FilterEngine& engine);
     // Opens the wizard at the silence take alone, to learn the room's noise.
-    void startNoiseLearning(ObsFilterState& state);
+    void startNoiseLearning(FilterEngine& engine);
     // One tick while the wizard is shown: the latest snapshot, the analysis,
     // the page; after the closing words it emits finished().
     void tick(double dt);
     // Ends whatever runs (the dialog is being hidden) and brings the effects back.
     void abort();
     // The filter is going away: nothing of it may be touched any more.
-    void forgetState();
+    void forgetEngine();
 
-    bool effectsDisabled() const { return runner_.effectsDisabled(); }
+    bool effectsHeld() const { return runner_.effectsHeld(); }
     const DiagnosisController& controller() const { return controller_; }
     const DiagnosisRunner& runner() const { return runner_; }
 
@@ -54,7 +52,7 @@ signals:
     void finished();
 
 private:
-    void open(ObsFilterState& state);
+    void open(FilterEngine& engine);
     void refresh(double dt = 0.0, float levelDb = -96.0f);
     void next();
     void cancel();
@@ -70,8 +68,7 @@ private:
     enum class PendingAction { None, Apply, Save };
 
     WizardPanel* panel_;
-    const EffectPreset* working_;
-    ObsFilterState* state_ = nullptr;
+    FilterEngine* engine_ = nullptr;
     DiagnosisController controller_;
     DiagnosisRunner runner_;
     PendingAction pending_ = PendingAction::None;

@@ -2,7 +2,7 @@
 
 #include "diagnosis/DiagnosisResult.h"
 #include "diagnosis/DiagnosisSession.h"
-#include "dsp/EffectPreset.h"
+#include "engine/FilterEngine.h"
 
 #include <functional>
 #include <future>
@@ -10,53 +10,45 @@
 
 namespace Lumora {
 
-struct ObsFilterState;
-
-// The dialog's side of a running diagnosis: switching the filter's effects off
-// while the takes are recorded and back on afterwards, and running the analysis
-// on a thread of its own, polled from the dialog's tick.
+// The dialog's side of a running diagnosis: holding the filter's chains
+// straight through while the takes are recorded, and running the analysis on a
+// thread of its own, polled from the dialog's tick.
 class DiagnosisRunner {
 public:
     using AnalyseFunction = std::function<DiagnosisResult(const DiagnosisSession&)>;
 
     DiagnosisRunner();
 
-    // Stands in for the analysis until the real one is wired in: a valid
-    // result without items, with the session's mic type.
-    static DiagnosisResult placeholderAnalyse(const DiagnosisSession& session);
-
     void setAnalyseFunction(AnalyseFunction analyse);
 
-    // Saves the chain's and the effects' on switches, then turns both off so the
-    // analyser hears the raw voice. `working` is the dialog's copy of the chain's
-    // parameters.
-    void disableEffects(ObsFilterState& state, const EffectPreset& working);
-    // Puts both switches back as they were; does nothing when they are not off.
-    void restoreEffects(ObsFilterState& state, const EffectPreset& working);
-    bool effectsDisabled() const { return effectsDisabled_; }
+    // Holds the chains straight through so the analyser hears the raw voice;
+    // whatever is applied meanwhile goes on air when the hold is released.
+    void holdEffects(FilterEngine& engine);
+    void releaseEffects() { hold_.release(); }
+    bool effectsHeld() const { return hold_.holding(); }
 
     // Starts the analysis of a copy of `session` on a new thread. The future is
-    // kept in the filter's diagnosis task state when there is one.
-    void start(ObsFilterState* state, const DiagnosisSession& session);
+    // kept in the engine's diagnosis task when there is an engine, so a filter
+    // removed mid-analysis waits for the thread before it is freed.
+    void start(FilterEngine* engine, const DiagnosisSession& session);
     // Without waiting: the result once the analysis has finished. A failed
     // analysis leaves the analysing flag set and yields nothing.
-    std::optional<DiagnosisResult> poll(ObsFilterState* state);
+    std::optional<DiagnosisResult> poll(FilterEngine* engine);
     bool analysing() const { return analysing_; }
     bool failed() const { return failed_; }
-    // The filter state is going away: forget its future (the state waits for it).
-    void forgetState();
+    // The engine is going away: let go of the hold and forget its future (the
+    // engine waits for it).
+    void forgetEngine();
 
 private:
-    std::future<DiagnosisResult>* futureFor(ObsFilterState* state);
+    std::future<DiagnosisResult>* futureFor(FilterEngine* engine);
 
     AnalyseFunction analyse_;
     std::future<DiagnosisResult> ownFuture_;
-    bool usesStateFuture_ = false;
+    bool usesEngineFuture_ = false;
     bool analysing_ = false;
     bool failed_ = false;
-    bool effectsDisabled_ = false;
-    bool savedChainActive_ = false;
-    bool savedFxActive_ = false;
+    FilterEngine::MeasurementHold hold_;
 };
 
 } // namespace Lumora

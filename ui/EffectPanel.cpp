@@ -3,7 +3,7 @@
 #include "ui/ResetPrompt.h"
 
 #include "diagnosis/RecommendedSettings.h"
-#include "module/ObsFilterState.h"
+#include "engine/FilterEngine.h"
 #include "settings/SettingsStore.h"
 #include "ui/CollapsibleSection.h"
 #include "ui/DynamicsControls.h"
@@ -133,10 +133,10 @@ bool EffectPanel::noiseLearned() const {
     return noise_->noiseLearned();
 }
 
-void EffectPanel::setFilterState(ObsFilterState* state) {
-    noise_->setFilterState(state);
-    if (state) {
-        eq_->curve()->setSampleRate(state->chain.sampleRate());
+void EffectPanel::setEngine(FilterEngine* engine) {
+    noise_->setEngine(engine);
+    if (engine) {
+        eq_->curve()->setSampleRate(engine->chain().sampleRate());
     }
 }
 

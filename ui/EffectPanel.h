@@ -11,7 +11,7 @@ class QPushButton;
 
 namespace Lumora {
 
-struct ObsFilterState;
+class FilterEngine;
 class CollapsibleSection;
 class CompressorDisplay;
 class DynamicsControls;
@@ -50,9 +50,9 @@ public:
     bool noiseLearned() const;
     // The filter whose analyser noise is learned from, and whose chain says
     // whether the AI filter can run; null: no learning. A learning run in
-    // progress is cancelled (and the chains put back) when the state changes,
-    // so the dialog sets null before the filter state goes away.
-    void setFilterState(ObsFilterState* state);
+    // progress is cancelled (and the chains put back) when the engine changes,
+    // so the dialog sets null before the engine goes away.
+    void setEngine(FilterEngine* engine);
     void setNoiseSuppressionStatus(NoiseSuppressionStatus status);
 
     // Every control back to its starting value (the learned profile stays).

@@ -1,6 +1,6 @@
 #include "ui/NoiseControls.h"
 
-#include "module/ObsFilterState.h"
+#include "engine/FilterEngine.h"
 #include "ui/Knob.h"
 #include "ui/NoiseLearner.h"
 #include "ui/NoiseProfileDisplay.h"
@@ -226,7 +226,7 @@ NoiseControls::NoiseControls(QWidget* parent, EffectPreset* preset)
     connect(learner_, &NoiseLearner::failed, this, &NoiseControls::onLearnFailed);
     connect(learner_, &NoiseLearner::progressed, this, &NoiseControls::onLearnProgress);
 
-    setFilterState(nullptr);
+    setEngine(nullptr);
     retranslateUi();
     refresh();
 }
@@ -254,14 +254,14 @@ void NoiseControls::setEasyMode(bool easy) {
     }
 }
 
-void NoiseControls::setFilterState(ObsFilterState* state) {
-    if (learner_->isRunning() && state != state_) {
+void NoiseControls::setEngine(FilterEngine* engine) {
+    if (learner_->isRunning() && engine != engine_) {
         learner_->cancel();
     }
-    state_ = state;
-    learnButton_->setEnabled(state_ && state_->analyser);
-    if (state_) {
-        setNoiseSuppressionStatus(state_->chain.noiseSuppressionStatus());
+    engine_ = engine;
+    learnButton_->setEnabled(engine_ && engine_->analyser());
+    if (engine_) {
+        setNoiseSuppressionStatus(engine_->chain().noiseSuppressionStatus());
     }
 }
 
@@ -294,7 +294,7 @@ void NoiseControls::showLearnedState() {
 }
 
 bool NoiseControls::startNoiseLearning() {
-    if (!learner_->start(state_)) {
+    if (!learner_->start(engine_)) {
         return false;
     }
     learnButton_->setEnabled(false);
@@ -316,7 +316,7 @@ void NoiseControls::onLearned() {
     preset_->spectral.enabled = true;
     learned_ = true;
     learnFailed_ = false;
-    learnButton_->setEnabled(state_ != nullptr);
+    learnButton_->setEnabled(engine_ != nullptr);
     refresh();
     showLearnedState();
     emit edited();
@@ -325,7 +325,7 @@ void NoiseControls::onLearned() {
 
 void NoiseControls::onLearnFailed() {
     learnFailed_ = true;
-    learnButton_->setEnabled(state_ != nullptr);
+    learnButton_->setEnabled(engine_ != nullptr);
     refresh();
     showLearnedState();
     emit noiseLearningFinished(false);
@@ -348,7 +348,7 @@ void NoiseControls::retranslateUi() {
     learnButton_->setToolTip(
         tr("Learn your room's noise to improve the Ambient Noise Filter accuracy!\nRecords 3 "
            "seconds of silence to measure the room's noise profile."));
-    if (!state_ || !state_->analyser) {
+    if (!engine_ || !engine_->analyser()) {
         learnButton_->setToolTip(learnButton_->toolTip() + QLatin1Char('\n') +
                                  tr("(Needs the filter running in OBS.)"));
     }

@@ -11,7 +11,7 @@ class QPushButton;
 
 namespace Lumora {
 
-struct ObsFilterState;
+class FilterEngine;
 class Knob;
 class NoiseLearner;
 class NoiseProfileDisplay;
@@ -32,7 +32,7 @@ public:
     void retranslateUi();
 
     // Where noise is learned from; null disables learning.
-    void setFilterState(ObsFilterState* state);
+    void setEngine(FilterEngine* engine);
     void setNoiseSuppressionStatus(NoiseSuppressionStatus status);
     NoiseSuppressionStatus noiseSuppressionStatus() const { return status_; }
     void setNoiseLearned(bool learned);
@@ -62,7 +62,7 @@ private:
 
     EffectPreset* preset_;
     KnobBindings knobs_{"Lumora::NoiseControls"};
-    ObsFilterState* state_ = nullptr;
+    FilterEngine* engine_ = nullptr;
     NoiseSuppressionStatus status_ = NoiseSuppressionStatus::NotPrepared;
     bool learned_ = false;
     bool learnFailed_ = false;

@@ -1,7 +1,5 @@
 #include "ui/NoiseLearner.h"
 
-#include "module/ObsFilterState.h"
-
 #include <QTimer>
 
 #include <algorithm>
@@ -24,18 +22,13 @@ bool NoiseLearner::heardAnything(const Profile& profile) {
     return std::any_of(profile.begin(), profile.end(), [](float db) { return db > kSilenceDb; });
 }
 
-bool NoiseLearner::start(ObsFilterState* state) {
-    if (state_ || !state || !state->analyser) {
+bool NoiseLearner::start(FilterEngine* engine) {
+    if (engine_ || !engine || !engine->analyser()) {
         return false;
     }
-    state_ = state;
-    DiagnosisAnalyser& analyser = *state->analyser;
-    savedChain_ = state->chain.getParameters();
-    savedFxActive_ = state->effects.isActive();
-    EffectPreset through = savedChain_;
-    through.active = false;
-    state->chain.setParameters(through);
-    state->effects.setActive(false);
+    engine_ = engine;
+    DiagnosisAnalyser& analyser = *engine->analyser();
+    hold_ = engine->holdForMeasurement();
 
     learner_->prepare(analyser.sampleRate());
     wasRecording_ = analyser.isRecording();
@@ -48,25 +41,24 @@ bool NoiseLearner::start(ObsFilterState* state) {
 }
 
 void NoiseLearner::cancel() {
-    if (!state_) {
+    if (!engine_) {
         return;
     }
     timer_->stop();
-    state_->analyser->setRecording(wasRecording_);
-    state_->chain.setParameters(savedChain_);
-    state_->effects.setActive(savedFxActive_);
-    state_ = nullptr;
+    engine_->analyser()->setRecording(wasRecording_);
+    engine_ = nullptr;
+    hold_.release();
 }
 
 double NoiseLearner::progress() const {
-    if (!state_) {
+    if (!engine_) {
         return 0.0;
     }
     return std::min(1.0, static_cast<double>(clock_.elapsed()) / std::max(durationMs_, 1));
 }
 
 void NoiseLearner::collect(bool keep) {
-    DiagnosisAnalyser& analyser = *state_->analyser;
+    DiagnosisAnalyser& analyser = *engine_->analyser();
     for (size_t n; (n = analyser.readCapture(scratch_.data(), scratch_.size())) > 0;) {
         if (keep) {
             learner_->process(scratch_.data(), static_cast<int>(n));
@@ -75,12 +67,12 @@ void NoiseLearner::collect(bool keep) {
 }
 
 void NoiseLearner::tick() {
-    if (!state_) {
+    if (!engine_) {
         return;
     }
     const qint64 elapsed = clock_.elapsed();
     collect(elapsed >= kSettleMs);
-    latest_ = state_->analyser->snapshot().spectrumDb;
+    latest_ = engine_->analyser()->snapshot().spectrumDb;
     emit progressed(progress());
     if (elapsed >= durationMs_) {
         finish();

@@ -2,6 +2,7 @@
 
 #include "dsp/EffectPreset.h"
 #include "dsp/NoiseProfileLearner.h"
+#include "engine/FilterEngine.h"
 
 #include <QElapsedTimer>
 #include <QObject>
@@ -15,17 +16,15 @@ class QTimer;
 
 namespace Lumora {
 
-struct ObsFilterState;
-
 // Learns the room's noise for the ambient noise filter: three seconds of the
 // microphone, recorded through the filter's analyser, go through the same
 // learner as `lumora-cli learn-noise`, which measures the noise exactly as the
 // spectral stage will (its frames, window and bands), so the profile is the
 // stage's own noise estimate.
 //
-// Meanwhile the cleaning chain passes the microphone through untouched and the
-// voice effects are off, so the recording holds the raw room and not what the
-// old profile, the gate or a reverb make of it; both come back afterwards.
+// Meanwhile the engine holds the chains straight through, so the recording
+// holds the raw room and not what the old profile, the gate or a reverb make of
+// it; an edit made meanwhile waits for the end of the hold.
 class NoiseLearner : public QObject {
     Q_OBJECT
 public:
@@ -39,11 +38,11 @@ public:
     explicit NoiseLearner(QObject* parent);
     ~NoiseLearner() override;
 
-    // False when there is no filter state with an analyser, or learning runs.
-    bool start(ObsFilterState* state);
+    // False when there is no engine with an analyser, or learning runs.
+    bool start(FilterEngine* engine);
     // Stops without a result and brings the chains back.
     void cancel();
-    bool isRunning() const { return state_ != nullptr; }
+    bool isRunning() const { return engine_ != nullptr; }
     // 0..1 of the learning time.
     double progress() const;
     // The analyser's latest spectrum (for a live display).
@@ -71,12 +70,11 @@ private:
     void collect(bool keep);
     void finish();
 
-    ObsFilterState* state_ = nullptr;
+    FilterEngine* engine_ = nullptr;
+    FilterEngine::MeasurementHold hold_;
     QTimer* timer_ = nullptr;
     QElapsedTimer clock_;
     int durationMs_ = kDurationMs;
-    EffectPreset savedChain_;
-    bool savedFxActive_ = false;
     bool wasRecording_ = false;
     std::unique_ptr<NoiseProfileLearner> learner_;
     std::vector<float> scratch_;

@@ -4,7 +4,7 @@
 #include "settings/SettingsJson.h"
 #include "settings/SettingsStore.h"
 
-#include "module/ObsFilterState.h"
+#include "engine/FilterEngine.h"
 #include "ui/CreditsDialog.h"
 #include "ui/DiagnosisFlow.h"
 #include "ui/EffectPanel.h"
@@ -87,8 +87,8 @@ bool askName(QWidget* parent, const QString& title, const QString& label, QStrin
 
 } // namespace
 
-WizardDialog::WizardDialog(QWidget* parent, ObsFilterState* state)
-    : QDialog(parent), state_(state), recommend_(&Lumora::recommend),
+WizardDialog::WizardDialog(QWidget* parent, FilterEngine* engine)
+    : QDialog(parent), engine_(engine), recommend_(&Lumora::recommend),
       feedbackUrl_(QString::fromLatin1(kDefaultFeedbackUrl)) {
     useSettingsStore();
     setWindowTitle(QStringLiteral("Tindra"));
@@ -127,7 +127,11 @@ WizardDialog::WizardDialog(QWidget* parent, ObsFilterState* state)
     sky_.layoutClouds();
 
     emit easyModeChanged(true);
-    loadFromState();
+    if (engine_) {
+        engineListener_ =
+            engine_->addListener([this](unsigned changes) { onEngineChanged(changes); });
+    }
+    loadFromEngine();
 
     timer_ = new QTimer(this);
     timer_->setInterval(kTickMs);
@@ -141,44 +145,100 @@ WizardDialog::~WizardDialog() {
     if (qApp) {
         qApp->removeEventFilter(this);
     }
-    // The flow puts the effects back from the working copy, which dies with us.
+    // The flow's measurement hold ends before the engine stops being ours.
     delete flow_;
     flow_ = nullptr;
+    if (engine_) {
+        engine_->removeListener(engineListener_);
+    }
 }
 
 void WizardDialog::detach() {
     if (timer_) {
         timer_->stop();
     }
-    flow_->forgetState();
-    // A noise learning run in progress gives the chains back and stops reading
-    // the analyser of the state that is about to be freed.
+    flow_->forgetEngine();
+    // A noise learning run in progress ends its hold and stops reading the
+    // analyser of the engine that is about to be freed.
     if (effectPanel_) {
-        effectPanel_->setFilterState(nullptr);
+        effectPanel_->setEngine(nullptr);
     }
-    state_ = nullptr;
+    if (engine_) {
+        engine_->removeListener(engineListener_);
+    }
+    engine_ = nullptr;
     homePanel_->setLevelsAvailable(false);
 }
 
-void WizardDialog::loadFromState() {
-    homePanel_->setLevelsAvailable(state_ != nullptr);
+void WizardDialog::loadFromEngine() {
+    homePanel_->setLevelsAvailable(engine_ != nullptr);
     soundPage_->revertButton()->setEnabled(hasDiagnosisPreset_);
-    if (!state_) {
+    if (!engine_) {
         return;
     }
-    working_ = state_->chain.getParameters();
-    working_.active = true;
-    effectsActive_ = true;
-    state_->chain.setParameters(working_);
-    soundPage_->strip()->setGains(working_.inputGainDb, working_.outputGainDb);
-    soundPage_->strip()->setBypass(false);
+    // Opening the dialog switches both chains on with what the filter has; the
+    // engine's report of that change loads every page.
+    EffectPreset current = engine_->effectPreset();
+    current.active = true;
+    engine_->setEffectPreset(current);
+    engine_->setSoundFxActive(true);
+}
 
-    workingFx_ = state_->effects.getParameters();
-    fxActive_ = true;
-    state_->effects.setActive(true);
-    fxPage_->strip()->setGains(workingFx_.inputGainDb, workingFx_.outputGainDb);
-    fxPage_->strip()->setBypass(false);
+void WizardDialog::writeCleaning(const EffectPreset& preset, bool fromView) {
+    if (!engine_) {
+        working_ = preset;
+        if (!fromView) {
+            showCleaning();
+        }
+        return;
+    }
+    viewEdits_ += fromView ? 1 : 0;
+    engine_->setEffectPreset(preset);
+    viewEdits_ -= fromView ? 1 : 0;
+}
+
+void WizardDialog::writeSoundFx(const SoundFxPreset& preset, bool active, bool fromView) {
+    if (!engine_) {
+        workingFx_ = preset;
+        fxActive_ = active;
+        if (!fromView) {
+            showSoundFx();
+        }
+        return;
+    }
+    viewEdits_ += fromView ? 1 : 0;
+    engine_->setSoundFxPreset(preset, active);
+    viewEdits_ -= fromView ? 1 : 0;
+}
+
+void WizardDialog::onEngineChanged(unsigned changes) {
+    working_ = engine_->effectPreset();
+    workingFx_ = engine_->soundFxPreset();
+    fxActive_ = engine_->soundFxActive();
+    if (viewEdits_ > 0) {
+        return;
+    }
+    if (changes & FilterEngine::kCleaningChanged) {
+        showCleaning();
+    }
+    if (changes & FilterEngine::kSoundFxChanged) {
+        showSoundFx();
+    }
+}
+
+void WizardDialog::showCleaning() {
+    // The faders' own signals would write the same gains back: not needed.
+    const QSignalBlocker blocker(soundPage_->strip());
+    soundPage_->strip()->setGains(working_.inputGainDb, working_.outputGainDb);
+    soundPage_->strip()->setBypass(working_.bypass);
     emit workingPresetChanged();
+}
+
+void WizardDialog::showSoundFx() {
+    const QSignalBlocker blocker(fxPage_->strip());
+    fxPage_->strip()->setGains(workingFx_.inputGainDb, workingFx_.outputGainDb);
+    fxPage_->strip()->setBypass(!fxActive_);
+    emit workingFxPresetChanged();
 }
 
 // ---- Hooks -----------------------------------------------------------------
@@ -247,7 +307,7 @@ void WizardDialog::buildUi() {
     }
 
     wizardPanel_ = new WizardPanel(root_);
-    flow_ = new DiagnosisFlow(this, wizardPanel_, &working_);
+    flow_ = new DiagnosisFlow(this, wizardPanel_);
     root_->addWidget(main);
     root_->addWidget(wizardPanel_);
     root_->setCurrentIndex(0);
@@ -263,27 +323,24 @@ void WizardDialog::buildUi() {
             &WizardDialog::revertToDiagnosisSettings);
     connect(soundPage_->strip(), &MeterFaderWidget::gainsChanged, this,
             [this](float in, float out) {
-                working_.inputGainDb = in;
-                working_.outputGainDb = out;
-                pushWorkingPreset();
+                EffectPreset edited = working_;
+                edited.inputGainDb = in;
+                edited.outputGainDb = out;
+                writeCleaning(edited, true);
             });
     connect(soundPage_->strip(), &MeterFaderWidget::bypassChanged, this, [this](bool on) {
-        working_.bypass = on;
-        pushWorkingPreset();
+        EffectPreset edited = working_;
+        edited.bypass = on;
+        writeCleaning(edited, true);
     });
     connect(fxPage_->strip(), &MeterFaderWidget::gainsChanged, this, [this](float in, float out) {
-        workingFx_.inputGainDb = in;
-        workingFx_.outputGainDb = out;
-        if (state_) {
-            state_->effects.setParameters(workingFx_);
-        }
+        SoundFxPreset edited = workingFx_;
+        edited.inputGainDb = in;
+        edited.outputGainDb = out;
+        writeSoundFx(edited, fxActive_, true);
     });
-    connect(fxPage_->strip(), &MeterFaderWidget::bypassChanged, this, [this](bool on) {
-        fxActive_ = !on;
-        if (state_ && !flow_->effectsDisabled()) {
-            state_->effects.setActive(fxActive_);
-        }
-    });
+    connect(fxPage_->strip(), &MeterFaderWidget::bypassChanged, this,
+            [this](bool on) { writeSoundFx(workingFx_, !on, true); });
     connect(resultsPage_, &ResultsPage::contentChanged, this, &WizardDialog::collectPanels);
     connectWizard();
     collectPanels();
@@ -484,6 +541,12 @@ void WizardDialog::paintEvent(QPaintEvent* event) {
 
 void WizardDialog::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
+    if (!event->spontaneous()) {
+        // Opening again: no key is down or toggled, whatever happened before.
+        keyRules_.reset();
+        showKeyBadge();
+        keyAssign_->setLamps(keyRules_.activeSlot());
+    }
     sky_.setSize(size(), devicePixelRatioF());
     if (timer_) {
         elapsed_.restart();
@@ -499,9 +562,31 @@ void WizardDialog::hideEvent(QHideEvent* event) {
         flow_->abort();
         leaveDiagnosis();
     }
+    releaseHeldKey();
     if (timer_) {
         timer_->stop();
     }
+}
+
+void WizardDialog::changeEvent(QEvent* event) {
+    QDialog::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && !isActiveWindow()) {
+        releaseHeldKey();
+    }
+}
+
+void WizardDialog::releaseHeldKey() {
+    const int held = keyRules_.heldSlot();
+    if (held < 0) {
+        return;
+    }
+    if (onSlotKey_) {
+        onSlotKey_(held, false);
+        return;
+    }
+    keyRules_.release(held);
+    showKeyBadge();
+    keyAssign_->setLamps(keyRules_.activeSlot());
 }
 
 // ---- Tick ------------------------------------------------------------------------
@@ -538,17 +623,19 @@ void WizardDialog::advance(double rawDt) {
 }
 
 void WizardDialog::updateMeters() {
-    if (!state_) {
+    if (!engine_) {
         return;
     }
+    const VoiceChain& chain = engine_->chain();
+    const VoiceFxChain& effects = engine_->effects();
     Levels levels;
-    levels.chainInput = state_->chain.inputLevelDb();
-    levels.chainOutput = state_->chain.outputLevelDb();
+    levels.chainInput = chain.inputLevelDb();
+    levels.chainOutput = chain.outputLevelDb();
     levels.compressorInput = std::max(levels.chainInput, -60.0f);
-    levels.compressorReduction = std::max(state_->chain.compressorGainReductionDb(), 0.0f);
+    levels.compressorReduction = std::max(chain.compressorGainReductionDb(), 0.0f);
     levels.compressorOutput = std::max(levels.chainOutput, 0.0f);
-    levels.fxInput = std::max(state_->effects.inputLevelDb(), -96.0f);
-    levels.fxOutput = state_->effects.outputLevelDb();
+    levels.fxInput = std::max(effects.inputLevelDb(), -96.0f);
+    levels.fxOutput = effects.outputLevelDb();
     // Meters repaint only when they move by a pixel, and hidden ones not at all.
     homePanel_->setLevels(levels.chainInput, levels.fxOutput);
     soundPage_->strip()->setLevels(levels.chainInput, levels.chainOutput);
@@ -563,29 +650,29 @@ void WizardDialog::connectWizard() {
     connect(flow_, &DiagnosisFlow::resultDelivered, this, &WizardDialog::keepResult);
     connect(flow_, &DiagnosisFlow::noiseLearned, this,
             [this](const std::array<float, kSpectrumBandCount>& spectrum) {
-                std::copy(spectrum.begin(), spectrum.end(), working_.spectral.profileDb.begin());
-                pushWorkingPreset();
-                emit workingPresetChanged();
+                EffectPreset learned = working_;
+                std::copy(spectrum.begin(), spectrum.end(), learned.spectral.profileDb.begin());
+                writeCleaning(learned, false);
             });
     connect(flow_, &DiagnosisFlow::applyRequested, this, [this](const DiagnosisResult& result) {
-        applyPreset(recommend_(result, state_ && state_->isRecordingMode));
+        applyPreset(recommend_(result, engine_ && engine_->recordingMode()));
     });
     connect(flow_, &DiagnosisFlow::saveRequested, this, &WizardDialog::savePresetFor);
 }
 
 void WizardDialog::startDiagnosis() {
-    if (!state_) {
+    if (!engine_) {
         return;
     }
-    flow_->start(*state_);
+    flow_->start(*engine_);
     root_->setCurrentIndex(1);
 }
 
 void WizardDialog::startNoiseLearning() {
-    if (!state_) {
+    if (!engine_) {
         return;
     }
-    flow_->startNoiseLearning(*state_);
+    flow_->startNoiseLearning(*engine_);
     root_->setCurrentIndex(1);
 }
 
@@ -613,25 +700,16 @@ void WizardDialog::leaveDiagnosis() {
 
 // ---- Presets -----------------------------------------------------------------------
 
-void WizardDialog::pushWorkingPreset() {
-    if (state_ && !flow_->effectsDisabled()) {
-        state_->chain.setParameters(working_);
-    }
-}
-
 void WizardDialog::applyPreset(const EffectPreset& preset) {
-    working_ = preset;
-    working_.active = true;
-    diagnosisPreset_ = working_;
+    EffectPreset applied = preset;
+    applied.active = true;
+    diagnosisPreset_ = applied;
     hasDiagnosisPreset_ = true;
-    pushWorkingPreset();
-    if (state_) {
-        state_->lastPresetName = working_.name;
+    writeCleaning(applied, false);
+    if (engine_) {
+        engine_->setLastPresetName(applied.name);
     }
-    soundPage_->strip()->setGains(working_.inputGainDb, working_.outputGainDb);
-    soundPage_->strip()->setBypass(working_.bypass);
     soundPage_->revertButton()->setEnabled(true);
-    emit workingPresetChanged();
     if (presetApplied_) {
         presetApplied_(working_);
     }
@@ -641,7 +719,7 @@ void WizardDialog::applyRecommendedSettings() {
     if (!hasResult_[0]) {
         return;
     }
-    applyPreset(recommend_(results_[0], state_ && state_->isRecordingMode));
+    applyPreset(recommend_(results_[0], engine_ && engine_->recordingMode()));
 }
 
 void WizardDialog::saveRecommendedPreset() {
@@ -651,7 +729,7 @@ void WizardDialog::saveRecommendedPreset() {
 }
 
 void WizardDialog::savePresetFor(const DiagnosisResult& result) {
-    EffectPreset preset = recommend_(result, state_ && state_->isRecordingMode);
+    EffectPreset preset = recommend_(result, engine_ && engine_->recordingMode());
     preset.active = true;
     QString name = QString::fromStdString(preset.name);
     if (!namePrompt_(tr("Save Preset"), tr("Enter a preset name:"), name)) {

@@ -31,7 +31,7 @@ class PresetsPanel;
 class SoundFxPanel;
 class SoundFxPresetsPanel;
 
-struct ObsFilterState;
+class FilterEngine;
 class DiagnosisFlow;
 class FxPage;
 class HomePanel;
@@ -70,13 +70,16 @@ public:
     using NamePromptFunction =
         std::function<bool(const QString& title, const QString& label, QString& name)>;
 
-    // `state` may be null: the dialog then shows its pages but drives no filter.
-    WizardDialog(QWidget* parent, ObsFilterState* state);
+    // `engine` may be null: the dialog then shows its pages but drives no filter.
+    // With an engine the dialog is a view of it: it shows what the engine has on
+    // air, follows every change the engine reports, and makes every edit through
+    // it.
+    WizardDialog(QWidget* parent, FilterEngine* engine);
     ~WizardDialog() override;
 
-    // Stops the timers and lets go of the filter state, which is about to be freed.
+    // Stops the timers and lets go of the engine, which is about to be freed.
     void detach();
-    ObsFilterState* filterState() const { return state_; }
+    FilterEngine* engine() const { return engine_; }
 
     // Hooks; each has a harmless default.
     // The dialog analyses, recommends and keeps presets and history with the real
@@ -89,9 +92,6 @@ public:
     void setSlotKeyHandler(SlotKeyFunction onSlotKey);
     void setNamePrompt(NamePromptFunction prompt);
     void setFeedbackUrl(const QUrl& url) { feedbackUrl_ = url; }
-
-    // Stands in for the recommendation until the real one is wired in: every
-    // effect off, named as the recommendation names its three cases.
 
     void retranslateUi();
     void selectTab(int index);
@@ -156,11 +156,11 @@ signals:
     // Every tick on the main page with a filter: for the equaliser and
     // compressor displays of the sound panel and the key-badge board.
     void levelsUpdated(const Levels& levels);
-    // The working copy of the chain's parameters was replaced (diagnosis applied,
-    // reverted, noise learned): the sound panel reloads from it.
+    // The cleaning preset changed other than by an edit on the sound page (a
+    // preset applied, the diagnosis, noise learned, a procedure): the sound
+    // panel reloads from workingPreset().
     void workingPresetChanged();
-    // The working copy of the effects chain's parameters was replaced (an arrow
-    // key's voice): the FX panel reloads from it.
+    // The same for the sound-effect preset and the FX panel.
     void workingFxPresetChanged();
     // The Easy/Advanced switch moved: the effect panels follow.
     void easyModeChanged(bool easy);
@@ -169,18 +169,28 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     void buildUi();
     QWidget* buildHeader(QWidget* parent);
     QWidget* buildKeysPage(QWidget* parent);
     void connectWizard();
-    void loadFromState();
+    void loadFromEngine();
+    // Every write of a preset goes through these. `fromView`: an edit made on a
+    // page, which already shows it (its knobs and faders are not reloaded).
+    void writeCleaning(const EffectPreset& preset, bool fromView);
+    void writeSoundFx(const SoundFxPreset& preset, bool active, bool fromView);
+    void onEngineChanged(unsigned changes);
+    void showCleaning();
+    void showSoundFx();
+    // A momentary key still down when the dialog loses the keyboard will never
+    // be seen going up: it is released here and the voice restored.
+    void releaseHeldKey();
     void onTick();
     void updateMeters();
     void keepResult(const DiagnosisResult& result);
     void leaveDiagnosis();
-    void pushWorkingPreset();
     void applyPreset(const EffectPreset& preset);
     void savePresetFor(const DiagnosisResult& result);
     void useSettingsStore();
@@ -201,7 +211,11 @@ private:
     // The area under the visible panels, where the sky draws no sprites.
     QRegion panelRegion() const;
 
-    ObsFilterState* state_ = nullptr;
+    FilterEngine* engine_ = nullptr;
+    int engineListener_ = 0;
+    int viewEdits_ = 0; // inside a write made by one of the pages
+    // What the engine has (mirrored on every change), or the dialog's own
+    // copies when there is no engine.
     EffectPreset working_;
     SoundFxPreset workingFx_;
     std::array<DiagnosisResult, 2> results_{};
@@ -209,7 +223,6 @@ private:
     EffectPreset diagnosisPreset_;
     bool hasDiagnosisPreset_ = false;
     bool easyMode_ = true;
-    bool effectsActive_ = true;
     bool fxActive_ = true;
     int currentKeySlot_ = -1;
 

@@ -4,7 +4,7 @@
 // behind it all.
 #include "ui/WizardDialog.h"
 
-#include "module/ObsFilterState.h"
+#include "engine/FilterEngine.h"
 #include "settings/SettingsJson.h"
 #include "settings/SettingsStore.h"
 #include "ui/CompressorDisplay.h"
@@ -37,13 +37,13 @@ constexpr int kKeyAssignPage = 3;
 void WizardDialog::useSettingsStore() {
     keyRules_.setTarget(this);
     keyRules_.setReader([this]() -> std::optional<AppSettings> {
-        if (!state_ || !state_->store) {
+        if (!engine_ || !engine_->store()) {
             return std::nullopt;
         }
-        return state_->store->load();
+        return engine_->store()->load();
     });
     savePreset_ = [this](const QString& name, const EffectPreset& preset) {
-        if (!state_ || !state_->store) {
+        if (!engine_ || !engine_->store()) {
             return false;
         }
         SavedEffectPreset saved;
@@ -52,25 +52,24 @@ void WizardDialog::useSettingsStore() {
         saved.recording = preset.recording;
         saved.preset = preset;
         saved.preset.name = saved.name;
-        const bool ok = state_->store->saveEffectPreset(saved);
+        const bool ok = engine_->store()->saveEffectPreset(saved);
         if (effectPresets_) {
             effectPresets_->refreshAll();
         }
         return ok;
     };
     presetApplied_ = [this](const EffectPreset&) {
-        if (state_ && state_->store) {
-            (void)state_->store->saveAppFields({state_->isRecordingMode, state_->lastPresetName,
-                                                state_->uiScale, state_->showNumericValues});
+        if (engine_) {
+            (void)engine_->saveAppFields();
         }
     };
     recordHistory_ = [this](const DiagnosisResult& result) {
-        if (state_ && state_->store) {
+        if (engine_ && engine_->store()) {
             DiagnosisHistoryEntry entry;
             entry.timestamp = nowTimestamp();
             entry.presetApplied = false;
             entry.result = result;
-            (void)state_->store->addDiagnosisHistory(entry);
+            (void)engine_->store()->addDiagnosisHistory(entry);
             if (effectPresets_) {
                 effectPresets_->refreshAll();
             }
@@ -79,13 +78,13 @@ void WizardDialog::useSettingsStore() {
 }
 
 void WizardDialog::installPanels() {
-    SettingsStore* store = state_ ? state_->store : nullptr;
+    SettingsStore* store = engine_ ? engine_->store() : nullptr;
 
     effectPanel_ = new EffectPanel(soundPage_);
-    effectPanel_->setFilterState(state_);
+    effectPanel_->setEngine(engine_);
     effectPanel_->setStore(store);
-    if (state_) {
-        effectPanel_->setNoiseSuppressionStatus(state_->chain.noiseSuppressionStatus());
+    if (engine_) {
+        effectPanel_->setNoiseSuppressionStatus(engine_->chain().noiseSuppressionStatus());
     }
     soundPage_->setPanel(effectPanel_);
 
@@ -109,27 +108,20 @@ void WizardDialog::installPanels() {
         edited.outputGainDb = working_.outputGainDb;
         edited.bypass = working_.bypass;
         edited.active = true;
-        working_ = edited;
-        if (state_ && effectsActive_) {
-            state_->chain.setParameters(working_);
-        }
+        writeCleaning(edited, true);
     });
     connect(effectPanel_, &EffectPanel::resetDone, this, [this] {
-        working_.inputGainDb = 0.0f;
-        working_.outputGainDb = 0.0f;
+        EffectPreset reset = working_;
+        reset.inputGainDb = 0.0f;
+        reset.outputGainDb = 0.0f;
         soundPage_->strip()->setGains(0.0f, 0.0f);
-        if (state_ && effectsActive_) {
-            state_->chain.setParameters(working_);
-        }
+        writeCleaning(reset, true);
     });
     connect(fxPanel_, &SoundFxPanel::presetEdited, this, [this] {
         SoundFxPreset edited = fxPanel_->currentPreset();
         edited.inputGainDb = workingFx_.inputGainDb;
         edited.outputGainDb = workingFx_.outputGainDb;
-        workingFx_ = edited;
-        if (state_) {
-            state_->effects.setParameters(workingFx_);
-        }
+        writeSoundFx(edited, fxActive_, true);
     });
     connect(this, &WizardDialog::workingPresetChanged, effectPanel_,
             [this] { effectPanel_->loadPreset(working_); });
@@ -153,8 +145,8 @@ void WizardDialog::installPanels() {
                 preset.description = saved.description;
                 preset.recording = saved.recording;
                 applyEffectPreset(preset);
-                if (state_) {
-                    state_->lastPresetName = saved.name;
+                if (engine_) {
+                    engine_->setLastPresetName(saved.name);
                 }
             });
     connect(fxPresets_, &SoundFxPresetsPanel::presetApplied, this,
@@ -188,8 +180,8 @@ void WizardDialog::showKeyBadge() {
     badgeLabel_->setStyleSheet(QString::fromStdString(badge.styleSheet));
 }
 
-// What an arrow key's voice changes: the working copies and, through them, the
-// filter, exactly as an edit on the sound and FX pages would.
+// What an arrow key's voice changes: the engine's presets, and with them every
+// page and both fader strips.
 EffectPreset WizardDialog::currentEffectPreset() const {
     return working_;
 }
@@ -198,21 +190,13 @@ SoundFxPreset WizardDialog::currentSoundFxPreset() const {
 }
 
 void WizardDialog::applyEffectPreset(const EffectPreset& preset) {
-    working_ = preset;
-    working_.active = true;
-    if (state_) {
-        state_->chain.setParameters(working_);
-    }
-    emit workingPresetChanged();
+    EffectPreset applied = preset;
+    applied.active = true;
+    writeCleaning(applied, false);
 }
 
 void WizardDialog::applySoundFxPreset(const SoundFxPreset& preset) {
-    workingFx_ = preset;
-    if (state_) {
-        state_->effects.setParameters(workingFx_);
-        state_->effects.setActive(fxActive_);
-    }
-    emit workingFxPresetChanged();
+    writeSoundFx(preset, fxActive_, false);
 }
 
 bool WizardDialog::keyAssignPageShown() const {

@@ -2,7 +2,7 @@
 #include "PanelTestSupport.h"
 #include "dsp/NoiseProfileLearner.h"
 #include "dsp/VoiceChain.h"
-#include "module/ObsFilterState.h"
+#include "engine/FilterEngine.h"
 #include "ui/CollapsibleSection.h"
 #include "ui/DynamicsControls.h"
 #include "ui/EqBandRow.h"
@@ -294,11 +294,8 @@ double humLevelThrough(const EffectPreset& preset) {
 
 TEST(EffectPanel, NoiseLearnedFromARecordedHumMakesTheSpectralStageRemoveIt) {
     applyLanguage(QStringLiteral("en"));
-    ObsFilterState state;
-    state.analyser = makeAnalyser();
-    state.analyser->prepare(48000.0);
-    state.chain.prepare(48000.0, 480);
-    state.effects.prepare(48000.0, 4800);
+    FilterEngine state;
+    state.prepare(48000.0, 1);
     // The voice the user had: a gate that would shut the hum out of the
     // analyser's hearing if the chain ran during learning.
     EffectPreset voice = SoundShapes::panelDefaults();
@@ -308,13 +305,13 @@ TEST(EffectPanel, NoiseLearnedFromARecordedHumMakesTheSpectralStageRemoveIt) {
     state.applyEffectPreset(voice);
 
     EffectPanel panel(nullptr);
-    panel.loadPreset(state.chain.getParameters());
-    panel.setFilterState(&state);
+    panel.loadPreset(state.chain().getParameters());
+    panel.setEngine(&state);
     QSignalSpy edits(&panel, &EffectPanel::presetEdited);
     QSignalSpy finished(&panel, &EffectPanel::noiseLearningFinished);
     ASSERT_TRUE(panel.noiseControls()->learnButton()->isEnabled());
     panel.noiseControls()->learnButton()->click();
-    EXPECT_FALSE(state.chain.isActive()); // raw microphone while learning
+    EXPECT_FALSE(state.chain().isActive()); // raw microphone while learning
 
     // Feed the hum in real time while the panel's timer samples the analyser.
     Hum hum;
@@ -334,7 +331,7 @@ TEST(EffectPanel, NoiseLearnedFromARecordedHumMakesTheSpectralStageRemoveIt) {
     ASSERT_EQ(finished.count(), 1);
     EXPECT_TRUE(finished.at(0).at(0).toBool());
     EXPECT_EQ(panel.noiseControls()->learnedLabel()->text(), QStringLiteral("✅ Learned"));
-    EXPECT_TRUE(state.chain.isActive()); // the voice is back
+    EXPECT_TRUE(state.chain().isActive()); // the voice is back
     // Nearly three seconds of 512-sample hops (the first 100 ms are skipped).
     EXPECT_GE(panel.noiseControls()->learner()->framesLearned(), 230);
     EXPECT_GE(edits.count(), 1);
@@ -393,11 +390,10 @@ TEST(EffectPanel, NoiseLearnedFromARecordedHumMakesTheSpectralStageRemoveIt) {
 
 TEST(EffectPanel, LearningWithoutAnySoundFailsAndKeepsTheProfile) {
     applyLanguage(QStringLiteral("en"));
-    ObsFilterState state;
-    state.analyser = makeAnalyser();
-    state.analyser->prepare(48000.0);
+    FilterEngine state;
+    state.prepare(48000.0, 1);
     EffectPanel panel(nullptr);
-    panel.setFilterState(&state);
+    panel.setEngine(&state);
     panel.noiseControls()->learner()->setDurationMs(300);
     QSignalSpy finished(&panel, &EffectPanel::noiseLearningFinished);
     QSignalSpy edits(&panel, &EffectPanel::presetEdited);
@@ -411,23 +407,21 @@ TEST(EffectPanel, LearningWithoutAnySoundFailsAndKeepsTheProfile) {
 }
 
 TEST(EffectPanel, ForgettingTheFilterWhileLearningPutsItsChainsBack) {
-    ObsFilterState state;
-    state.analyser = makeAnalyser();
-    state.chain.prepare(48000.0, 480);
-    state.effects.prepare(48000.0, 4800);
+    FilterEngine state;
+    state.prepare(48000.0, 1);
     state.applyEffectPreset(somePreset());
     state.applySoundFxPreset(SoundFxPreset{});
     EffectPanel panel(nullptr);
-    panel.setFilterState(&state);
+    panel.setEngine(&state);
     ASSERT_TRUE(panel.noiseControls()->startNoiseLearning());
     EXPECT_FALSE(panel.noiseControls()->startNoiseLearning()); // one run at a time
-    EXPECT_FALSE(state.chain.isActive());
-    EXPECT_FALSE(state.effects.isActive());
-    panel.setFilterState(nullptr); // the filter is going away
+    EXPECT_FALSE(state.chain().isActive());
+    EXPECT_FALSE(state.effects().isActive());
+    panel.setEngine(nullptr); // the filter is going away
     EXPECT_FALSE(panel.noiseControls()->learner()->isRunning());
-    EXPECT_TRUE(state.chain.isActive());
-    EXPECT_TRUE(state.effects.isActive());
-    EXPECT_FLOAT_EQ(state.chain.getParameters().gate.thresholdDb, -42.0f);
+    EXPECT_TRUE(state.chain().isActive());
+    EXPECT_TRUE(state.effects().isActive());
+    EXPECT_FLOAT_EQ(state.chain().getParameters().gate.thresholdDb, -42.0f);
     EXPECT_FALSE(panel.noiseControls()->learnButton()->isEnabled());
 }
 

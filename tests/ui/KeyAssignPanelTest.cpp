@@ -3,7 +3,7 @@
 
 #include "ui/KeyAssignPanel.h"
 #include "PanelTestSupport.h"
-#include "module/ObsFilterState.h"
+#include "engine/FilterEngine.h"
 #include "settings/BuiltInPresets.h"
 #include "settings/KeyAssignmentRules.h"
 #include "ui/KeyBadgeLabel.h"
@@ -24,14 +24,14 @@ namespace {
 // What the dialog does with a key's preset: hand it to the filter's chains.
 class FilterTarget : public KeyAssignmentTarget {
 public:
-    explicit FilterTarget(ObsFilterState& state) : state_(state) {}
-    EffectPreset currentEffectPreset() const override { return state_.chain.getParameters(); }
-    SoundFxPreset currentSoundFxPreset() const override { return state_.effects.getParameters(); }
+    explicit FilterTarget(FilterEngine& state) : state_(state) {}
+    EffectPreset currentEffectPreset() const override { return state_.chain().getParameters(); }
+    SoundFxPreset currentSoundFxPreset() const override { return state_.effects().getParameters(); }
     void applyEffectPreset(const EffectPreset& p) override { state_.applyEffectPreset(p); }
     void applySoundFxPreset(const SoundFxPreset& p) override { state_.applySoundFxPreset(p); }
 
 private:
-    ObsFilterState& state_;
+    FilterEngine& state_;
 };
 
 // Chooses an entry the way a click in the list does.
@@ -43,12 +43,12 @@ void choose(QComboBox* box, const QString& text) {
 }
 
 // Level change of an 8 kHz tone through the filter's effects chain, in dB.
-double tone8k(ObsFilterState& state) {
+double tone8k(FilterEngine& state) {
     std::vector<float> in = PanelTest::sine(8000.0, 9600, 0.3f);
     std::vector<float> out = in;
     for (size_t at = 0; at < out.size(); at += 480) {
         float* planes[1] = {out.data() + at};
-        state.effects.process(planes, 1, 480);
+        state.processAudio(planes, 1, 480);
     }
     return PanelTest::rmsDb(out, 4800) - PanelTest::rmsDb(in, 4800);
 }
@@ -61,14 +61,13 @@ SoundFxPreset busyDelay() {
 
 struct KeyRig {
     PanelTest::TempStore store;
-    ObsFilterState state;
+    FilterEngine state;
     FilterTarget target{state};
     KeyAssignmentRules rules{[this] { return std::optional<AppSettings>(store->load()); }, &target};
     std::unique_ptr<KeyAssignPanel> panel;
 
     KeyRig() {
-        state.chain.prepare(48000.0, 480);
-        state.effects.prepare(48000.0, 4800);
+        state.prepare(48000.0, 1);
         state.applySoundFxPreset(SoundFxPreset{}); // the voice before any key
         SavedSoundFxPreset radio;
         radio.name = "無線";
@@ -91,7 +90,7 @@ struct KeyRig {
         choose(panel->soundFxChooser(), fx);
         (mode == KeyMode::Toggle ? panel->toggleChoice() : panel->momentaryChoice())->click();
     }
-    const SoundFxPreset fx() const { return state.effects.getParameters(); }
+    const SoundFxPreset fx() const { return state.effects().getParameters(); }
 };
 
 TEST(KeyAssignPanel, EditsOnThePageAreSavedAtOnce) {

@@ -135,7 +135,7 @@ TEST(WizardDialog, EasyModeSwitchRelabelsAndTellsThePanels) {
 
 TEST(WizardDialog, WithoutAFilterEveryPageShowsAndNoLevels) {
     ShownDialog d;
-    EXPECT_EQ(d.dialog.filterState(), nullptr);
+    EXPECT_EQ(d.dialog.engine(), nullptr);
     EXPECT_EQ(d.dialog.size(), QSize(500, 776));
     EXPECT_EQ(d.dialog.windowTitle(), QStringLiteral("Tindra"));
     for (int tab = 0; tab < MainTabBar::kTabCount; ++tab) {

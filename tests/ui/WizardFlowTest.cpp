@@ -7,7 +7,7 @@
 #include "diagnosis/RecommendedSettings.h"
 #include "diagnosis/TakeReplay.h"
 #include "dsp/NoiseProfileLearner.h"
-#include "module/ObsFilterState.h"
+#include "engine/FilterEngine.h"
 #include "ui/FxPage.h"
 #include "ui/GainFader.h"
 #include "ui/HomePanel.h"
@@ -58,10 +58,7 @@ protected:
         speech_ = loadSpeech();
         ASSERT_FALSE(speech_.empty()) << "recorded speech from alsa-utils is needed";
         applyLanguage(QStringLiteral("ja"));
-        state_.analyser = makeAnalyser();
-        state_.analyser->prepare(kRate);
-        state_.chain.prepare(kRate, kRate / 10);
-        state_.effects.prepare(kRate, kRate / 10);
+        state_.prepare(kRate, 1);
         dialog_ = std::make_unique<WizardDialog>(nullptr, &state_);
         dialog_->tickTimer()->stop();
         dialog_->show();
@@ -130,7 +127,7 @@ protected:
     const std::vector<float>* room_ = nullptr;
     size_t takeAt_ = 0, roomAt_ = 0;
     float block_[kTickFrames] = {};
-    ObsFilterState state_;
+    FilterEngine state_;
     std::unique_ptr<WizardDialog> dialog_;
 };
 
@@ -165,12 +162,12 @@ TEST_P(WizardFlowOnCorpus, WholeDiagnosisFromMicChoiceToAppliedSettings) {
     dialog_->setPresetAppliedHook([&](const EffectPreset&) { ++applied; });
 
     // The effects go off for the takes.
-    state_.effects.setActive(true);
-    ASSERT_TRUE(state_.chain.isActive());
+    state_.setSoundFxActive(true);
+    ASSERT_TRUE(state_.chain().isActive());
     dialog_->homePanel()->startButton()->click();
     ASSERT_TRUE(dialog_->diagnosisShown());
-    EXPECT_FALSE(state_.chain.isActive());
-    EXPECT_FALSE(state_.effects.isActive());
+    EXPECT_FALSE(state_.chain().isActive());
+    EXPECT_FALSE(state_.effects().isActive());
 
     WizardPanel* wizard = dialog_->wizardPanel();
     EXPECT_EQ(wizard->bubbleText().toStdString(), dialog_->controller().currentText("ja"));
@@ -188,7 +185,7 @@ TEST_P(WizardFlowOnCorpus, WholeDiagnosisFromMicChoiceToAppliedSettings) {
             recordCorpusTake(set.takes[step], room);
         }
         if (step < kStepSilence) {
-            EXPECT_GT(state_.chain.inputLevelDb(), -90.0f) << "step " << step;
+            EXPECT_GT(state_.chain().inputLevelDb(), -90.0f) << "step " << step;
         }
         wizard->nextButton()->click();
     }
@@ -226,21 +223,21 @@ TEST_P(WizardFlowOnCorpus, WholeDiagnosisFromMicChoiceToAppliedSettings) {
     }
 
     // The result is shown, stored and the effects are back.
-    EXPECT_TRUE(state_.chain.isActive());
-    EXPECT_TRUE(state_.effects.isActive());
+    EXPECT_TRUE(state_.chain().isActive());
+    EXPECT_TRUE(state_.effects().isActive());
     EXPECT_EQ(histories, 1);
     EXPECT_TRUE(dialog_->hasResult(0));
     EXPECT_EQ(dialog_->resultsPage()->cardCount(), 6);
     EXPECT_EQ(wizard->bubbleText().toStdString(), shown.summaryJa);
-    EXPECT_TRUE(state_.diagnosisTask->started);
+    EXPECT_TRUE(state_.diagnosisTask().started);
 
     // Apply: the recommended preset becomes the chain's, active.
     wizard->applyButton()->click();
     EXPECT_EQ(dialog_->controller().state(), DiagnosisController::kEnd);
-    const EffectPreset live = state_.chain.getParameters();
+    const EffectPreset live = state_.chain().getParameters();
     EXPECT_TRUE(live.active);
-    EXPECT_TRUE(state_.chain.isActive());
-    EXPECT_EQ(state_.lastPresetName, "配信最適化プリセット");
+    EXPECT_TRUE(state_.chain().isActive());
+    EXPECT_EQ(state_.lastPresetName(), "配信最適化プリセット");
     EXPECT_EQ(applied, 1);
     EXPECT_TRUE(dialog_->hasDiagnosisPreset());
     // Noise reduction exactly when the room was not quiet, the AI filter for a
@@ -292,9 +289,9 @@ TEST_F(WizardFlow, CancelDuringRecordingEndsWithoutAnalysis) {
     bool analysed = false;
     dialog_->setAnalyseFunction([&](const DiagnosisSession& s) {
         analysed = true;
-        return DiagnosisRunner::placeholderAnalyse(s);
+        return analyse(s);
     });
-    state_.effects.setActive(true);
+    state_.setSoundFxActive(true);
     dialog_->startDiagnosis();
     WizardPanel* wizard = dialog_->wizardPanel();
     wizard->micButton(kMicUsb)->click();
@@ -311,8 +308,8 @@ TEST_F(WizardFlow, CancelDuringRecordingEndsWithoutAnalysis) {
     EXPECT_EQ(dialog_->controller().state(), DiagnosisController::kEnd);
     EXPECT_TRUE(dialog_->controller().session().steps[2].empty());
     EXPECT_FALSE(dialog_->runner().analysing());
-    EXPECT_TRUE(state_.chain.isActive());
-    EXPECT_TRUE(state_.effects.isActive());
+    EXPECT_TRUE(state_.chain().isActive());
+    EXPECT_TRUE(state_.effects().isActive());
     for (int i = 0; i < 100 && dialog_->diagnosisShown(); ++i) {
         tick();
     }
@@ -342,7 +339,7 @@ TEST_F(WizardFlow, AFailingAnalysisDeliversNothing) {
     EXPECT_FALSE(dialog_->hasResult(0));
     wizard->cancelButton()->click();
     EXPECT_EQ(dialog_->controller().state(), DiagnosisController::kEnd);
-    EXPECT_TRUE(state_.chain.isActive());
+    EXPECT_TRUE(state_.chain().isActive());
 }
 
 // The wizard page shows the controller's texts: English for "en", Japanese otherwise.
@@ -388,7 +385,8 @@ TEST_F(WizardFlow, WizardTextsFollowTheLanguage) {
 
 TEST_F(WizardFlow, NoiseLearningKeepsOnlyTheSilenceSpectrum) {
     dialog_->setAnalyseFunction([](const DiagnosisSession& session) {
-        DiagnosisResult r = DiagnosisRunner::placeholderAnalyse(session);
+        DiagnosisResult r;
+        r.valid = 1;
         EXPECT_TRUE(session.steps[1].empty());
         EXPECT_FALSE(session.steps[5].empty());
         r.noiseSpectrum.fill(-61.0f);
@@ -401,7 +399,7 @@ TEST_F(WizardFlow, NoiseLearningKeepsOnlyTheSilenceSpectrum) {
     dialog_->wizardPanel()->nextButton()->click();
     waitForAnalysis();
     EXPECT_EQ(dialog_->controller().state(), DiagnosisController::kEnd);
-    EXPECT_FLOAT_EQ(state_.chain.getParameters().spectral.profileDb[20], -61.0f);
+    EXPECT_FLOAT_EQ(state_.chain().getParameters().spectral.profileDb[20], -61.0f);
     EXPECT_FALSE(dialog_->hasResult(0)); // not a diagnosis of its own
     for (int i = 0; i < 100 && dialog_->diagnosisShown(); ++i) {
         tick();
@@ -465,7 +463,7 @@ TEST_F(WizardFlow, FadersReachTheChainsAndMetersShowTheLevels) {
     EXPECT_EQ(updates, 20);
     EXPECT_GE(last.compressorInput, -60.0f);
     EXPECT_GE(last.compressorOutput, 0.0f);
-    EXPECT_FLOAT_EQ(last.chainInput, state_.chain.inputLevelDb());
+    EXPECT_FLOAT_EQ(last.chainInput, state_.chain().inputLevelDb());
     MeterFaderWidget* sound = dialog_->soundPage()->strip();
     EXPECT_GT(sound->inputMeter()->peakHold().peakDb, -50.0f);
     EXPECT_GT(dialog_->homePanel()->micMeter()->peakHold().peakDb, -50.0f);
@@ -473,16 +471,16 @@ TEST_F(WizardFlow, FadersReachTheChainsAndMetersShowTheLevels) {
     GainFader* input = sound->inputFader();
     QTest::mouseClick(input, Qt::LeftButton, Qt::NoModifier,
                       QPoint(input->width() - 1, input->height() / 2));
-    EXPECT_FLOAT_EQ(state_.chain.getParameters().inputGainDb, 24.0f);
+    EXPECT_FLOAT_EQ(state_.chain().getParameters().inputGainDb, 24.0f);
     EXPECT_FLOAT_EQ(dialog_->workingPreset().inputGainDb, 24.0f);
     sound->bypassButton()->click();
-    EXPECT_FALSE(state_.chain.isActive());
+    EXPECT_FALSE(state_.chain().isActive());
     sound->bypassButton()->click();
-    EXPECT_TRUE(state_.chain.isActive());
+    EXPECT_TRUE(state_.chain().isActive());
 
     GainFader* fxOutput = dialog_->fxPage()->strip()->outputFader();
     QTest::mouseClick(fxOutput, Qt::LeftButton, Qt::NoModifier, QPoint(0, fxOutput->height() / 2));
-    EXPECT_FLOAT_EQ(state_.effects.getParameters().outputGainDb, -24.0f);
+    EXPECT_FLOAT_EQ(state_.effects().getParameters().outputGainDb, -24.0f);
 }
 
 } // namespace

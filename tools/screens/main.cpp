@@ -12,7 +12,7 @@
 // meters move and the diagnosis records real snapshots.
 
 #include "WavFile.h"
-#include "module/ObsFilterState.h"
+#include "engine/FilterEngine.h"
 #include "ui/Localisation.h"
 #include "ui/MainMenu.h"
 #include "ui/PresetsPage.h"
@@ -52,7 +52,7 @@ struct Feeder {
     uint32_t noiseSeed = 1;
     std::vector<float> block;
 
-    void feed(Lumora::ObsFilterState& state, int frames) {
+    void feed(Lumora::FilterEngine& state, int frames) {
         block.resize(static_cast<size_t>(frames));
         for (float& sample : block) {
             if (silent || speech.empty()) {
@@ -70,7 +70,7 @@ struct Feeder {
 
 struct Session {
     Lumora::WizardDialog* dialog;
-    Lumora::ObsFilterState* state;
+    Lumora::FilterEngine* state;
     Feeder* feeder;
     QDir dir;
     QString language;
@@ -245,11 +245,8 @@ double cpuSeconds() {
 
 int measureIdleCpu(double seconds) {
     for (bool withFilter : {false, true}) {
-        Lumora::ObsFilterState state;
-        state.analyser = Lumora::makeAnalyser();
-        state.analyser->prepare(kRate);
-        state.chain.prepare(kRate, kRate / 10);
-        state.effects.prepare(kRate, kRate / 10);
+        Lumora::FilterEngine state;
+        state.prepare(kRate, 1);
         Lumora::WizardDialog dialog(nullptr, withFilter ? &state : nullptr);
         dialog.show();
         // Let the first full paint and the font loading pass before measuring.
@@ -315,11 +312,8 @@ int main(int argc, char** argv) {
 
     int saved = 0;
     for (const QString& language : languages) {
-        Lumora::ObsFilterState state;
-        state.analyser = Lumora::makeAnalyser();
-        state.analyser->prepare(kRate);
-        state.chain.prepare(kRate, kRate / 10);
-        state.effects.prepare(kRate, kRate / 10);
+        Lumora::FilterEngine state;
+        state.prepare(kRate, 1);
 
         Lumora::WizardDialog dialog(nullptr, &state);
         dialog.tickTimer()->stop();

@@ -1,0 +1,235 @@
+#include "engine/FilterEngine.h"
+
+#include "settings/PresetLists.h"
+
+#include <algorithm>
+#include <new>
+
+namespace Lumora {
+
+FilterEngine::MeasurementHold::MeasurementHold(FilterEngine& engine) : engine_(&engine) {
+    engine_->beginHold();
+}
+
+FilterEngine::MeasurementHold::MeasurementHold(MeasurementHold&& other) noexcept
+    : engine_(other.engine_) {
+    other.engine_ = nullptr;
+}
+
+FilterEngine::MeasurementHold&
+FilterEngine::MeasurementHold::operator=(MeasurementHold&& other) noexcept {
+    if (this != &other) {
+        release();
+        engine_ = other.engine_;
+        other.engine_ = nullptr;
+    }
+    return *this;
+}
+
+FilterEngine::MeasurementHold::~MeasurementHold() {
+    release();
+}
+
+void FilterEngine::MeasurementHold::release() {
+    if (engine_) {
+        FilterEngine* engine = engine_;
+        engine_ = nullptr;
+        engine->endHold();
+    }
+}
+
+// The analyser's atomics are written by the audio thread and read by the
+// interface: it is allocated on 64-byte lines of its own.
+void FilterEngine::AlignedDelete::operator()(DiagnosisAnalyser* p) const {
+    p->~DiagnosisAnalyser();
+    ::operator delete(p, std::align_val_t(64));
+}
+
+FilterEngine::FilterEngine()
+    : chain_(std::make_unique<VoiceChain>()), effects_(std::make_unique<VoiceFxChain>()) {
+    void* memory = ::operator new(sizeof(DiagnosisAnalyser), std::align_val_t(64));
+    analyser_.reset(new (memory) DiagnosisAnalyser());
+}
+
+FilterEngine::~FilterEngine() = default;
+
+void FilterEngine::prepare(double sampleRate, uint32_t channels) {
+    sampleRate_ = sampleRate;
+    channels_ = channels;
+    const int blockHint = std::max(1, static_cast<int>(sampleRate / 10));
+    analyser_->prepare(sampleRate);
+    chain_->prepare(sampleRate, blockHint);
+    effects_->prepare(sampleRate, blockHint);
+    pushCleaning();
+    pushSoundFx();
+}
+
+void FilterEngine::setNoiseModelLocation(const NoiseModelLocation& location) {
+    chain_->setNoiseModelLocation(location);
+}
+
+void FilterEngine::setStore(std::unique_ptr<SettingsStore> store) {
+    ownedStore_ = std::move(store);
+    store_ = ownedStore_.get();
+}
+
+void FilterEngine::useStore(SettingsStore* store) {
+    ownedStore_.reset();
+    store_ = store;
+}
+
+void FilterEngine::restoreFromSettings() {
+    if (!store_) {
+        return;
+    }
+    const AppSettings settings = store_->load();
+    lastPresetName_ = settings.lastPresetName;
+    uiScale_ = settings.uiScale;
+    showNumericValues_ = settings.showNumericValues;
+    if (!settings.lastPresetName.empty()) {
+        if (const SavedEffectPreset* p = findEffectPreset(settings, settings.lastPresetName)) {
+            applyEffectPreset(*p);
+        }
+    }
+    // What is in force when no arrow key is held or toggled.
+    const KeyAssignment& idle = settings.keyAssignments.defaultKey;
+    if (idle.hasEffectPreset) {
+        if (const SavedEffectPreset* p = findEffectPreset(settings, idle.effectPresetName)) {
+            applyEffectPreset(*p);
+        }
+    }
+    if (idle.hasSoundFxPreset) {
+        if (const SavedSoundFxPreset* p = findSoundFxPreset(settings, idle.soundFxPresetName)) {
+            applySoundFxPreset(p->preset);
+        }
+    }
+    notify(kAppFieldsChanged);
+}
+
+bool FilterEngine::saveAppFields() const {
+    return store_ &&
+           store_->saveAppFields({recordingMode_, lastPresetName_, uiScale_, showNumericValues_});
+}
+
+void FilterEngine::applyEffectPreset(EffectPreset preset) {
+    preset.active = true;
+    setEffectPreset(preset);
+}
+
+void FilterEngine::applyEffectPreset(const SavedEffectPreset& saved) {
+    EffectPreset preset = saved.preset;
+    preset.name = saved.name;
+    preset.description = saved.description;
+    preset.recording = saved.recording;
+    applyEffectPreset(std::move(preset));
+}
+
+void FilterEngine::setEffectPreset(const EffectPreset& preset) {
+    cleaning_ = preset;
+    pushCleaning();
+    notify(kCleaningChanged);
+}
+
+void FilterEngine::setGains(float inputDb, float outputDb) {
+    cleaning_.inputGainDb = inputDb;
+    cleaning_.outputGainDb = outputDb;
+    pushCleaning();
+    notify(kCleaningChanged);
+}
+
+void FilterEngine::applySoundFxPreset(const SoundFxPreset& preset) {
+    setSoundFxPreset(preset, true);
+}
+
+void FilterEngine::setSoundFxPreset(const SoundFxPreset& preset, bool active) {
+    fx_ = preset;
+    fxActive_ = active;
+    pushSoundFx();
+    notify(kSoundFxChanged);
+}
+
+void FilterEngine::setSoundFxActive(bool active) {
+    fxActive_ = active;
+    pushSoundFx();
+    notify(kSoundFxChanged);
+}
+
+void FilterEngine::setRecordingMode(bool recording) {
+    recordingMode_ = recording;
+    notify(kAppFieldsChanged);
+}
+
+void FilterEngine::setLastPresetName(const std::string& name) {
+    lastPresetName_ = name;
+    notify(kAppFieldsChanged);
+}
+
+void FilterEngine::beginHold() {
+    if (holds_++ == 0) {
+        pushCleaning();
+        pushSoundFx();
+    }
+}
+
+void FilterEngine::endHold() {
+    if (holds_ > 0 && --holds_ == 0) {
+        pushCleaning();
+        pushSoundFx();
+    }
+}
+
+void FilterEngine::pushCleaning() {
+    if (holds_ > 0) {
+        EffectPreset through = cleaning_;
+        through.active = false;
+        chain_->setParameters(through);
+        return;
+    }
+    chain_->setParameters(cleaning_);
+}
+
+void FilterEngine::pushSoundFx() {
+    effects_->setParameters(fx_);
+    effects_->setActive(fxActive_ && holds_ == 0);
+}
+
+int FilterEngine::addListener(Listener listener) {
+    const int id = nextListenerId_++;
+    listeners_.emplace_back(id, std::move(listener));
+    return id;
+}
+
+void FilterEngine::removeListener(int id) {
+    listeners_.erase(std::remove_if(listeners_.begin(), listeners_.end(),
+                                    [id](const auto& entry) { return entry.first == id; }),
+                     listeners_.end());
+}
+
+void FilterEngine::notify(unsigned changes) {
+    for (const auto& entry : listeners_) {
+        entry.second(changes);
+    }
+}
+
+void FilterEngine::processAudio(float* const* planes, int planeCount, int frames) {
+    chain_->process(planes, planeCount, frames);
+    effects_->process(planes, planeCount, frames);
+    if (!analyser_ || frames < 1) {
+        return;
+    }
+    if (planeCount == 1) {
+        analyser_->process(planes[0], frames);
+        return;
+    }
+    const float* left = planes[0];
+    const float* right = planes[1];
+    for (int start = 0; start < frames; start += 512) {
+        const int n = std::min(512, frames - start);
+        for (int i = 0; i < n; ++i) {
+            analyserMix_[i] = (left[start + i] + right[start + i]) * 0.5f;
+        }
+        analyser_->process(analyserMix_, n);
+    }
+}
+
+} // namespace Lumora

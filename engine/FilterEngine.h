@@ -1,0 +1,171 @@
+#pragma once
+
+#include "diagnosis/DiagnosisAnalyser.h"
+#include "diagnosis/DiagnosisTaskState.h"
+#include "dsp/VoiceChain.h"
+#include "dsp/fx/VoiceFxChain.h"
+#include "settings/AppSettings.h"
+#include "settings/SettingsStore.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Lumora {
+
+// One per instance of the filter: the one owner of its live voice. It holds
+// the cleaning chain, the voice-effects chain, the analyser, the diagnosis
+// task and the settings store, and it is the only code that hands parameters
+// to the chains. Views (the dialog and its panels) read the presets it keeps
+// and hear about every change through its listeners.
+//
+// Threads, by contract:
+// - processAudio() runs on the host's audio thread. It never waits: the chains
+//   take their parameters through their own lock-free hand-overs.
+// - Every other call runs on one thread, the interface thread. The chains'
+//   hand-overs are built for one writer, and the listeners are called there,
+//   synchronously, after each change. The module hands calls that arrive on
+//   other threads (OBS procedures, hotkeys) to the interface thread first.
+class FilterEngine {
+public:
+    // What a change touched; listeners get a combination.
+    enum Change : unsigned {
+        kCleaningChanged = 1u << 0,
+        kSoundFxChanged = 1u << 1,
+        kAppFieldsChanged = 1u << 2,
+    };
+    using Listener = std::function<void(unsigned changes)>;
+
+    // Keeps the chains straight through (no processing, no voice effects)
+    // while it lives, so that a diagnosis take or noise learning hears the raw
+    // voice. What is applied meanwhile is kept and goes on air when the last
+    // hold ends. Interface thread only, like every writer.
+    class MeasurementHold {
+    public:
+        MeasurementHold() = default;
+        explicit MeasurementHold(FilterEngine& engine);
+        MeasurementHold(MeasurementHold&& other) noexcept;
+        MeasurementHold& operator=(MeasurementHold&& other) noexcept;
+        MeasurementHold(const MeasurementHold&) = delete;
+        MeasurementHold& operator=(const MeasurementHold&) = delete;
+        ~MeasurementHold();
+        void release();
+        bool holding() const { return engine_ != nullptr; }
+
+    private:
+        FilterEngine* engine_ = nullptr;
+    };
+
+    FilterEngine();
+    ~FilterEngine();
+    FilterEngine(const FilterEngine&) = delete;
+    FilterEngine& operator=(const FilterEngine&) = delete;
+
+    // Sizes the chains and the analyser for the host's format. The only call
+    // that allocates for the audio path; before audio flows, never while.
+    void prepare(double sampleRate, uint32_t channels);
+    double sampleRate() const { return sampleRate_; }
+    uint32_t channels() const { return channels_; }
+    void setNoiseModelLocation(const NoiseModelLocation& location);
+
+    // The settings store: owned (the module's) or borrowed (tests and tools).
+    void setStore(std::unique_ptr<SettingsStore> store);
+    void useStore(SettingsStore* store);
+    SettingsStore* store() const { return store_; }
+    // Reads the settings file once and brings back the voice the user last
+    // had: the effect preset named lastPresetName, then the default key's
+    // presets.
+    void restoreFromSettings();
+    // Writes the application fields (recording mode, last preset, scale and
+    // number display) to the settings file; false when it could not.
+    bool saveAppFields() const;
+
+    // ---- what is on air (or will be, when a measurement hold ends) ----
+    const EffectPreset& effectPreset() const { return cleaning_; }
+    const SoundFxPreset& soundFxPreset() const { return fx_; }
+    bool soundFxActive() const { return fxActive_; }
+
+    // A cleaning preset chosen by the user (a list, a key, the diagnosis, a
+    // procedure): marked as applied, so the chain runs it.
+    void applyEffectPreset(EffectPreset preset);
+    // The same for a stored preset: the record keeps its name and description.
+    void applyEffectPreset(const SavedEffectPreset& saved);
+    // An edit of the cleaning preset, taken as it is (it may be inactive).
+    void setEffectPreset(const EffectPreset& preset);
+    // Only the input and output gains of the cleaning chain.
+    void setGains(float inputDb, float outputDb);
+    // A sound-effect preset, and whether the effects chain runs.
+    void applySoundFxPreset(const SoundFxPreset& preset);
+    void setSoundFxPreset(const SoundFxPreset& preset, bool active);
+    void setSoundFxActive(bool active);
+
+    // ---- application fields ----
+    bool recordingMode() const { return recordingMode_; }
+    void setRecordingMode(bool recording);
+    const std::string& lastPresetName() const { return lastPresetName_; }
+    void setLastPresetName(const std::string& name);
+    float uiScale() const { return uiScale_; }
+    bool showNumericValues() const { return showNumericValues_; }
+
+    // ---- measuring ----
+    MeasurementHold holdForMeasurement() { return MeasurementHold(*this); }
+    bool measuring() const { return holds_ > 0; }
+
+    // ---- views ----
+    // The chains as the audio thread runs them, for meters and displays.
+    const VoiceChain& chain() const { return *chain_; }
+    const VoiceFxChain& effects() const { return *effects_; }
+    // Null until prepare() or when it could not be made.
+    DiagnosisAnalyser* analyser() const { return analyser_.get(); }
+    DiagnosisTaskState& diagnosisTask() { return diagnosisTask_; }
+
+    // Returns an id for removeListener(). Listeners may not add or remove
+    // listeners from inside the call.
+    int addListener(Listener listener);
+    void removeListener(int id);
+
+    // The host's audio callback: both chains in place, then the analyser.
+    // `planes` holds `channels` non-null planes of `frames` samples.
+    void processAudio(float* const* planes, int channels, int frames);
+
+private:
+    struct AlignedDelete {
+        void operator()(DiagnosisAnalyser* p) const;
+    };
+
+    void beginHold();
+    void endHold();
+    // Hands the kept presets to the chains: straight through while measuring.
+    void pushCleaning();
+    void pushSoundFx();
+    void notify(unsigned changes);
+
+    std::unique_ptr<VoiceChain> chain_;
+    std::unique_ptr<VoiceFxChain> effects_;
+    std::unique_ptr<DiagnosisAnalyser, AlignedDelete> analyser_;
+    DiagnosisTaskState diagnosisTask_;
+    std::unique_ptr<SettingsStore> ownedStore_;
+    SettingsStore* store_ = nullptr;
+
+    double sampleRate_ = 48000.0;
+    uint32_t channels_ = 2;
+    EffectPreset cleaning_;
+    SoundFxPreset fx_;
+    bool fxActive_ = false;
+    int holds_ = 0;
+
+    bool recordingMode_ = false;
+    std::string lastPresetName_;
+    float uiScale_ = 1.0f;
+    bool showNumericValues_ = true;
+
+    std::vector<std::pair<int, Listener>> listeners_;
+    int nextListenerId_ = 1;
+
+    // Mixes stereo to mono for the analyser; never reallocated.
+    float analyserMix_[512] = {};
+};
+
+} // namespace Lumora
