@@ -1,12 +1,19 @@
-// Arrow keys switching voices in the open dialog, with the real chains of a
-// filter state and the built-in key assignments of a fresh settings folder.
-#include "module/ObsFilterState.h"
+// The open dialog as a view of a real filter engine (its chains, and the
+// built-in key assignments of a fresh settings folder): arrow keys switching
+// voices, what the dialog shows when it opens and after each change, edits and
+// keys during a measurement, and changes that arrive from another thread.
+#include "engine/FilterEngine.h"
 #include "settings/PresetFile.h"
 #include "ui/EffectPanel.h"
+#include "ui/FxPage.h"
+#include "ui/InterfaceThread.h"
 #include "ui/KeyAssignPanel.h"
 #include "ui/Knob.h"
 #include "ui/Localisation.h"
+#include "ui/MeterFaderWidget.h"
+#include "ui/PresetsPanel.h"
 #include "ui/SoundFxPanel.h"
+#include "ui/SoundPage.h"
 #include "ui/WizardDialog.h"
 
 #include <QApplication>
@@ -17,29 +24,27 @@
 #include <QTimer>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cstring>
 #include <filesystem>
 #include <memory>
+#include <thread>
 
 namespace Lumora {
 namespace {
 
 struct KeyVoices : ::testing::Test {
     std::string folder;
-    std::unique_ptr<ObsFilterState> state = std::make_unique<ObsFilterState>();
+    std::unique_ptr<FilterEngine> state = std::make_unique<FilterEngine>();
     std::unique_ptr<WizardDialog> dialog;
 
     void SetUp() override {
         char pattern[] = "/tmp/lumora-keys-XXXXXX";
         ASSERT_NE(mkdtemp(pattern), nullptr);
         folder = pattern;
-        state->analyser = makeAnalyser();
-        state->analyser->prepare(48000.0);
-        state->chain.prepare(48000.0, 4800);
-        state->effects.prepare(48000.0, 4800);
-        state->ownedStore = std::make_unique<SettingsStore>(folder);
-        state->store = state->ownedStore.get();
-        (void)state->store->load(); // seeds the four built-in voices on the arrow keys
+        state->prepare(48000.0, 1);
+        state->setStore(std::make_unique<SettingsStore>(folder));
+        (void)state->store()->load(); // seeds the four built-in voices on the arrow keys
         applyLanguage(QStringLiteral("ja"));
         dialog = std::make_unique<WizardDialog>(nullptr, state.get());
         dialog->show();
@@ -59,7 +64,7 @@ struct KeyVoices : ::testing::Test {
     }
     void press(int k) { key(QEvent::KeyPress, k); }
     void release(int k) { key(QEvent::KeyRelease, k); }
-    SoundFxPreset fx() const { return state->effects.getParameters(); }
+    SoundFxPreset fx() const { return state->effects().getParameters(); }
     QString badge() const {
         auto* label = dialog->findChild<QLabel*>(QStringLiteral("keyBadge"));
         return label ? label->text() : QStringLiteral("<no badge>");
@@ -73,7 +78,7 @@ TEST_F(KeyVoices, MomentaryKeyAppliesItsVoiceOnlyWhileHeld) {
     press(Qt::Key_Up);
     EXPECT_TRUE(fx().radio.enabled);
     EXPECT_TRUE(fx().pitch.enabled);
-    EXPECT_TRUE(state->effects.isActive());
+    EXPECT_TRUE(state->effects().isActive());
     EXPECT_TRUE(badge().startsWith(QStringLiteral("▲"))) << badge().toStdString();
     EXPECT_TRUE(badge().endsWith(QStringLiteral("（押している間）")));
     release(Qt::Key_Up);
@@ -110,9 +115,9 @@ TEST_F(KeyVoices, MomentaryInsideToggleShowsTheHeldBadgeAndGivesTheToggleBack) {
 }
 
 TEST_F(KeyVoices, UnassignedKeyIsHeldButAppliesNothingAndRestoresTheDefault) {
-    KeyAssignmentSet keys = state->store->load().keyAssignments;
+    KeyAssignmentSet keys = state->store()->load().keyAssignments;
     keys.keys[3] = KeyAssignment{};
-    ASSERT_TRUE(state->store->saveKeyAssignments(keys));
+    ASSERT_TRUE(state->store()->saveKeyAssignments(keys));
     press(Qt::Key_Up);
     release(Qt::Key_Up);
     press(Qt::Key_Right);
@@ -149,16 +154,16 @@ void turn(Knob* knob) {
 TEST_F(KeyVoices, PanelEditsReachTheFilterAtOnce) {
     QList<Knob*> knobs = dialog->effectPanel()->findChildren<Knob*>();
     ASSERT_FALSE(knobs.isEmpty());
-    const std::string before = text(state->chain.getParameters());
+    const std::string before = text(state->chain().getParameters());
     turn(knobs.front());
-    EXPECT_NE(text(state->chain.getParameters()), before);
-    EXPECT_TRUE(state->chain.getParameters().active);
+    EXPECT_NE(text(state->chain().getParameters()), before);
+    EXPECT_TRUE(state->chain().getParameters().active);
 
     QList<Knob*> fxKnobs = dialog->soundFxPanel()->findChildren<Knob*>();
     ASSERT_FALSE(fxKnobs.isEmpty());
-    const std::string fxBefore = text(state->effects.getParameters());
+    const std::string fxBefore = text(state->effects().getParameters());
     turn(fxKnobs.front());
-    EXPECT_NE(text(state->effects.getParameters()), fxBefore);
+    EXPECT_NE(text(state->effects().getParameters()), fxBefore);
 }
 
 TEST_F(KeyVoices, ChoosingADefaultVoiceIsHeardAtOnceAndAfterEveryKey) {
@@ -173,13 +178,137 @@ TEST_F(KeyVoices, ChoosingADefaultVoiceIsHeardAtOnceAndAfterEveryKey) {
     emit sound->activated(deathGame);
     EXPECT_TRUE(fx().pitch.enabled);
     EXPECT_FLOAT_EQ(fx().pitch.semitonesA, 12.0f);
-    EXPECT_TRUE(state->store->load().keyAssignments.defaultKey.hasSoundFxPreset);
+    EXPECT_TRUE(state->store()->load().keyAssignments.defaultKey.hasSoundFxPreset);
 
     press(Qt::Key_Up);
     EXPECT_TRUE(fx().radio.enabled);
     release(Qt::Key_Up);
     EXPECT_FALSE(fx().radio.enabled);
     EXPECT_FLOAT_EQ(fx().pitch.semitonesA, 12.0f);
+}
+
+namespace {
+
+SoundFxPreset octaveUpWithReverb() {
+    SoundFxPreset voice;
+    voice.pitch.enabled = true;
+    voice.pitch.semitonesA = 12.0f;
+    voice.reverb.enabled = true;
+    voice.reverb.wetMix = 0.4f;
+    voice.outputGainDb = 3.0f;
+    return voice;
+}
+
+} // namespace
+
+TEST_F(KeyVoices, OpeningShowsTheFiltersVoiceAndTheFirstEditKeepsIt) {
+    dialog.reset();
+    state->applySoundFxPreset(octaveUpWithReverb());
+    EffectPreset cleaning;
+    cleaning.inputGainDb = -6.0f;
+    cleaning.gate.enabled = true;
+    state->applyEffectPreset(cleaning);
+    dialog = std::make_unique<WizardDialog>(nullptr, state.get());
+
+    EXPECT_FLOAT_EQ(dialog->soundFxPanel()->currentPreset().pitch.semitonesA, 12.0f);
+    EXPECT_TRUE(dialog->soundFxPanel()->currentPreset().reverb.enabled);
+    EXPECT_FLOAT_EQ(dialog->fxPage()->strip()->outputGain(), 3.0f);
+    EXPECT_FLOAT_EQ(dialog->soundPage()->strip()->inputGain(), -6.0f);
+    EXPECT_TRUE(dialog->effectPanel()->currentPreset().gate.enabled);
+
+    turn(dialog->soundFxPanel()->knob(QStringLiteral("reverbRoom")));
+    EXPECT_FLOAT_EQ(fx().pitch.semitonesA, 12.0f);
+    EXPECT_TRUE(fx().reverb.enabled);
+    EXPECT_FLOAT_EQ(fx().outputGainDb, 3.0f);
+    EXPECT_FLOAT_EQ(state->chain().getParameters().inputGainDb, -6.0f);
+}
+
+TEST_F(KeyVoices, PresetsFromTheListOrAKeyMoveTheFaders) {
+    SavedEffectPreset quiet;
+    quiet.name = "小声用";
+    quiet.preset.inputGainDb = 9.0f;
+    quiet.preset.outputGainDb = -2.0f;
+    ASSERT_TRUE(state->store()->saveEffectPreset(quiet));
+    auto* list = dialog->findChild<PresetsPanel*>();
+    ASSERT_NE(list, nullptr);
+    emit list->presetApplied(quiet);
+    EXPECT_FLOAT_EQ(dialog->soundPage()->strip()->inputGain(), 9.0f);
+    EXPECT_FLOAT_EQ(dialog->soundPage()->strip()->outputGain(), -2.0f);
+    EXPECT_EQ(state->lastPresetName(), "小声用");
+
+    SavedEffectPreset loud = quiet;
+    loud.name = "叫び用";
+    loud.preset.inputGainDb = -12.0f;
+    ASSERT_TRUE(state->store()->saveEffectPreset(loud));
+    KeyAssignmentSet keys = state->store()->load().keyAssignments;
+    keys.keys[0].hasEffectPreset = true;
+    keys.keys[0].effectPresetName = "叫び用";
+    ASSERT_TRUE(state->store()->saveKeyAssignments(keys));
+    press(Qt::Key_Up);
+    EXPECT_FLOAT_EQ(dialog->soundPage()->strip()->inputGain(), -12.0f);
+    release(Qt::Key_Up);
+    EXPECT_FLOAT_EQ(dialog->soundPage()->strip()->inputGain(), 9.0f);
+    // The next fader move keeps the other gain as the preset set it.
+    dialog->soundPage()->strip()->setGains(9.0f, -5.0f);
+    emit dialog->soundPage()->strip()->gainsChanged(9.0f, -5.0f);
+    EXPECT_FLOAT_EQ(state->chain().getParameters().inputGainDb, 9.0f);
+}
+
+TEST_F(KeyVoices, AKeyDuringADiagnosisTakeWaitsForTheTakeToEnd) {
+    dialog->startDiagnosis();
+    ASSERT_TRUE(dialog->diagnosisShown());
+    ASSERT_FALSE(state->effects().isActive());
+    press(Qt::Key_Left); // a toggled voice: delay and reverb
+    release(Qt::Key_Left);
+    EXPECT_FALSE(state->effects().isActive());
+    EXPECT_FALSE(state->chain().isActive());
+    EXPECT_TRUE(state->soundFxPreset().delay.enabled); // kept for later
+    turn(dialog->effectPanel()->findChildren<Knob*>().front());
+    EXPECT_FALSE(state->chain().isActive());
+
+    dialog->hide(); // ends the diagnosis
+    EXPECT_TRUE(state->effects().isActive());
+    EXPECT_TRUE(fx().delay.enabled);
+    EXPECT_TRUE(state->chain().isActive());
+}
+
+TEST_F(KeyVoices, LosingTheKeyboardReleasesAHeldKey) {
+    press(Qt::Key_Up);
+    ASSERT_TRUE(fx().radio.enabled);
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    EXPECT_FALSE(fx().radio.enabled);
+    EXPECT_TRUE(badge().isEmpty());
+}
+
+TEST_F(KeyVoices, ReopeningStartsWithNoKeyActive) {
+    press(Qt::Key_Left);
+    release(Qt::Key_Left);
+    ASSERT_FALSE(badge().isEmpty());
+    ASSERT_TRUE(dialog->keyAssignPanel()->lampLit(2));
+    dialog->hide();
+    dialog->show();
+    EXPECT_TRUE(badge().isEmpty());
+    EXPECT_FALSE(dialog->keyAssignPanel()->lampLit(2));
+}
+
+TEST_F(KeyVoices, AChangeFromAnotherThreadShowsAndTheNextEditKeepsIt) {
+    std::atomic<bool> done{false};
+    std::thread caller([&] {
+        runOnInterfaceThread([&] { state->applySoundFxPreset(octaveUpWithReverb()); });
+        done = true;
+    });
+    while (!done) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    }
+    caller.join();
+    EXPECT_FLOAT_EQ(dialog->soundFxPanel()->currentPreset().pitch.semitonesA, 12.0f);
+    EXPECT_FLOAT_EQ(dialog->fxPage()->strip()->outputGain(), 3.0f);
+    turn(dialog->soundFxPanel()->knob(QStringLiteral("reverbRoom")));
+    EXPECT_FLOAT_EQ(fx().pitch.semitonesA, 12.0f);
+    EXPECT_TRUE(fx().reverb.enabled);
 }
 
 } // namespace Lumora

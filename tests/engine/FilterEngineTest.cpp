@@ -1,0 +1,108 @@
+// The filter engine as its one owner of the live voice: what reaches the audio
+// while a measurement holds the chains, and what views are told.
+#include "engine/FilterEngine.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <vector>
+
+namespace Lumora {
+namespace {
+
+constexpr double kRate = 48000.0;
+
+EffectPreset loud() {
+    EffectPreset p;
+    p.inputGainDb = 12.0f;
+    return p;
+}
+
+SoundFxPreset octaveUp() {
+    SoundFxPreset fx;
+    fx.pitch.enabled = true;
+    fx.pitch.semitonesA = 12.0f;
+    return fx;
+}
+
+// One packet of a 440 Hz tone through the engine; returns what came out.
+std::vector<float> run(FilterEngine& engine, const std::vector<float>& in) {
+    std::vector<float> out = in;
+    float* planes[1] = {out.data()};
+    engine.processAudio(planes, 1, static_cast<int>(out.size()));
+    return out;
+}
+
+std::vector<float> tone() {
+    std::vector<float> x(480);
+    for (size_t i = 0; i < x.size(); ++i) {
+        x[i] = 0.1f * static_cast<float>(std::sin(2.0 * 3.14159265358979 * 440.0 * i / kRate));
+    }
+    return x;
+}
+
+TEST(FilterEngine, AHoldPassesTheRawVoiceBitExactAndKeepsWhatIsAppliedMeanwhile) {
+    FilterEngine engine;
+    engine.prepare(kRate, 1);
+    engine.applyEffectPreset(loud());
+    engine.applySoundFxPreset(octaveUp());
+    const std::vector<float> in = tone();
+    EXPECT_NE(run(engine, in), in);
+
+    {
+        FilterEngine::MeasurementHold hold = engine.holdForMeasurement();
+        EXPECT_TRUE(engine.measuring());
+        EXPECT_EQ(run(engine, in), in);
+        // A key or an edit while the take records: kept, not heard.
+        EffectPreset louder = loud();
+        louder.inputGainDb = 18.0f;
+        engine.applyEffectPreset(louder);
+        engine.setSoundFxActive(false);
+        EXPECT_EQ(run(engine, in), in);
+        EXPECT_FALSE(engine.chain().isActive());
+        EXPECT_FLOAT_EQ(engine.effectPreset().inputGainDb, 18.0f);
+
+        // Holds nest: the inner one ending does not end the outer.
+        FilterEngine::MeasurementHold inner = engine.holdForMeasurement();
+        inner.release();
+        EXPECT_TRUE(engine.measuring());
+        EXPECT_EQ(run(engine, in), in);
+    }
+    EXPECT_FALSE(engine.measuring());
+    EXPECT_TRUE(engine.chain().isActive());
+    EXPECT_FLOAT_EQ(engine.chain().getParameters().inputGainDb, 18.0f);
+    EXPECT_FALSE(engine.effects().isActive());
+}
+
+TEST(FilterEngine, AMovedHoldEndsOnceAndListenersHearEveryChange) {
+    FilterEngine engine;
+    engine.prepare(kRate, 2);
+    std::vector<unsigned> heard;
+    const int id = engine.addListener([&](unsigned changes) { heard.push_back(changes); });
+    engine.applyEffectPreset(loud());
+    engine.setGains(3.0f, -3.0f);
+    engine.applySoundFxPreset(octaveUp());
+    engine.setLastPresetName("配信用");
+    ASSERT_EQ(heard.size(), 4u);
+    EXPECT_EQ(heard[0], FilterEngine::kCleaningChanged);
+    EXPECT_EQ(heard[1], FilterEngine::kCleaningChanged);
+    EXPECT_EQ(heard[2], FilterEngine::kSoundFxChanged);
+    EXPECT_EQ(heard[3], FilterEngine::kAppFieldsChanged);
+    EXPECT_FLOAT_EQ(engine.effectPreset().inputGainDb, 3.0f); // gains replace the preset's
+
+    FilterEngine::MeasurementHold first = engine.holdForMeasurement();
+    FilterEngine::MeasurementHold moved = std::move(first);
+    EXPECT_FALSE(first.holding());
+    first.release(); // nothing: it no longer holds
+    EXPECT_TRUE(engine.measuring());
+    moved = FilterEngine::MeasurementHold();
+    EXPECT_FALSE(engine.measuring());
+    EXPECT_TRUE(engine.chain().isActive());
+
+    engine.removeListener(id);
+    engine.setSoundFxActive(false);
+    EXPECT_EQ(heard.size(), 4u);
+}
+
+} // namespace
+} // namespace Lumora
