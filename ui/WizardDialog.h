@@ -45,9 +45,9 @@ class WizardPanel;
 
 // The plug-in's one window: diagnosis, results, sound, FX, presets and keys.
 //
-// What the dialog does not know yet arrives through the hooks below, so the
-// filter glue can plug in the settings store, the analysis, the recommendation
-// and the key-assignment rules without the dialog depending on them.
+// With a filter engine it is a view of the engine (see the constructor). The
+// hooks below default to the real analysis, recommendation and settings store;
+// tests replace some of them to observe what the dialog does.
 class WizardDialog : public QDialog, private KeyAssignmentTarget {
     Q_OBJECT
 public:
