@@ -108,7 +108,7 @@ void FilterEngine::restoreFromSettings() {
 
 bool FilterEngine::saveAppFields() const {
     return store_ &&
-           store_->saveAppFields({recordingMode_, lastPresetName_, uiScale_, showNumericValues_});
+           store_->saveAppFields({recordingMode(), lastPresetName_, uiScale_, showNumericValues_});
 }
 
 void FilterEngine::applyEffectPreset(EffectPreset preset) {
@@ -152,11 +152,6 @@ void FilterEngine::setSoundFxActive(bool active) {
     fxActive_ = active;
     pushSoundFx();
     notify(kSoundFxChanged);
-}
-
-void FilterEngine::setRecordingMode(bool recording) {
-    recordingMode_ = recording;
-    notify(kAppFieldsChanged);
 }
 
 void FilterEngine::setLastPresetName(const std::string& name) {

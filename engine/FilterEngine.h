@@ -7,6 +7,7 @@
 #include "settings/AppSettings.h"
 #include "settings/SettingsStore.h"
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -102,8 +103,13 @@ public:
     void setSoundFxActive(bool active);
 
     // ---- application fields ----
-    bool recordingMode() const { return recordingMode_; }
-    void setRecordingMode(bool recording);
+    // The filter's "recording mode" setting. OBS may update it from any thread
+    // (a settings change through obs-websocket, say), and no view shows it, so
+    // it is a plain atomic value and changing it tells no listener.
+    bool recordingMode() const { return recordingMode_.load(std::memory_order_relaxed); }
+    void setRecordingMode(bool recording) {
+        recordingMode_.store(recording, std::memory_order_relaxed);
+    }
     const std::string& lastPresetName() const { return lastPresetName_; }
     void setLastPresetName(const std::string& name);
     float uiScale() const { return uiScale_; }
@@ -156,7 +162,7 @@ private:
     bool fxActive_ = false;
     int holds_ = 0;
 
-    bool recordingMode_ = false;
+    std::atomic<bool> recordingMode_{false};
     std::string lastPresetName_;
     float uiScale_ = 1.0f;
     bool showNumericValues_ = true;
