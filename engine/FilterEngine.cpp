@@ -53,9 +53,7 @@ FilterEngine::FilterEngine()
 
 FilterEngine::~FilterEngine() = default;
 
-void FilterEngine::prepare(double sampleRate, uint32_t channels) {
-    sampleRate_ = sampleRate;
-    channels_ = channels;
+void FilterEngine::prepare(double sampleRate) {
     const int blockHint = std::max(1, static_cast<int>(sampleRate / 10));
     analyser_->prepare(sampleRate);
     chain_->prepare(sampleRate, blockHint);
@@ -69,13 +67,7 @@ void FilterEngine::setNoiseModelLocation(const NoiseModelLocation& location) {
 }
 
 void FilterEngine::setStore(std::unique_ptr<SettingsStore> store) {
-    ownedStore_ = std::move(store);
-    store_ = ownedStore_.get();
-}
-
-void FilterEngine::useStore(SettingsStore* store) {
-    ownedStore_.reset();
-    store_ = store;
+    store_ = std::move(store);
 }
 
 void FilterEngine::restoreFromSettings() {

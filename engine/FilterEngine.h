@@ -64,17 +64,14 @@ public:
     FilterEngine(const FilterEngine&) = delete;
     FilterEngine& operator=(const FilterEngine&) = delete;
 
-    // Sizes the chains and the analyser for the host's format. The only call
-    // that allocates for the audio path; before audio flows, never while.
-    void prepare(double sampleRate, uint32_t channels);
-    double sampleRate() const { return sampleRate_; }
-    uint32_t channels() const { return channels_; }
+    // Sizes the chains and the analyser for the host's rate (any channel count
+    // is processed as it comes). The only call that allocates for the audio
+    // path; before audio flows, never while.
+    void prepare(double sampleRate);
     void setNoiseModelLocation(const NoiseModelLocation& location);
 
-    // The settings store: owned (the module's) or borrowed (tests and tools).
     void setStore(std::unique_ptr<SettingsStore> store);
-    void useStore(SettingsStore* store);
-    SettingsStore* store() const { return store_; }
+    SettingsStore* store() const { return store_.get(); }
     // Reads the settings file once and brings back the voice the user last
     // had: the effect preset named lastPresetName, then the default key's
     // presets.
@@ -152,11 +149,8 @@ private:
     std::unique_ptr<VoiceFxChain> effects_;
     std::unique_ptr<DiagnosisAnalyser, AlignedDelete> analyser_;
     DiagnosisTaskState diagnosisTask_;
-    std::unique_ptr<SettingsStore> ownedStore_;
-    SettingsStore* store_ = nullptr;
+    std::unique_ptr<SettingsStore> store_;
 
-    double sampleRate_ = 48000.0;
-    uint32_t channels_ = 2;
     EffectPreset cleaning_;
     SoundFxPreset fx_;
     bool fxActive_ = false;

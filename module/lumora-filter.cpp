@@ -71,7 +71,7 @@ void* filterCreate(obs_data_t* settings, obs_source_t* source) {
     // The analyser's rings, filters and loudness meter and the chains are
     // sized here, once: an update while audio flows must never rebuild what
     // the audio thread is using.
-    engine->prepare(static_cast<double>(sampleRate), channels);
+    engine->prepare(static_cast<double>(sampleRate));
 
     filterUpdate(engine, settings);
     engine->restoreFromSettings();

@@ -528,8 +528,7 @@ bool WizardDialog::eventFilter(QObject* watched, QEvent* event) {
         onSlotKey_(slot, pressed);
     } else {
         pressed ? keyRules_.press(slot) : keyRules_.release(slot);
-        showKeyBadge();
-        keyAssign_->setLamps(keyRules_.activeSlot());
+        showKeyState();
     }
     return true;
 }
@@ -544,8 +543,7 @@ void WizardDialog::showEvent(QShowEvent* event) {
     if (!event->spontaneous()) {
         // Opening again: no key is down or toggled, whatever happened before.
         keyRules_.reset();
-        showKeyBadge();
-        keyAssign_->setLamps(keyRules_.activeSlot());
+        showKeyState();
     }
     sky_.setSize(size(), devicePixelRatioF());
     if (timer_) {
@@ -576,17 +574,13 @@ void WizardDialog::changeEvent(QEvent* event) {
 }
 
 void WizardDialog::releaseHeldKey() {
+    // With a slot-key hook the rules never hold a key: the hook owns them.
     const int held = keyRules_.heldSlot();
     if (held < 0) {
         return;
     }
-    if (onSlotKey_) {
-        onSlotKey_(held, false);
-        return;
-    }
     keyRules_.release(held);
-    showKeyBadge();
-    keyAssign_->setLamps(keyRules_.activeSlot());
+    showKeyState();
 }
 
 // ---- Tick ------------------------------------------------------------------------

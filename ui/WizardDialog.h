@@ -194,7 +194,8 @@ private:
     void applyPreset(const EffectPreset& preset);
     void savePresetFor(const DiagnosisResult& result);
     void useSettingsStore();
-    void showKeyBadge();
+    // The badge and the key page's lamps, from the key rules.
+    void showKeyState();
     // WizardDialogPanels.cpp
     void installPanels();
     void retranslatePanels();

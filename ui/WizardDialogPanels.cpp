@@ -174,10 +174,11 @@ void WizardDialog::retranslatePanels() {
     keyAssign_->retranslateUi();
 }
 
-void WizardDialog::showKeyBadge() {
+void WizardDialog::showKeyState() {
     const KeyBadge& badge = keyRules_.badge();
     badgeLabel_->setText(QString::fromStdString(badge.text));
     badgeLabel_->setStyleSheet(QString::fromStdString(badge.styleSheet));
+    keyAssign_->setLamps(keyRules_.activeSlot());
 }
 
 // What an arrow key's voice changes: the engine's presets, and with them every

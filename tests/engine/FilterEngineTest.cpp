@@ -43,7 +43,7 @@ std::vector<float> tone() {
 
 TEST(FilterEngine, AHoldPassesTheRawVoiceBitExactAndKeepsWhatIsAppliedMeanwhile) {
     FilterEngine engine;
-    engine.prepare(kRate, 1);
+    engine.prepare(kRate);
     engine.applyEffectPreset(loud());
     engine.applySoundFxPreset(octaveUp());
     const std::vector<float> in = tone();
@@ -76,7 +76,7 @@ TEST(FilterEngine, AHoldPassesTheRawVoiceBitExactAndKeepsWhatIsAppliedMeanwhile)
 
 TEST(FilterEngine, AMovedHoldEndsOnceAndListenersHearEveryChange) {
     FilterEngine engine;
-    engine.prepare(kRate, 2);
+    engine.prepare(kRate);
     std::vector<unsigned> heard;
     const int id = engine.addListener([&](unsigned changes) { heard.push_back(changes); });
     engine.applyEffectPreset(loud());

@@ -295,7 +295,7 @@ double humLevelThrough(const EffectPreset& preset) {
 TEST(EffectPanel, NoiseLearnedFromARecordedHumMakesTheSpectralStageRemoveIt) {
     applyLanguage(QStringLiteral("en"));
     FilterEngine state;
-    state.prepare(48000.0, 1);
+    state.prepare(48000.0);
     // The voice the user had: a gate that would shut the hum out of the
     // analyser's hearing if the chain ran during learning.
     EffectPreset voice = SoundShapes::panelDefaults();
@@ -391,7 +391,7 @@ TEST(EffectPanel, NoiseLearnedFromARecordedHumMakesTheSpectralStageRemoveIt) {
 TEST(EffectPanel, LearningWithoutAnySoundFailsAndKeepsTheProfile) {
     applyLanguage(QStringLiteral("en"));
     FilterEngine state;
-    state.prepare(48000.0, 1);
+    state.prepare(48000.0);
     EffectPanel panel(nullptr);
     panel.setEngine(&state);
     panel.noiseControls()->learner()->setDurationMs(300);
@@ -408,7 +408,7 @@ TEST(EffectPanel, LearningWithoutAnySoundFailsAndKeepsTheProfile) {
 
 TEST(EffectPanel, ForgettingTheFilterWhileLearningPutsItsChainsBack) {
     FilterEngine state;
-    state.prepare(48000.0, 1);
+    state.prepare(48000.0);
     state.applyEffectPreset(somePreset());
     state.applySoundFxPreset(SoundFxPreset{});
     EffectPanel panel(nullptr);

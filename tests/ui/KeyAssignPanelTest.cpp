@@ -67,7 +67,7 @@ struct KeyRig {
     std::unique_ptr<KeyAssignPanel> panel;
 
     KeyRig() {
-        state.prepare(48000.0, 1);
+        state.prepare(48000.0);
         state.applySoundFxPreset(SoundFxPreset{}); // the voice before any key
         SavedSoundFxPreset radio;
         radio.name = "無線";

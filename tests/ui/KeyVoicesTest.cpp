@@ -42,7 +42,7 @@ struct KeyVoices : ::testing::Test {
         char pattern[] = "/tmp/lumora-keys-XXXXXX";
         ASSERT_NE(mkdtemp(pattern), nullptr);
         folder = pattern;
-        state->prepare(48000.0, 1);
+        state->prepare(48000.0);
         state->setStore(std::make_unique<SettingsStore>(folder));
         (void)state->store()->load(); // seeds the four built-in voices on the arrow keys
         applyLanguage(QStringLiteral("ja"));

@@ -58,7 +58,7 @@ protected:
         speech_ = loadSpeech();
         ASSERT_FALSE(speech_.empty()) << "recorded speech from alsa-utils is needed";
         applyLanguage(QStringLiteral("ja"));
-        state_.prepare(kRate, 1);
+        state_.prepare(kRate);
         dialog_ = std::make_unique<WizardDialog>(nullptr, &state_);
         dialog_->tickTimer()->stop();
         dialog_->show();

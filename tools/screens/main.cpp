@@ -246,7 +246,7 @@ double cpuSeconds() {
 int measureIdleCpu(double seconds) {
     for (bool withFilter : {false, true}) {
         Lumora::FilterEngine state;
-        state.prepare(kRate, 1);
+        state.prepare(kRate);
         Lumora::WizardDialog dialog(nullptr, withFilter ? &state : nullptr);
         dialog.show();
         // Let the first full paint and the font loading pass before measuring.
@@ -313,7 +313,7 @@ int main(int argc, char** argv) {
     int saved = 0;
     for (const QString& language : languages) {
         Lumora::FilterEngine state;
-        state.prepare(kRate, 1);
+        state.prepare(kRate);
 
         Lumora::WizardDialog dialog(nullptr, &state);
         dialog.tickTimer()->stop();
