@@ -99,33 +99,31 @@ TEST(NoiseSuppressorFraming, PacketOf1024MakesTwoFramesAndCarries64Samples) {
     EXPECT_EQ(standIn.frameCalls() - before, 3 * 2);
 }
 
-TEST(NoiseSuppressorDelay, StageOwnFramingDelaysBy480Samples) {
-    // A model without delay of its own shows the stage's: exactly one frame.
-    auto chain = noiseChain(standInLocation(modelFile("d0", "delay=0")), 1.0f, 6.0f);
-    ASSERT_TRUE(chain->noiseSuppressionAvailable());
-    const std::vector<float> in = noise(4800, 0.5f);
-    expectDelayedAndScaled(runMono(*chain, in, 1024), in, kFrame, kHalf);
-}
-
-TEST(NoiseSuppressorMix, MixOneGivesTheSuppressedSignalOnly) {
-    // The model's own frame of delay comes on top of the framing.
-    auto chain = noiseChain(standInLocation(modelFile("d1", "delay=1")), 1.0f, 6.0f);
-    const std::vector<float> in = noise(4800, 0.5f);
-    expectDelayedAndScaled(runMono(*chain, in, 1024), in, 2 * kFrame, kHalf);
-}
-
-TEST(NoiseSuppressorMix, MixZeroGivesThePreviousFramesDryInput) {
-    // The dry frame blended in is the one before the frame just processed, so
-    // with a model that lags by a frame the dry path lags exactly as much.
-    auto chain = noiseChain(standInLocation(modelFile("d1", "delay=1")), 0.0f, 6.0f);
-    const std::vector<float> in = noise(4800, 0.5f);
-    expectDelayedAndScaled(runMono(*chain, in, 1024), in, 2 * kFrame, 1.0f);
-}
-
-TEST(NoiseSuppressorMix, WetAndDryLineUpSoABlendIsOnlyAScale) {
-    auto chain = noiseChain(standInLocation(modelFile("d1", "delay=1")), 0.25f, 6.0f);
-    const std::vector<float> in = noise(4800, 0.5f);
-    expectDelayedAndScaled(runMono(*chain, in, 480), in, 2 * kFrame, 0.75f + 0.25f * kHalf);
+// The stage's own framing delays by exactly one frame, the model's delay comes
+// on top, and the dry frame blended in is the one before the frame just
+// processed, so with a model that lags by a frame the dry path lags exactly as
+// much: any blend is then only a scale of the delayed input.
+TEST(NoiseSuppressorMix, WetAndDryLineUpAtEveryMix) {
+    const struct {
+        const char* file;
+        const char* model;
+        float mix;
+        int packet;
+        int delay;
+        float scale;
+    } cases[] = {
+        {"d0", "delay=0", 1.0f, 1024, kFrame, kHalf},
+        {"d1", "delay=1", 1.0f, 1024, 2 * kFrame, kHalf},
+        {"d1", "delay=1", 0.0f, 1024, 2 * kFrame, 1.0f},
+        {"d1", "delay=1", 0.25f, 480, 2 * kFrame, 0.75f + 0.25f * kHalf},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.model) + ", mix " + std::to_string(c.mix));
+        auto chain = noiseChain(standInLocation(modelFile(c.file, c.model)), c.mix, 6.0f);
+        ASSERT_TRUE(chain->noiseSuppressionAvailable());
+        const std::vector<float> in = noise(4800, 0.5f);
+        expectDelayedAndScaled(runMono(*chain, in, c.packet), in, c.delay, c.scale);
+    }
 }
 
 TEST(NoiseSuppressorLimit, ChangeTakesEffectAtTheNextPacket) {

@@ -2,22 +2,10 @@
 // position.
 #include "FxTestSupport.h"
 
-#include "dsp/fx/DelayEffect.h"
-
 #include <gtest/gtest.h>
 
 using namespace Lumora;
 using namespace FxTest;
-
-TEST(DelayEffect, TimeIsTruncatedAndKeptInsideTheLine) {
-    EXPECT_EQ(DelayEffect::delaySamples(5000.0f, 48000.0), 95999);
-    EXPECT_EQ(DelayEffect::delaySamples(0.0f, 48000.0), 1);
-    EXPECT_EQ(DelayEffect::delaySamples(250.0f, 48000.0), 12000);
-    EXPECT_EQ(DelayEffect::delaySamples(10.01f, 48000.0), 480);    // 480.48 truncated
-    EXPECT_EQ(DelayEffect::delaySamples(1000.0f, 96000.0), 95999); // the line does not grow
-    EXPECT_EQ(DelayEffect::delaySamples(-5.0f, 48000.0), 1);
-    EXPECT_EQ(DelayEffect::delaySamples(1e30f, 48000.0), 95999);
-}
 
 TEST(DelayEffect, ImpulseComesBackAfterTheSetTimeWithTheSetFeedback) {
     const float feedback = 0.6f;

@@ -41,16 +41,6 @@ TEST(Chorus, StillVoicesEchoAtTheirBaseDelaysBlendedEvenly) {
     EXPECT_NEAR(rms(y) * rms(y) * 4800, 0.5 * 0.5 + 2 * 0.25 * 0.25, 1e-6) << "nothing else";
 }
 
-TEST(Chorus, FeedbackRecirculatesHalfTheKnob) {
-    const float feedback = 0.8f;
-    VoiceFxChain chain;
-    setUp(chain, onlyMod(kModChorus, 1.0f, 0.0f, feedback, 1.0f));
-    Audio audio({impulse(4800)});
-    runInPackets(chain, audio, 480);
-    const int d1 = static_cast<int>(Chorus::kBaseDelayMs[0] * 48.0);
-    EXPECT_FLOAT_EQ(audio.planes[0][2 * d1], 0.25f * feedback * Chorus::kFeedbackShare);
-}
-
 TEST(Chorus, SweepsAndSpreadsTheChannels) {
     VoiceFxChain chain;
     setUp(chain, onlyMod(kModChorus, 1.5f, 1.0f, 0.3f, 1.0f));

@@ -50,15 +50,3 @@ TEST(Tremolo, FullDepthSwingsBetweenZeroAndOneAtTheRate) {
     EXPECT_LT(lo, 1e-6f);
     EXPECT_GT(hi, 1.0f - 1e-6f);
 }
-
-TEST(Tremolo, WetBlendsTheModulatedSignalWithTheDry) {
-    VoiceFxChain chain;
-    setUp(chain, onlyTremolo(2.0f, 0.5f, 0.5f));
-    const int frames = 9600;
-    Audio audio({Signal(frames, 1.0f)});
-    runInPackets(chain, audio, 480);
-    for (int i = 0; i < frames; ++i) {
-        const double g = (std::sin(2.0 * kPi * 2.0 * i / kRate) + 1.0) * 0.5 * 0.5 + 0.5;
-        ASSERT_NEAR(audio.planes[0][i], g * 0.5 + 0.5, 2e-5) << i;
-    }
-}

@@ -71,21 +71,6 @@ TEST(VoiceFxChain, InactiveChainPassesThroughWhateverIsEnabled) {
     EXPECT_TRUE(bitEqual(audio.planes[0], original.planes[0]));
 }
 
-TEST(VoiceFxChain, HandOverPublishesTheWholeRecord) {
-    VoiceFxChain chain;
-    chain.prepare(kRate, 4800);
-    SoundFxPreset p;
-    p.reverb.roomSize = 0.77f;
-    p.effectOrder = {4, 3, 2, 1, 0};
-    chain.setParameters(p);
-    SoundFxPreset q = chain.getParameters();
-    EXPECT_EQ(q.reverb.roomSize, 0.77f);
-    EXPECT_EQ(q.effectOrder[0], 4);
-    p.reverb.roomSize = 0.25f;
-    chain.setParameters(p);
-    EXPECT_EQ(chain.getParameters().reverb.roomSize, 0.25f);
-}
-
 TEST(VoiceFxChain, RepeatedCodeRunsTheEffectOncePerAppearance) {
     // With a long delay and no feedback, each pass turns the block into
     // dry·(1 − wet) plus silence from the line: five passes scale by 0.5^5.
