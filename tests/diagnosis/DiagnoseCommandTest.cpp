@@ -2,6 +2,7 @@
 // its JSON output, its readable report and its error exits.
 
 #include "WavFile.h"
+#include "settings/JsonText.h"
 
 #include <gtest/gtest.h>
 
@@ -9,14 +10,11 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cctype>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <map>
-#include <memory>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -28,164 +26,6 @@ namespace fs = std::filesystem;
 
 const std::string kCli = std::string(LUMORA_BINARY_DIR) + "/tools/lumora-cli";
 const std::string kSounds = "/usr/share/sounds/alsa/";
-
-// ---- a minimal JSON reader, enough to check the output's shape ----
-
-struct Json {
-    enum Kind { Null, Bool, Number, String, Array, Object } kind = Null;
-    bool b = false;
-    double n = 0.0;
-    std::string s;
-    std::vector<Json> items;
-    std::vector<std::pair<std::string, Json>> fields;
-
-    const Json* get(const std::string& key) const {
-        for (const auto& [k, v] : fields) {
-            if (k == key) {
-                return &v;
-            }
-        }
-        return nullptr;
-    }
-    const Json& operator[](const std::string& key) const {
-        static const Json none;
-        const Json* v = get(key);
-        return v ? *v : none;
-    }
-};
-
-class JsonReader {
-public:
-    explicit JsonReader(const std::string& text) : t_(text) {}
-    bool parse(Json& out) {
-        const bool ok = value(out);
-        space();
-        return ok && p_ == t_.size();
-    }
-
-private:
-    void space() {
-        while (p_ < t_.size() && std::isspace(static_cast<unsigned char>(t_[p_]))) {
-            ++p_;
-        }
-    }
-    bool literal(const char* word) {
-        const std::string w(word);
-        if (t_.compare(p_, w.size(), w) != 0) {
-            return false;
-        }
-        p_ += w.size();
-        return true;
-    }
-    bool string(std::string& out) {
-        if (t_[p_] != '"') {
-            return false;
-        }
-        for (++p_; p_ < t_.size(); ++p_) {
-            const char c = t_[p_];
-            if (c == '"') {
-                ++p_;
-                return true;
-            }
-            if (c == '\\') {
-                if (++p_ >= t_.size()) {
-                    return false;
-                }
-                const char e = t_[p_];
-                out += e == 'n' ? '\n' : e == 't' ? '\t' : e == 'r' ? '\r' : e;
-                if (e == 'u') {
-                    return false; // the command never needs \u for its texts
-                }
-            } else {
-                out += c;
-            }
-        }
-        return false;
-    }
-    bool value(Json& out) {
-        space();
-        if (p_ >= t_.size()) {
-            return false;
-        }
-        const char c = t_[p_];
-        if (c == '{') {
-            out.kind = Json::Object;
-            ++p_;
-            space();
-            if (t_[p_] == '}') {
-                ++p_;
-                return true;
-            }
-            while (true) {
-                space();
-                std::string key;
-                if (!string(key)) {
-                    return false;
-                }
-                space();
-                if (t_[p_++] != ':') {
-                    return false;
-                }
-                Json v;
-                if (!value(v)) {
-                    return false;
-                }
-                out.fields.emplace_back(key, std::move(v));
-                space();
-                if (t_[p_] == ',') {
-                    ++p_;
-                    continue;
-                }
-                return t_[p_++] == '}';
-            }
-        }
-        if (c == '[') {
-            out.kind = Json::Array;
-            ++p_;
-            space();
-            if (t_[p_] == ']') {
-                ++p_;
-                return true;
-            }
-            while (true) {
-                Json v;
-                if (!value(v)) {
-                    return false;
-                }
-                out.items.push_back(std::move(v));
-                space();
-                if (t_[p_] == ',') {
-                    ++p_;
-                    continue;
-                }
-                return t_[p_++] == ']';
-            }
-        }
-        if (c == '"') {
-            out.kind = Json::String;
-            return string(out.s);
-        }
-        if (literal("true") || literal("false")) {
-            out.kind = Json::Bool;
-            out.b = t_[p_ - 1] == 'e' && t_[p_ - 2] == 'u';
-            return true;
-        }
-        if (literal("null")) {
-            return true;
-        }
-        char* end = nullptr;
-        out.n = std::strtod(t_.c_str() + p_, &end);
-        if (end == t_.c_str() + p_) {
-            return false;
-        }
-        out.kind = Json::Number;
-        p_ = static_cast<size_t>(end - t_.c_str());
-        return true;
-    }
-
-    const std::string& t_;
-    size_t p_ = 0;
-};
 
 // ---- making the takes ----
 
@@ -300,10 +140,27 @@ protected:
 
 fs::path DiagnoseCommand::dir_;
 
-int itemLevel(const Json& result, const std::string& key) {
-    for (const Json& item : result["items"].items) {
-        if (item["key"].s == key) {
-            return static_cast<int>(item["level"].n);
+// The command's JSON, read with the settings file's parser (whose own tests
+// and fuzzing guard it).
+bool parse(const std::string& text, JsonValue& out) {
+    JsonParseResult r = parseJson(text);
+    out = std::move(r.value);
+    return r.ok;
+}
+
+// Member `key` of an object, element `i` of an array; null when absent.
+const JsonValue& at(const JsonValue& v, const std::string& key) {
+    return member(v, key);
+}
+const JsonValue& at(const JsonValue& v, size_t i) {
+    static const JsonValue none;
+    return i < v.elements().size() ? v.elements()[i] : none;
+}
+
+int itemLevel(const JsonValue& result, const std::string& key) {
+    for (const JsonValue& item : at(result, "items").elements()) {
+        if (at(item, "key").stringValue() == key) {
+            return asInt(at(item, "level"), -1);
         }
     }
     return -1;
@@ -314,25 +171,26 @@ TEST_F(DiagnoseCommand, RealSpeechGivesASensibleDiagnosisAsJson) {
     const RunResult r = run("--mic dynamic " + takes());
     ASSERT_EQ(r.exitCode, 0) << r.err;
     EXPECT_EQ(r.err, "");
-    Json j;
-    ASSERT_TRUE(JsonReader(r.out).parse(j)) << r.out;
-    ASSERT_EQ(j.kind, Json::Object);
+    JsonValue j;
+    ASSERT_TRUE(parse(r.out, j)) << r.out;
+    ASSERT_TRUE(j.isObject());
 
     for (const char* key : {"overall", "summaryJa", "summaryEn", "micType", "items", "speech",
                             "silence", "noiseSpectrum", "recommended"}) {
-        EXPECT_NE(j.get(key), nullptr) << key;
+        EXPECT_EQ(j.members().count(key), 1u) << key;
     }
-    EXPECT_EQ(j["micType"].n, 0.0);
-    const std::vector<Json>& items = j["items"].items;
-    ASSERT_EQ(items.size(), 6u);
+    EXPECT_EQ(at(j, "micType").numberValue(), 0.0);
+    const JsonValue& items = at(j, "items");
+    ASSERT_EQ(items.elements().size(), 6u);
     const char* order[] = {"clipping", "volume", "noise", "distance", "dynamics", "pop"};
     for (size_t i = 0; i < 6; ++i) {
-        EXPECT_EQ(items[i]["key"].s, order[i]);
+        const JsonValue& item = at(items, i);
+        EXPECT_EQ(at(item, "key").stringValue(), order[i]);
         for (const char* field : {"titleJa", "adviceJa", "titleEn", "adviceEn"}) {
-            EXPECT_EQ(items[i][field].kind, Json::String) << order[i] << " " << field;
+            EXPECT_TRUE(at(item, field).isString()) << order[i] << " " << field;
         }
-        EXPECT_EQ(items[i]["value"].kind, Json::Number);
-        EXPECT_FALSE(items[i]["titleEn"].s.empty());
+        EXPECT_TRUE(at(item, "value").isNumber());
+        EXPECT_FALSE(at(item, "titleEn").stringValue().empty());
     }
 
     // Speech about 6 dB under the recording's own level, a 20 dB range between
@@ -342,52 +200,54 @@ TEST_F(DiagnoseCommand, RealSpeechGivesASensibleDiagnosisAsJson) {
     EXPECT_EQ(itemLevel(j, "noise"), 0);
     EXPECT_EQ(itemLevel(j, "dynamics"), 0);
     EXPECT_EQ(itemLevel(j, "pop"), 0);
-    EXPECT_NEAR(items[4]["value"].n, 20.0, 2.0) << "loud - soft is 20 dB";
-    const Json& speech = j["speech"];
-    EXPECT_TRUE(speech["valid"].b);
-    EXPECT_GE(speech["count"].n, 180.0);
-    EXPECT_LE(speech["count"].n, 190.0); // one snapshot per 16 ms over 3 s
-    EXPECT_GT(speech["level"].n, -36.0);
-    EXPECT_LT(speech["level"].n, -24.0);
-    const Json& silence = j["silence"];
-    EXPECT_TRUE(silence["valid"].b);
-    EXPECT_NEAR(silence["level"].n, -70.0, 3.0);
+    EXPECT_NEAR(at(at(items, 4), "value").numberValue(), 20.0, 2.0) << "loud - soft is 20 dB";
+    const JsonValue& speech = at(j, "speech");
+    EXPECT_TRUE(at(speech, "valid").boolValue());
+    EXPECT_GE(at(speech, "count").numberValue(), 180.0);
+    EXPECT_LE(at(speech, "count").numberValue(), 190.0); // one snapshot per 16 ms over 3 s
+    EXPECT_GT(at(speech, "level").numberValue(), -36.0);
+    EXPECT_LT(at(speech, "level").numberValue(), -24.0);
+    const JsonValue& silence = at(j, "silence");
+    EXPECT_TRUE(at(silence, "valid").boolValue());
+    EXPECT_NEAR(at(silence, "level").numberValue(), -70.0, 3.0);
 
-    const std::vector<Json>& spectrum = j["noiseSpectrum"].items;
-    ASSERT_EQ(spectrum.size(), 64u);
-    EXPECT_EQ(spectrum[0].n, -96.0) << "narrower than one bin at 48 kHz";
-    EXPECT_GT(spectrum[50].n, -96.0);
-    EXPECT_LT(spectrum[50].n, -60.0);
+    const JsonValue& spectrum = at(j, "noiseSpectrum");
+    ASSERT_EQ(spectrum.elements().size(), 64u);
+    EXPECT_EQ(at(spectrum, 0).numberValue(), -96.0) << "narrower than one bin at 48 kHz";
+    EXPECT_GT(at(spectrum, 50).numberValue(), -96.0);
+    EXPECT_LT(at(spectrum, 50).numberValue(), -60.0);
 
-    const Json& preset = j["recommended"];
-    EXPECT_EQ(preset["name"].s, "配信最適化プリセット");
-    EXPECT_FALSE(preset["recording"].b);
-    EXPECT_TRUE(preset["gate"]["enabled"].b);
-    EXPECT_TRUE(preset["limiter"]["enabled"].b);
-    EXPECT_TRUE(preset["comp"]["enabled"].b);
-    EXPECT_EQ(preset["eq"]["notchBands"].items.size(), 5u);
-    EXPECT_EQ(preset["spectral"]["profileDb"].items.size(), 64u);
+    const JsonValue& preset = at(j, "recommended");
+    EXPECT_EQ(at(preset, "name").stringValue(), "配信最適化プリセット");
+    EXPECT_FALSE(asBool(at(preset, "recording"), true));
+    EXPECT_TRUE(at(at(preset, "gate"), "enabled").boolValue());
+    EXPECT_TRUE(at(at(preset, "limiter"), "enabled").boolValue());
+    EXPECT_TRUE(at(at(preset, "comp"), "enabled").boolValue());
+    EXPECT_EQ(at(at(preset, "eq"), "notchBands").elements().size(), 5u);
+    EXPECT_EQ(at(at(preset, "spectral"), "profileDb").elements().size(), 64u);
     for (const char* key : {"kneeDb", "makeupGainDb"}) {
-        EXPECT_EQ(preset["comp"][key].kind, Json::Number) << key;
+        EXPECT_TRUE(at(at(preset, "comp"), key).isNumber()) << key;
     }
     for (const char* key : {"attenLimitDb", "mix"}) {
-        EXPECT_EQ(preset["noise"][key].kind, Json::Number) << key;
+        EXPECT_TRUE(at(at(preset, "noise"), key).isNumber()) << key;
     }
-    EXPECT_EQ(preset["inputGainDb"].kind, Json::Number);
-    EXPECT_EQ(preset["outputGainDb"].kind, Json::Number);
+    EXPECT_TRUE(at(preset, "inputGainDb").isNumber());
+    EXPECT_TRUE(at(preset, "outputGainDb").isNumber());
 }
 
 TEST_F(DiagnoseCommand, StereoAndOtherRatesAndBlockSizesReadTheSame) {
-    Json base;
-    Json other;
+    JsonValue base;
+    JsonValue other;
     RunResult r = run("--mic usb " + takes());
     ASSERT_EQ(r.exitCode, 0) << r.err;
-    ASSERT_TRUE(JsonReader(r.out).parse(base));
+    ASSERT_TRUE(parse(r.out, base));
     r = run("--mic usb --block 1024 " + takes(take("normal-stereo.wav"), take("loud-44k.wav")));
     ASSERT_EQ(r.exitCode, 0) << r.err;
-    ASSERT_TRUE(JsonReader(r.out).parse(other));
-    EXPECT_NEAR(other["speech"]["level"].n, base["speech"]["level"].n, 0.3);
-    EXPECT_NEAR(other["items"].items[4]["value"].n, base["items"].items[4]["value"].n, 0.5);
+    ASSERT_TRUE(parse(r.out, other));
+    EXPECT_NEAR(at(at(other, "speech"), "level").numberValue(),
+                at(at(base, "speech"), "level").numberValue(), 0.3);
+    EXPECT_NEAR(at(at(at(other, "items"), 4), "value").numberValue(),
+                at(at(at(base, "items"), 4), "value").numberValue(), 0.5);
     for (const char* key : {"clipping", "volume", "noise", "dynamics", "pop"}) {
         EXPECT_EQ(itemLevel(other, key), itemLevel(base, key)) << key;
     }

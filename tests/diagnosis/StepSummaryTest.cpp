@@ -14,25 +14,6 @@
 namespace Lumora {
 namespace {
 
-TEST(StepSummary, MedianAndNinetyFifthPercentile) {
-    EXPECT_FLOAT_EQ(medianOf({1, 2, 3, 4}), 2.5f);
-    EXPECT_FLOAT_EQ(medianOf({4, 1, 3, 2}), 2.5f);
-    EXPECT_FLOAT_EQ(medianOf({9, -3, 5}), 5.0f);
-    EXPECT_FLOAT_EQ(medianOf({7}), 7.0f);
-    EXPECT_FLOAT_EQ(medianOf({}), -96.0f);
-
-    EXPECT_FLOAT_EQ(percentile95({0, 10}), 9.5f);
-    EXPECT_FLOAT_EQ(percentile95({10, 0}), 9.5f);
-    EXPECT_FLOAT_EQ(percentile95({3}), 3.0f);
-    // 21 values 0..20: (21 - 1) * 0.95 = 19 exactly, no interpolation.
-    std::vector<float> v;
-    for (int i = 20; i >= 0; --i) {
-        v.push_back(static_cast<float>(i));
-    }
-    EXPECT_FLOAT_EQ(percentile95(v), 19.0f);
-    EXPECT_FLOAT_EQ(percentile95({}), -96.0f);
-}
-
 AudioMetrics metrics(float level, float peak, float floor, float low, float mid, float high,
                      bool clipped = false) {
     AudioMetrics m;
