@@ -106,13 +106,6 @@ TEST(JsonParser, StringEscapes) {
     EXPECT_EQ(parsed(R"("\q")").stringValue(), "q");
 }
 
-TEST(JsonParser, TabAndControlByteRoundTrip) {
-    const JsonValue tab = parsed(renderJson(JsonValue("a\tb")));
-    EXPECT_EQ(tab.stringValue(), "a\tb");
-    const JsonValue control = parsed(renderJson(JsonValue("a\x01z")));
-    EXPECT_EQ(control.stringValue(), "a?z");
-}
-
 TEST(JsonParser, NumbersAndLiterals) {
     EXPECT_EQ(parsed("-12.5e1").numberValue(), -125.0);
     EXPECT_EQ(parsed("0.3").numberValue(), 0.3);

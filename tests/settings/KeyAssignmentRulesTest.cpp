@@ -78,20 +78,6 @@ const std::string kUp = "▲", kDown = "▼", kLeft = "◀", kRight = "▶";
 
 } // namespace
 
-TEST(KeyAssignmentRules, KeysMapToSlotsAndLabels) {
-    EXPECT_EQ(slotOfKey(ArrowKey::Up), 0);
-    EXPECT_EQ(slotOfKey(ArrowKey::Down), 1);
-    EXPECT_EQ(slotOfKey(ArrowKey::Left), 2);
-    EXPECT_EQ(slotOfKey(ArrowKey::Right), 3);
-    EXPECT_EQ(slotOfKey(ArrowKey::Other), kNoSlot);
-    EXPECT_STREQ(slotLabel(0), "Up");
-    EXPECT_STREQ(slotLabel(3), "Right");
-    EXPECT_STREQ(slotLabel(4), "Default");
-    EXPECT_STREQ(slotLabel(5), "Key");
-    EXPECT_STREQ(slotLabel(-1), "Key");
-    EXPECT_EQ(std::string(slotGlyph(2)), kLeft);
-}
-
 TEST(KeyAssignmentRules, MomentaryAppliesWhileHeldAndRestoresTheVoiceBefore) {
     Fixture f;
     EXPECT_TRUE(f.rules.handleKeyEvent(ArrowKey::Up, true, false));

@@ -2,7 +2,6 @@
 // seeding of the built-ins.
 
 #include "settings/BuiltInPresets.h"
-#include "settings/PresetLists.h"
 #include "settings/SettingsStore.h"
 #include "settings/support/FaultyFileSystem.h"
 #include "settings/support/MemoryFileSystem.h"
@@ -47,7 +46,6 @@ TEST(BuiltInPresets, FirstLoadOfAnEmptyFolderSeedsAndWrites) {
     EXPECT_EQ(s.soundFxPresets[3].name, "ディレイ特撮ヒーロー＋リバーブ心の中のセリフ");
     ASSERT_EQ(s.keyAssignPresets.size(), 1u);
     EXPECT_EQ(s.keyAssignPresets[0].name, "デフォルト十字キー");
-    EXPECT_STREQ(kDefaultKeyAssignPresetName, "デフォルト十字キー");
     const KeyMode modes[] = {KeyMode::Momentary, KeyMode::Momentary, KeyMode::Toggle,
                              KeyMode::Momentary};
     for (size_t i = 0; i < 4; ++i) {
@@ -66,39 +64,6 @@ TEST(BuiltInPresets, FirstLoadOfAnEmptyFolderSeedsAndWrites) {
     store.load();
     EXPECT_EQ(TempFolder::read(store.settingsPath()), file);
     EXPECT_FALSE(TempFolder::exists(store.backupPath()));
-}
-
-TEST(BuiltInPresets, CombinationValuesAreTheFloatsAsWritten) {
-    const auto list = builtInSoundFxPresets();
-    const SoundFxPreset& computer = list[0].preset;
-    EXPECT_TRUE(computer.pitch.enabled);
-    EXPECT_EQ(computer.pitch.semitonesA, 4.7f);
-    EXPECT_EQ(computer.pitch.formantShiftA, 0.31f);
-    EXPECT_TRUE(computer.pitch.layerBEnabled);
-    EXPECT_EQ(computer.pitch.semitonesB, 3.4f);
-    EXPECT_EQ(computer.pitch.formantShiftB, 0.35f);
-    EXPECT_TRUE(computer.radio.enabled);
-    EXPECT_EQ(computer.radio.lowCutHz, 233.0f);
-    EXPECT_EQ(computer.radio.highCutHz, 8000.0f);
-    EXPECT_EQ(computer.radio.overdrive, 0.09f);
-    EXPECT_FALSE(computer.reverb.enabled || computer.delay.enabled || computer.mod.enabled);
-    const SoundFxPreset& deathGame = list[1].preset;
-    EXPECT_EQ(deathGame.pitch.semitonesB, -12.0f);
-    EXPECT_EQ(deathGame.pitch.formantShiftB, -0.34f);
-    EXPECT_EQ(deathGame.pitch.mixAB, 0.66f);
-    EXPECT_FALSE(deathGame.radio.enabled);
-    const SoundFxPreset& singing = list[2].preset;
-    EXPECT_FALSE(singing.pitch.enabled);
-    EXPECT_EQ(singing.reverb.roomSize, 0.79f);
-    EXPECT_EQ(singing.reverb.duckingAmount, 0.28f);
-    EXPECT_EQ(singing.delay.timeMs, 180.0f);
-    EXPECT_EQ(singing.delay.feedback, 0.1f);
-    const SoundFxPreset& hero = list[3].preset;
-    EXPECT_EQ(hero.reverb.lowCutHz, 1469.0f);
-    EXPECT_EQ(hero.reverb.damping, 0.67f);
-    EXPECT_EQ(hero.delay.timeMs, 212.0f);
-    EXPECT_EQ(hero.delay.wetMix, 0.2f);
-    EXPECT_EQ(hero.effectOrder, SoundFxPreset{}.effectOrder);
 }
 
 TEST(BuiltInPresets, DeletingTheMarkerRestoresEverythingAtTheNextLoad) {
@@ -209,25 +174,4 @@ TEST(PresetOperations, TwoStoresOnOneFolderSeeEachOthersSaves) {
     ASSERT_TRUE(a.saveEffectPreset(effectPreset("from a", -20)));
     ASSERT_TRUE(b.saveEffectPreset(effectPreset("from b", -20)));
     EXPECT_EQ(a.load().presets.size(), 2u);
-}
-
-TEST(PresetLists, RulesOnADocumentInMemory) {
-    AppSettings s;
-    putSoundFxPreset(s, {"a", "1", "", {}});
-    putSoundFxPreset(s, {"b", "", "", {}});
-    putSoundFxPreset(s, {"a", "2", "", {}});
-    ASSERT_EQ(s.soundFxPresets.size(), 2u);
-    EXPECT_EQ(s.soundFxPresets[0].description, "2");
-    EXPECT_TRUE(eraseSoundFxPreset(s, "a"));
-    EXPECT_FALSE(eraseSoundFxPreset(s, "a"));
-    EXPECT_EQ(findSoundFxPreset(s, "b"), &s.soundFxPresets[0]);
-    for (int i = 0; i < 30; ++i) {
-        pushDiagnosisHistory(s, entry(i));
-    }
-    EXPECT_EQ(s.diagnosisHistory.size(), 20u);
-    EXPECT_EQ(s.diagnosisHistory.front().timestamp, "29");
-    EXPECT_TRUE(seedBuiltIns(s, "now"));
-    EXPECT_FALSE(seedBuiltIns(s, "later"));
-    EXPECT_EQ(s.soundFxPresets.size(), 5u);
-    EXPECT_EQ(s.soundFxPresets[1].savedAt, "now");
 }

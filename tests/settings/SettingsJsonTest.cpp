@@ -333,22 +333,6 @@ TEST(SettingsDocument, WrongTypesAndMissingKeysTakeDefaults) {
     EXPECT_EQ(p.preset.gate.holdMs, d.gate.holdMs);
 }
 
-TEST(SettingsDocument, PresetWithoutTheChainExtrasReadsTheirDefaults) {
-    const SavedEffectPreset p = effectFromText(R"({"name": "plain",
-        "eq": {"enabled": true}, "comp": {}, "limiter": {}, "gate": {}})");
-    const EffectPreset d;
-    EXPECT_EQ(p.preset.noise.enabled, d.noise.enabled);
-    EXPECT_EQ(p.preset.noise.attenLimitDb, d.noise.attenLimitDb);
-    EXPECT_EQ(p.preset.noise.mix, d.noise.mix);
-    EXPECT_EQ(p.preset.spectral.amount, d.spectral.amount);
-    EXPECT_EQ(p.preset.spectral.profileDb, d.spectral.profileDb);
-    EXPECT_EQ(p.preset.eq.highCutHz, d.eq.highCutHz);
-    EXPECT_EQ(p.preset.eq.highCutQ, d.eq.highCutQ);
-    EXPECT_EQ(p.preset.comp.kneeDb, d.comp.kneeDb);
-    EXPECT_EQ(p.preset.inputGainDb, 0.0f);
-    EXPECT_EQ(p.preset.outputGainDb, 0.0f);
-}
-
 TEST(SettingsDocument, OlderPitchKeysAreReadAndRewrittenUnderTheNewNames) {
     const SavedSoundFxPreset old =
         soundFxPresetFromJson(parse(R"({"pitch": {"semitones": 5, "formantShift": 0.25}})"));
