@@ -93,7 +93,6 @@ void DiagnosisController::reset() {
     session_.clear();
     hasResult_ = false;
     result_ = DiagnosisResult{};
-    singleStep_ = false;
 }
 
 void DiagnosisController::clearTimers() {
@@ -230,16 +229,6 @@ bool DiagnosisController::save() {
         callback_(result_);
     }
     return true;
-}
-
-void DiagnosisController::restartAtSilence() {
-    singleStep_ = true;
-    clearTimers();
-    hasResult_ = false;
-    result_ = DiagnosisResult{};
-    session_.clear();
-    session_.currentStep = kLastTake;
-    state_ = kPrompt;
 }
 
 int DiagnosisController::countdownSecondsLeft() const {

@@ -84,8 +84,6 @@ public:
     bool apply();
     bool offerSave();
     bool save();
-    // Records the silence take alone (to learn the room's noise) and analyses it.
-    void restartAtSilence();
 
     // Each take measures that take alone. When a take's recording starts, the
     // dialog restarts the analyser's held measures and passes the epoch it got:
@@ -103,7 +101,6 @@ public:
     const AudioMetrics& latestSnapshot() const { return latest_; }
     bool hasResult() const { return hasResult_; }
     const DiagnosisResult& result() const { return result_; }
-    bool singleStep() const { return singleStep_; }
 
     double countdownElapsed() const { return countdownElapsed_; }
     double recordingElapsed() const { return recordingElapsed_; }
@@ -129,7 +126,6 @@ private:
     DiagnosisSession session_;
     bool hasResult_ = false;
     DiagnosisResult result_;
-    bool singleStep_ = false;
     uint32_t takeEpoch_ = 0;
     ResultCallback callback_;
 };

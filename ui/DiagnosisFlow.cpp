@@ -73,12 +73,6 @@ void DiagnosisFlow::start(FilterEngine& engine) {
     open(engine);
 }
 
-void DiagnosisFlow::startNoiseLearning(FilterEngine& engine) {
-    controller_.reset();
-    controller_.restartAtSilence();
-    open(engine);
-}
-
 void DiagnosisFlow::tick(double dt) {
     float level = -96.0f;
     if (engine_ && engine_->analyser()) {
@@ -189,12 +183,6 @@ void DiagnosisFlow::deliver(DiagnosisResult result) {
         return;
     }
     restoreEffects();
-    if (controller_.singleStep()) {
-        // Learning the room's noise: only the silence spectrum is kept.
-        emit noiseLearned(controller_.result().noiseSpectrum);
-        controller_.finish();
-        return;
-    }
     emit resultDelivered(controller_.result());
 }
 

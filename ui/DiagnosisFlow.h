@@ -27,8 +27,6 @@ public:
 
     // Opens the wizard at the mic choice.
     void start(FilterEngine& engine);
-    // Opens the wizard at the silence take alone, to learn the room's noise.
-    void startNoiseLearning(FilterEngine& engine);
     // One tick while the wizard is shown: the latest snapshot, the analysis,
     // the page; after the closing words it emits finished().
     void tick(double dt);
@@ -42,10 +40,8 @@ public:
     const DiagnosisRunner& runner() const { return runner_; }
 
 signals:
-    // A full diagnosis finished (not the noise-learning take).
+    // The diagnosis finished with this result.
     void resultDelivered(const DiagnosisResult& result);
-    // The noise-learning take finished with this silence spectrum.
-    void noiseLearned(const std::array<float, kSpectrumBandCount>& spectrum);
     void applyRequested(const DiagnosisResult& result);
     void saveRequested(const DiagnosisResult& result);
     // The wizard is over; the dialog shows its main page again.

@@ -3,22 +3,21 @@
 namespace Lumora {
 
 KeyBadgeLabel::KeyBadgeLabel(QWidget* parent) : QLabel(parent) {
+    setObjectName(QStringLiteral("keyBadge"));
     setAlignment(Qt::AlignCenter);
-    apply(this, KeyBadge{"", kBadgeIdleStyle});
+    setFixedHeight(32);
+    showBadge(KeyBadge{"", kBadgeIdleStyle});
 }
 
 void KeyBadgeLabel::showBadge(const KeyBadge& badge) {
-    apply(this, badge);
-}
-
-void KeyBadgeLabel::apply(QLabel* label, const KeyBadge& badge) {
+    // Restyling a label re-polishes it: only when something changed.
     const QString text = QString::fromStdString(badge.text);
     const QString style = QString::fromStdString(badge.styleSheet);
-    if (label->text() != text) {
-        label->setText(text);
+    if (this->text() != text) {
+        setText(text);
     }
-    if (label->styleSheet() != style) {
-        label->setStyleSheet(style);
+    if (styleSheet() != style) {
+        setStyleSheet(style);
     }
 }
 

@@ -6,19 +6,15 @@
 
 namespace Lumora {
 
-// The rounded label on the dialog that names the active key slot: empty and
-// transparent when none is active, teal while a key is held, darker teal
-// while one is toggled on. Text and style come from KeyAssignmentRules.
+// The rounded label in the dialog's header that names the active key slot:
+// empty and transparent when none is active, teal while a key is held, darker
+// teal while one is toggled on. Text and style come from KeyAssignmentRules.
 class KeyBadgeLabel : public QLabel {
     Q_OBJECT
 public:
     explicit KeyBadgeLabel(QWidget* parent);
 
     void showBadge(const KeyBadge& badge);
-    void showRules(const KeyAssignmentRules& rules) { showBadge(rules.badge()); }
-
-    // The same for any label.
-    static void apply(QLabel* label, const KeyBadge& badge);
 };
 
 } // namespace Lumora

@@ -1,40 +1,35 @@
 #include "ui/WizardDialog.h"
 
-#include "diagnosis/RecommendedSettings.h"
-#include "settings/SettingsJson.h"
-#include "settings/SettingsStore.h"
-
 #include "engine/FilterEngine.h"
+#include "ui/CompressorDisplay.h"
 #include "ui/CreditsDialog.h"
-#include "ui/DiagnosisFlow.h"
+#include "ui/DiagnosisPresenter.h"
 #include "ui/EffectPanel.h"
+#include "ui/EngineBinding.h"
 #include "ui/FxPage.h"
 #include "ui/HomePanel.h"
 #include "ui/KeyAssignPanel.h"
+#include "ui/KeyAssignPresetsPanel.h"
 #include "ui/KeyBadgeBoard.h"
+#include "ui/KeyBadgeLabel.h"
+#include "ui/KeyRouter.h"
 #include "ui/Localisation.h"
 #include "ui/MainMenu.h"
 #include "ui/MainTabBar.h"
 #include "ui/MeterFaderWidget.h"
-#include "ui/PanelTracker.h"
+#include "ui/PageWiring.h"
 #include "ui/PresetsPage.h"
 #include "ui/PresetsPanel.h"
-#include "ui/ResultSummaryCard.h"
 #include "ui/ResultsPage.h"
+#include "ui/SoundFxPanel.h"
+#include "ui/SoundFxPresetsPanel.h"
 #include "ui/SoundPage.h"
 #include "ui/Theme.h"
 #include "ui/WizardPanel.h"
 
-#include <QAbstractItemView>
-#include <QApplication>
-#include <QComboBox>
 #include <QDesktopServices>
 #include <QHBoxLayout>
-#include <QInputDialog>
-#include <QKeyEvent>
 #include <QLabel>
-#include <QLineEdit>
-#include <QMessageBox>
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
@@ -43,15 +38,12 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
-#include <algorithm>
 #include <cmath>
 
 namespace Lumora {
 
 namespace {
 
-constexpr int kTickMs = 16;
-constexpr double kMaxDt = 0.1;
 // The sky's sprites are repainted about 20 times a second (every third tick):
 // they drift by about a pixel per frame, which still looks smooth.
 constexpr double kSkyFrameSeconds = 0.045;
@@ -59,38 +51,16 @@ constexpr double kSkyFrameSeconds = 0.045;
 // The feedback form; a deployment setting, replaced through setFeedbackUrl.
 const char kDefaultFeedbackUrl[] = "https://forms.gle/lumora-tindra-feedback";
 
-int slotForKey(int key) {
-    switch (key) {
-    case Qt::Key_Up:
-        return 0;
-    case Qt::Key_Down:
-        return 1;
-    case Qt::Key_Left:
-        return 2;
-    case Qt::Key_Right:
-        return 3;
-    default:
-        return -1;
-    }
-}
-
-bool askName(QWidget* parent, const QString& title, const QString& label, QString& name) {
-    bool ok = false;
-    const QString entered =
-        QInputDialog::getText(parent, title, label, QLineEdit::Normal, name, &ok);
-    if (!ok || entered.trimmed().isEmpty()) {
-        return false;
-    }
-    name = entered.trimmed();
-    return true;
-}
+// The presets page's sub-pages, in tab order.
+constexpr int kEffectPresetsPage = 0;
+constexpr int kSoundFxPresetsPage = 1;
+constexpr int kKeyPresetsPage = 2;
+constexpr int kKeyAssignPage = 3;
 
 } // namespace
 
 WizardDialog::WizardDialog(QWidget* parent, FilterEngine* engine)
-    : QDialog(parent), engine_(engine), recommend_(&Lumora::recommend),
-      feedbackUrl_(QString::fromLatin1(kDefaultFeedbackUrl)) {
-    useSettingsStore();
+    : QDialog(parent), feedbackUrl_(QString::fromLatin1(kDefaultFeedbackUrl)) {
     setWindowTitle(QStringLiteral("Tindra"));
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
@@ -106,19 +76,15 @@ WizardDialog::WizardDialog(QWidget* parent, FilterEngine* engine)
         setStyleSheet(QStringLiteral("QWidget { font-family: \"%1\"; }").arg(face.family()) +
                       Styles::scrollBar());
     }
-    namePrompt_ = [this](const QString& title, const QString& label, QString& name) {
-        return askName(this, title, label, name);
-    };
 
+    binding_ = new EngineBinding(this, engine);
+    tick_ = new MeterTick(this);
+    keys_ = new KeyRouter(this, binding_);
     buildUi();
     installPanels();
     setFixedSize(500, 776);
     retranslateUi();
 
-    background_ = QPixmap(imagePath(QStringLiteral("BG.png")));
-    if (background_.isNull()) {
-        background_ = QPixmap(QStringLiteral(":/images/BG.png"));
-    }
     sky_.setPixmaps(QPixmap(imagePath(QStringLiteral("starshape.png"))),
                     QPixmap(imagePath(QStringLiteral("starframe.png"))),
                     QPixmap(imagePath(QStringLiteral("view_cloud01_01.png"))));
@@ -127,146 +93,49 @@ WizardDialog::WizardDialog(QWidget* parent, FilterEngine* engine)
     sky_.layoutClouds();
 
     emit easyModeChanged(true);
-    if (engine_) {
-        engineListener_ =
-            engine_->addListener([this](unsigned changes) { onEngineChanged(changes); });
-    }
-    loadFromEngine();
+    homePanel_->setLevelsAvailable(engine != nullptr);
+    // Opening the dialog switches both chains on with what the filter has.
+    binding_->switchOn();
 
-    timer_ = new QTimer(this);
-    timer_->setInterval(kTickMs);
-    connect(timer_, &QTimer::timeout, this, &WizardDialog::onTick);
-    timer_->start();
-    elapsed_.start();
-    qApp->installEventFilter(this);
+    connect(tick_, &MeterTick::ticked, this, &WizardDialog::onTick);
+    connect(tick_, &MeterTick::levelsUpdated, this, &WizardDialog::showLevels);
+    tick_->start();
 }
 
 WizardDialog::~WizardDialog() {
-    if (qApp) {
-        qApp->removeEventFilter(this);
-    }
-    // The flow's measurement hold ends before the engine stops being ours.
-    delete flow_;
-    flow_ = nullptr;
-    if (engine_) {
-        engine_->removeListener(engineListener_);
-    }
+    // The diagnosis's measurement hold ends while the engine is still ours.
+    delete diagnosis_;
+    diagnosis_ = nullptr;
 }
 
 void WizardDialog::detach() {
-    if (timer_) {
-        timer_->stop();
-    }
-    flow_->forgetEngine();
+    tick_->stop();
+    diagnosis_->forgetEngine();
     // A noise learning run in progress ends its hold and stops reading the
     // analyser of the engine that is about to be freed.
-    if (effectPanel_) {
-        effectPanel_->setEngine(nullptr);
-    }
-    if (engine_) {
-        engine_->removeListener(engineListener_);
-    }
-    engine_ = nullptr;
+    effectPanel_->setEngine(nullptr);
+    binding_->detach();
     homePanel_->setLevelsAvailable(false);
 }
 
-void WizardDialog::loadFromEngine() {
-    homePanel_->setLevelsAvailable(engine_ != nullptr);
-    soundPage_->revertButton()->setEnabled(hasDiagnosisPreset_);
-    if (!engine_) {
-        return;
-    }
-    // Opening the dialog switches both chains on with what the filter has; the
-    // engine's report of that change loads every page.
-    EffectPreset current = engine_->effectPreset();
-    current.active = true;
-    engine_->setEffectPreset(current);
-    engine_->setSoundFxActive(true);
+FilterEngine* WizardDialog::engine() const {
+    return binding_->engine();
 }
 
-void WizardDialog::writeCleaning(const EffectPreset& preset, bool fromView) {
-    if (!engine_) {
-        working_ = preset;
-        if (!fromView) {
-            showCleaning();
-        }
-        return;
-    }
-    viewEdits_ += fromView ? 1 : 0;
-    engine_->setEffectPreset(preset);
-    viewEdits_ -= fromView ? 1 : 0;
+const EffectPreset& WizardDialog::workingPreset() const {
+    return binding_->cleaning();
 }
 
-void WizardDialog::writeSoundFx(const SoundFxPreset& preset, bool active, bool fromView) {
-    if (!engine_) {
-        workingFx_ = preset;
-        fxActive_ = active;
-        if (!fromView) {
-            showSoundFx();
-        }
-        return;
-    }
-    viewEdits_ += fromView ? 1 : 0;
-    engine_->setSoundFxPreset(preset, active);
-    viewEdits_ -= fromView ? 1 : 0;
+const SoundFxPreset& WizardDialog::workingFxPreset() const {
+    return binding_->soundFx();
 }
 
-void WizardDialog::onEngineChanged(unsigned changes) {
-    working_ = engine_->effectPreset();
-    workingFx_ = engine_->soundFxPreset();
-    fxActive_ = engine_->soundFxActive();
-    if (viewEdits_ > 0) {
-        return;
-    }
-    if (changes & FilterEngine::kCleaningChanged) {
-        showCleaning();
-    }
-    if (changes & FilterEngine::kSoundFxChanged) {
-        showSoundFx();
-    }
+const DiagnosisController& WizardDialog::controller() const {
+    return diagnosis_->controller();
 }
 
-void WizardDialog::showCleaning() {
-    // The faders' own signals would write the same gains back: not needed.
-    const QSignalBlocker blocker(soundPage_->strip());
-    soundPage_->strip()->setGains(working_.inputGainDb, working_.outputGainDb);
-    soundPage_->strip()->setBypass(working_.bypass);
-    emit workingPresetChanged();
-}
-
-void WizardDialog::showSoundFx() {
-    const QSignalBlocker blocker(fxPage_->strip());
-    fxPage_->strip()->setGains(workingFx_.inputGainDb, workingFx_.outputGainDb);
-    fxPage_->strip()->setBypass(!fxActive_);
-    emit workingFxPresetChanged();
-}
-
-// ---- Hooks -----------------------------------------------------------------
-
-void WizardDialog::setAnalyseFunction(AnalyseFunction analyse) {
-    flow_->setAnalyseFunction(std::move(analyse));
-}
-
-void WizardDialog::setRecommendFunction(RecommendFunction recommend) {
-    recommend_ = recommend ? std::move(recommend) : RecommendFunction(&Lumora::recommend);
-}
-
-void WizardDialog::setPresetSaver(SavePresetFunction save) {
-    savePreset_ = std::move(save);
-}
-void WizardDialog::setPresetAppliedHook(PresetAppliedFunction applied) {
-    presetApplied_ = std::move(applied);
-}
-void WizardDialog::setHistoryRecorder(HistoryFunction record) {
-    recordHistory_ = std::move(record);
-}
-void WizardDialog::setSlotKeyHandler(SlotKeyFunction onSlotKey) {
-    onSlotKey_ = std::move(onSlotKey);
-}
-void WizardDialog::setNamePrompt(NamePromptFunction prompt) {
-    if (prompt) {
-        namePrompt_ = std::move(prompt);
-    }
+const DiagnosisRunner& WizardDialog::runner() const {
+    return diagnosis_->runner();
 }
 
 // ---- Building ----------------------------------------------------------------
@@ -307,51 +176,31 @@ void WizardDialog::buildUi() {
     }
 
     wizardPanel_ = new WizardPanel(root_);
-    flow_ = new DiagnosisFlow(this, wizardPanel_);
     root_->addWidget(main);
     root_->addWidget(wizardPanel_);
     root_->setCurrentIndex(0);
     selectTab(kDiagnoseTab);
 
+    DiagnosisPresenter::Pages pages;
+    pages.wizard = wizardPanel_;
+    pages.results = resultsPage_;
+    pages.home = homePanel_;
+    pages.revert = soundPage_->revertButton();
+    diagnosis_ = new DiagnosisPresenter(this, binding_, pages);
+    connect(diagnosis_, &DiagnosisPresenter::started, this, [this] { showWizard(true); });
+    connect(diagnosis_, &DiagnosisPresenter::finished, this, [this] { showWizard(false); });
+
     connect(menuButton_, &QPushButton::clicked, this, &WizardDialog::showMainMenu);
-    connect(homePanel_, &HomePanel::startRequested, this, &WizardDialog::startDiagnosis);
-    connect(resultsPage_, &ResultsPage::applyRequested, this,
-            &WizardDialog::applyRecommendedSettings);
-    connect(resultsPage_, &ResultsPage::saveRequested, this, &WizardDialog::saveRecommendedPreset);
-    connect(resultsPage_, &ResultsPage::rerunRequested, this, &WizardDialog::startDiagnosis);
-    connect(soundPage_, &SoundPage::revertRequested, this,
-            &WizardDialog::revertToDiagnosisSettings);
-    connect(soundPage_->strip(), &MeterFaderWidget::gainsChanged, this,
-            [this](float in, float out) {
-                EffectPreset edited = working_;
-                edited.inputGainDb = in;
-                edited.outputGainDb = out;
-                writeCleaning(edited, true);
-            });
-    connect(soundPage_->strip(), &MeterFaderWidget::bypassChanged, this, [this](bool on) {
-        EffectPreset edited = working_;
-        edited.bypass = on;
-        writeCleaning(edited, true);
-    });
-    connect(fxPage_->strip(), &MeterFaderWidget::gainsChanged, this, [this](float in, float out) {
-        SoundFxPreset edited = workingFx_;
-        edited.inputGainDb = in;
-        edited.outputGainDb = out;
-        writeSoundFx(edited, fxActive_, true);
-    });
-    connect(fxPage_->strip(), &MeterFaderWidget::bypassChanged, this,
-            [this](bool on) { writeSoundFx(workingFx_, !on, true); });
+    connect(homePanel_, &HomePanel::startRequested, diagnosis_, &DiagnosisPresenter::start);
+    connect(resultsPage_, &ResultsPage::applyRequested, diagnosis_,
+            &DiagnosisPresenter::applyRecommended);
+    connect(resultsPage_, &ResultsPage::saveRequested, diagnosis_,
+            &DiagnosisPresenter::saveRecommended);
+    connect(resultsPage_, &ResultsPage::rerunRequested, diagnosis_, &DiagnosisPresenter::start);
+    connect(soundPage_, &SoundPage::revertRequested, diagnosis_,
+            &DiagnosisPresenter::revertToDiagnosisSettings);
     connect(resultsPage_, &ResultsPage::contentChanged, this, &WizardDialog::collectPanels);
-    connectWizard();
     collectPanels();
-}
-
-void WizardDialog::collectPanels() {
-    panels_.collect(this);
-}
-
-QRegion WizardDialog::panelRegion() const {
-    return panels_.region(this);
 }
 
 QWidget* WizardDialog::buildHeader(QWidget* parent) {
@@ -359,15 +208,10 @@ QWidget* WizardDialog::buildHeader(QWidget* parent) {
     header->setFixedHeight(56);
     auto* row = new QHBoxLayout(header);
     row->setContentsMargins(16, 10, 16, 10);
-    titleLabel_ = new QLabel(QStringLiteral("Tindra"), header);
-    titleLabel_->setStyleSheet(QStringLiteral("QLabel { color: #2D1B69; font-size: 17pt;"
-                                              " font-weight: bold; background: transparent; }"));
-    // The key badge: empty and transparent until an arrow key's voice is active.
-    auto* stretch = new QLabel(header);
-    stretch->setFixedHeight(32);
-    stretch->setAlignment(Qt::AlignCenter);
-    badgeLabel_ = stretch;
-    badgeLabel_->setObjectName(QStringLiteral("keyBadge"));
+    auto* title = new QLabel(QStringLiteral("Tindra"), header);
+    title->setStyleSheet(QStringLiteral("QLabel { color: #2D1B69; font-size: 17pt;"
+                                        " font-weight: bold; background: transparent; }"));
+    badge_ = new KeyBadgeLabel(header);
     menuButton_ = new QPushButton(QStringLiteral("≡"), header);
     menuButton_->setFixedSize(40, 40);
     menuButton_->setCursor(Qt::PointingHandCursor);
@@ -375,8 +219,8 @@ QWidget* WizardDialog::buildHeader(QWidget* parent) {
         "QPushButton { background: rgba(255,255,255,160); color: #2D1B69; font-size: 17pt;"
         " border: none; border-radius: 10px; }"
         "QPushButton:hover { background: rgba(255,255,255,220); }"));
-    row->addWidget(titleLabel_);
-    row->addWidget(stretch, 1);
+    row->addWidget(title);
+    row->addWidget(badge_, 1);
     row->addWidget(menuButton_);
     return header;
 }
@@ -402,11 +246,58 @@ QWidget* WizardDialog::buildKeysPage(QWidget* parent) {
     return page;
 }
 
+// The sound, FX and presets panels on their pages, bound to the engine.
+void WizardDialog::installPanels() {
+    FilterEngine* engine = binding_->engine();
+    SettingsStore* store = binding_->store();
+    effectPanel_ = new EffectPanel(soundPage_);
+    effectPanel_->setEngine(engine);
+    effectPanel_->setStore(store);
+    if (engine) {
+        effectPanel_->setNoiseSuppressionStatus(engine->chain().noiseSuppressionStatus());
+    }
+    soundPage_->setPanel(effectPanel_);
+    fxPanel_ = new SoundFxPanel(fxPage_);
+    fxPanel_->setStore(store);
+    fxPage_->setPanel(fxPanel_);
+
+    VoicePages pages;
+    pages.sound = soundPage_;
+    pages.effect = effectPanel_;
+    pages.fx = fxPage_;
+    pages.soundFx = fxPanel_;
+    pages.effectPresets = effectPresets_ = new PresetsPanel(presetsPage_, store);
+    pages.soundFxPresets = fxPresets_ = new SoundFxPresetsPanel(presetsPage_, store);
+    pages.keyPresets = keyPresets_ = new KeyAssignPresetsPanel(presetsPage_, store);
+    pages.keyAssign = keyAssign_ = new KeyAssignPanel(presetsPage_, store);
+    presetsPage_->setPanel(kEffectPresetsPage, pages.effectPresets);
+    presetsPage_->setPanel(kSoundFxPresetsPage, pages.soundFxPresets);
+    presetsPage_->setPanel(kKeyPresetsPage, pages.keyPresets);
+    presetsPage_->setPanel(kKeyAssignPage, pages.keyAssign);
+    wirePagesToEngine(binding_, keys_, pages);
+    keys_->setViews(badge_, keyBoard_, keyAssign_);
+
+    connect(diagnosis_, &DiagnosisPresenter::storeChanged, effectPresets_,
+            &PresetsPanel::refreshAll);
+    connect(this, &WizardDialog::easyModeChanged, this, [this](bool easy) {
+        fxPanel_->setEasyMode(easy);
+        effectPanel_->setEasyMode(easy);
+        keyAssign_->setEasyMode(easy);
+    });
+}
+
+void WizardDialog::collectPanels() {
+    panels_.collect(this);
+}
+
 void WizardDialog::retranslateUi() {
     tabBar_->retranslateUi();
-    if (effectPanel_) {
-        retranslatePanels();
-    }
+    effectPanel_->retranslateUi();
+    fxPanel_->retranslateUi();
+    effectPresets_->retranslateUi();
+    fxPresets_->retranslateUi();
+    keyPresets_->retranslateUi();
+    keyAssign_->retranslateUi();
     menuButton_->setToolTip(tr("Menu"));
     homePanel_->retranslateUi();
     resultsPage_->retranslateUi();
@@ -415,9 +306,7 @@ void WizardDialog::retranslateUi() {
     presetsPage_->retranslateUi();
     keysHint_->setText(tr("Press an arrow key: it lights up here. Assign voices to the keys "
                           "under Presets."));
-    wizardPanel_->retranslateUi(flow_->controller());
-    resultsPage_->showResult(hasResult_[0] ? &results_[0] : nullptr);
-    refreshHomeStatus();
+    diagnosis_->retranslate();
 }
 
 void WizardDialog::selectTab(int index) {
@@ -432,16 +321,28 @@ int WizardDialog::currentTab() const {
     return content_->currentIndex();
 }
 
-const DiagnosisController& WizardDialog::controller() const {
-    return flow_->controller();
-}
-
-const DiagnosisRunner& WizardDialog::runner() const {
-    return flow_->runner();
-}
-
 bool WizardDialog::diagnosisShown() const {
     return root_->currentIndex() == 1;
+}
+
+bool WizardDialog::keyAssignPageShown() const {
+    return !diagnosisShown() && currentTab() == kPresetsTab &&
+           presetsPage_->currentSubTab() == kKeyAssignPage;
+}
+
+bool WizardDialog::keysTabShown() const {
+    return !diagnosisShown() && currentTab() == kKeysTab;
+}
+
+void WizardDialog::showWizard(bool shown) {
+    if (shown == diagnosisShown()) {
+        return;
+    }
+    root_->setCurrentIndex(shown ? 1 : 0);
+    if (!shown) {
+        selectTab(diagnosis_->hasResult(0) ? kResultsTab : kDiagnoseTab);
+    }
+    update();
 }
 
 void WizardDialog::setLanguage(const QString& code) {
@@ -478,122 +379,55 @@ void WizardDialog::showCredits() {
 
 // ---- Events ----------------------------------------------------------------------
 
+// A press anywhere on a tab (its label included) selects it.
 bool WizardDialog::eventFilter(QObject* watched, QEvent* event) {
-    if (!isVisible()) {
-        return QDialog::eventFilter(watched, event);
-    }
-    const QEvent::Type type = event->type();
-    if (type == QEvent::MouseButtonPress) {
+    if (event->type() == QEvent::MouseButtonPress) {
         const int tab = tabBar_->indexOf(watched);
         if (tab >= 0 && static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton &&
             tabBar_->tab(tab)->isVisible()) {
             selectTab(tab);
             return true;
         }
-        return QDialog::eventFilter(watched, event);
     }
-    if (type != QEvent::KeyPress && type != QEvent::KeyRelease) {
-        return QDialog::eventFilter(watched, event);
-    }
-    auto* key = static_cast<QKeyEvent*>(event);
-    const int slot = slotForKey(key->key());
-    if (slot < 0 || !isActiveWindow()) {
-        return QDialog::eventFilter(watched, event);
-    }
-    if (key->isAutoRepeat()) {
-        return true;
-    }
-    // Arrow keys keep their editing meaning in text fields, open lists and views.
-    QWidget* focus = QApplication::focusWidget();
-    if (qobject_cast<QLineEdit*>(focus) || qobject_cast<QAbstractItemView*>(focus)) {
-        return false;
-    }
-    if (auto* combo = qobject_cast<QComboBox*>(focus);
-        combo && combo->view() && combo->view()->isVisible()) {
-        return false;
-    }
-    const bool pressed = type == QEvent::KeyPress;
-    if (keyAssignPageShown()) {
-        if (pressed) {
-            keyAssign_->highlightSlot(slot);
-        }
-        return true;
-    }
-    if (!diagnosisShown() && currentTab() == kKeysTab) {
-        keyBoard_->setPressed(slot, pressed);
-        currentKeySlot_ = pressed ? slot : -1;
-        return true;
-    }
-    if (onSlotKey_) {
-        onSlotKey_(slot, pressed);
-    } else {
-        pressed ? keyRules_.press(slot) : keyRules_.release(slot);
-        showKeyState();
-    }
-    return true;
+    return QDialog::eventFilter(watched, event);
 }
 
 void WizardDialog::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
-    sky_.paint(painter, event->region(), t_, panelRegion());
+    sky_.paint(painter, event->region(), t_, panels_.region(this));
 }
 
 void WizardDialog::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
     if (!event->spontaneous()) {
-        // Opening again: no key is down or toggled, whatever happened before.
-        keyRules_.reset();
-        showKeyState();
+        keys_->reset();
     }
     sky_.setSize(size(), devicePixelRatioF());
-    if (timer_) {
-        elapsed_.restart();
-        timer_->start();
-    }
+    tick_->start();
 }
 
 void WizardDialog::hideEvent(QHideEvent* event) {
     QDialog::hideEvent(event);
     // A closed dialog keeps nothing running: a diagnosis in progress ends and the
-    // effects come back. (Minimising only pauses the timer.)
+    // effects come back. (Minimising only pauses the clock.)
     if (!event->spontaneous() && diagnosisShown()) {
-        flow_->abort();
-        leaveDiagnosis();
+        diagnosis_->abort();
     }
-    releaseHeldKey();
-    if (timer_) {
-        timer_->stop();
-    }
+    keys_->releaseHeldKey();
+    tick_->stop();
 }
 
 void WizardDialog::changeEvent(QEvent* event) {
     QDialog::changeEvent(event);
     if (event->type() == QEvent::ActivationChange && !isActiveWindow()) {
-        releaseHeldKey();
+        keys_->releaseHeldKey();
     }
-}
-
-void WizardDialog::releaseHeldKey() {
-    // With a slot-key hook the rules never hold a key: the hook owns them.
-    const int held = keyRules_.heldSlot();
-    if (held < 0) {
-        return;
-    }
-    keyRules_.release(held);
-    showKeyState();
 }
 
 // ---- Tick ------------------------------------------------------------------------
 
-void WizardDialog::onTick() {
-    const double dt = static_cast<double>(elapsed_.restart()) / 1000.0;
-    advance(dt);
-}
-
-void WizardDialog::advance(double rawDt) {
-    const double dt = rawDt > 0.0 ? std::min(rawDt, kMaxDt) : 0.0;
+void WizardDialog::onTick(double dt) {
     t_ += static_cast<float>(dt);
-    ++tickCount_;
     sky_.advance(static_cast<float>(dt));
     // The slow drift of the sky is repainted at a lower rate than the tick:
     // each repaint pass of the window costs far more than the tick itself.
@@ -602,154 +436,26 @@ void WizardDialog::advance(double rawDt) {
         skyClock_ = std::fmod(skyClock_, kSkyFrameSeconds);
         const QRegion changed = sky_.takeChangedRegion(t_);
         if (!changed.isEmpty()) {
-            const QRegion open = changed.subtracted(panelRegion());
+            const QRegion open = changed.subtracted(panels_.region(this));
             if (!open.isEmpty()) {
                 update(open);
             }
         }
     }
-
     if (diagnosisShown()) {
-        flow_->tick(dt);
-        return;
+        diagnosis_->tick(dt);
+    } else if (FilterEngine* engine = binding_->engine()) {
+        tick_->readLevels(*engine);
     }
-    updateMeters();
 }
 
-void WizardDialog::updateMeters() {
-    if (!engine_) {
-        return;
-    }
-    const VoiceChain& chain = engine_->chain();
-    const VoiceFxChain& effects = engine_->effects();
-    Levels levels;
-    levels.chainInput = chain.inputLevelDb();
-    levels.chainOutput = chain.outputLevelDb();
-    levels.compressorInput = std::max(levels.chainInput, -60.0f);
-    levels.compressorReduction = std::max(chain.compressorGainReductionDb(), 0.0f);
-    levels.compressorOutput = std::max(levels.chainOutput, 0.0f);
-    levels.fxInput = std::max(effects.inputLevelDb(), -96.0f);
-    levels.fxOutput = effects.outputLevelDb();
-    // Meters repaint only when they move by a pixel, and hidden ones not at all.
+// Meters repaint only when they move by a pixel, and hidden ones not at all.
+void WizardDialog::showLevels(const MeterTick::Levels& levels) {
     homePanel_->setLevels(levels.chainInput, levels.fxOutput);
     soundPage_->strip()->setLevels(levels.chainInput, levels.chainOutput);
     fxPage_->strip()->setLevels(levels.fxInput, levels.fxOutput);
-    emit levelsUpdated(levels);
-}
-
-// ---- Diagnosis -------------------------------------------------------------------
-
-void WizardDialog::connectWizard() {
-    connect(flow_, &DiagnosisFlow::finished, this, &WizardDialog::leaveDiagnosis);
-    connect(flow_, &DiagnosisFlow::resultDelivered, this, &WizardDialog::keepResult);
-    connect(flow_, &DiagnosisFlow::noiseLearned, this,
-            [this](const std::array<float, kSpectrumBandCount>& spectrum) {
-                EffectPreset learned = working_;
-                std::copy(spectrum.begin(), spectrum.end(), learned.spectral.profileDb.begin());
-                writeCleaning(learned, false);
-            });
-    connect(flow_, &DiagnosisFlow::applyRequested, this, [this](const DiagnosisResult& result) {
-        applyPreset(recommend_(result, engine_ && engine_->recordingMode()));
-    });
-    connect(flow_, &DiagnosisFlow::saveRequested, this, &WizardDialog::savePresetFor);
-}
-
-void WizardDialog::startDiagnosis() {
-    if (!engine_) {
-        return;
-    }
-    flow_->start(*engine_);
-    root_->setCurrentIndex(1);
-}
-
-void WizardDialog::startNoiseLearning() {
-    if (!engine_) {
-        return;
-    }
-    flow_->startNoiseLearning(*engine_);
-    root_->setCurrentIndex(1);
-}
-
-void WizardDialog::keepResult(const DiagnosisResult& result) {
-    results_[1] = results_[0];
-    hasResult_[1] = hasResult_[0];
-    results_[0] = result;
-    hasResult_[0] = true;
-    resultsPage_->showResult(&results_[0]);
-    refreshHomeStatus();
-    if (recordHistory_) {
-        recordHistory_(result);
-    }
-}
-
-void WizardDialog::leaveDiagnosis() {
-    root_->setCurrentIndex(0);
-    if (flow_->controller().singleStep()) {
-        selectTab(kSoundTab);
-    } else {
-        selectTab(hasResult_[0] ? kResultsTab : kDiagnoseTab);
-    }
-    update();
-}
-
-// ---- Presets -----------------------------------------------------------------------
-
-void WizardDialog::applyPreset(const EffectPreset& preset) {
-    EffectPreset applied = preset;
-    applied.active = true;
-    diagnosisPreset_ = applied;
-    hasDiagnosisPreset_ = true;
-    writeCleaning(applied, false);
-    if (engine_) {
-        engine_->setLastPresetName(applied.name);
-    }
-    soundPage_->revertButton()->setEnabled(true);
-    if (presetApplied_) {
-        presetApplied_(working_);
-    }
-}
-
-void WizardDialog::applyRecommendedSettings() {
-    if (!hasResult_[0]) {
-        return;
-    }
-    applyPreset(recommend_(results_[0], engine_ && engine_->recordingMode()));
-}
-
-void WizardDialog::saveRecommendedPreset() {
-    if (hasResult_[0]) {
-        savePresetFor(results_[0]);
-    }
-}
-
-void WizardDialog::savePresetFor(const DiagnosisResult& result) {
-    EffectPreset preset = recommend_(result, engine_ && engine_->recordingMode());
-    preset.active = true;
-    QString name = QString::fromStdString(preset.name);
-    if (!namePrompt_(tr("Save Preset"), tr("Enter a preset name:"), name)) {
-        return;
-    }
-    preset.name = name.toStdString();
-    if (savePreset_ && !savePreset_(name, preset)) {
-        QMessageBox::warning(this, tr("Save Preset"),
-                             tr("The preset could not be saved. Please try again."));
-    }
-}
-
-void WizardDialog::revertToDiagnosisSettings() {
-    if (hasDiagnosisPreset_) {
-        applyPreset(diagnosisPreset_);
-    }
-}
-
-void WizardDialog::refreshHomeStatus() {
-    if (!hasResult_[0]) {
-        homePanel_->setStatus(QString());
-        return;
-    }
-    homePanel_->setStatus(tr("Last diagnosis:") + QStringLiteral(" ") +
-                          verdictLabel(results_[0].overall) + QStringLiteral("  ") +
-                          ResultSummaryCard::summaryFor(results_[0]));
+    effectPanel_->compressorDisplay()->push(levels.compressorInput, levels.compressorReduction,
+                                            levels.compressorOutput);
 }
 
 } // namespace Lumora

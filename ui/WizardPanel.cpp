@@ -333,7 +333,7 @@ void WizardPanel::refresh(const DiagnosisController& controller, double dt, floa
         } else {
             showMood(0);
         }
-        const bool offerActions = controller.hasResult() && !controller.singleStep();
+        const bool offerActions = controller.hasResult();
         applyButton_->setVisible(offerActions);
         offerSaveButton_->setVisible(offerActions);
         if (state == DiagnosisController::kCountdown) {

@@ -64,6 +64,25 @@
     </message>
 </context>
 <context>
+    <name>Lumora::DiagnosisPresenter</name>
+    <message>
+        <source>Save Preset</source>
+        <translation>プリセットを保存</translation>
+    </message>
+    <message>
+        <source>Enter a preset name:</source>
+        <translation>プリセット名を入力してください：</translation>
+    </message>
+    <message>
+        <source>The preset could not be saved. Please try again.</source>
+        <translation>プリセットを保存できなかったよ。もう一度試してみてね。</translation>
+    </message>
+    <message>
+        <source>Last diagnosis:</source>
+        <translation>前回の診断：</translation>
+    </message>
+</context>
+<context>
     <name>Lumora::DiagnosisHistoryList</name>
     <message>
         <source>Dynamic</source>
@@ -1253,22 +1272,6 @@ Use this when you want to undo your manual changes.</source>
     <message>
         <source>Press an arrow key: it lights up here. Assign voices to the keys under Presets.</source>
         <translation>矢印キーを押すと、ここが光るよ。キーへの声の割り当ては「プリセット」からできるよ。</translation>
-    </message>
-    <message>
-        <source>Save Preset</source>
-        <translation>プリセットを保存</translation>
-    </message>
-    <message>
-        <source>Enter a preset name:</source>
-        <translation>プリセット名を入力してください：</translation>
-    </message>
-    <message>
-        <source>The preset could not be saved. Please try again.</source>
-        <translation>プリセットを保存できなかったよ。もう一度試してみてね。</translation>
-    </message>
-    <message>
-        <source>Last diagnosis:</source>
-        <translation>前回の診断：</translation>
     </message>
 </context>
 <context>

@@ -198,24 +198,6 @@ TEST(DiagnosisController, ResultIsDeliveredAppliedAndSaved) {
     EXPECT_EQ(received.size(), 2u);
 }
 
-TEST(DiagnosisController, RestartAtSilenceRecordsTheSilenceTakeAlone) {
-    DiagnosisController c;
-    c.selectMic(kMicCondenser);
-    recordTake(c);
-    c.restartAtSilence();
-    EXPECT_TRUE(c.singleStep());
-    EXPECT_EQ(c.state(), DiagnosisController::kPrompt);
-    EXPECT_EQ(c.currentStep(), 5);
-    EXPECT_TRUE(c.session().steps[1].empty());
-    EXPECT_EQ(c.session().micType, kMicCondenser);
-    recordTake(c);
-    EXPECT_EQ(c.session().steps[5].size(), 12u);
-    ASSERT_TRUE(c.next());
-    EXPECT_EQ(c.state(), DiagnosisController::kAnalysing);
-    c.reset();
-    EXPECT_FALSE(c.singleStep());
-}
-
 TEST(DiagnosisController, ResetRestoresTheInitialSnapshotAndDropsTheResult) {
     DiagnosisController c;
     c.tick(0.016, snapshotWithLevel(-12.0f));

@@ -173,13 +173,13 @@ TEST(KeyAssignPanel, MomentaryInsideToggleShowsTheHeldBadgeAndGivesTheToggleBack
 
     rig.rules.press(2);
     rig.rules.release(2);
-    badge.showRules(rig.rules);
+    badge.showBadge(rig.rules.badge());
     rig.panel->setLamps(rig.rules.activeSlot());
     EXPECT_TRUE(badge.text().endsWith(QString::fromUtf8(kBadgeToggledSuffix)));
     EXPECT_TRUE(rig.panel->lampLit(2));
 
     rig.rules.press(0);
-    badge.showRules(rig.rules);
+    badge.showBadge(rig.rules.badge());
     rig.panel->setLamps(rig.rules.activeSlot());
     EXPECT_TRUE(rig.fx().radio.enabled);
     EXPECT_FALSE(rig.fx().delay.enabled);
@@ -189,7 +189,7 @@ TEST(KeyAssignPanel, MomentaryInsideToggleShowsTheHeldBadgeAndGivesTheToggleBack
     EXPECT_FALSE(rig.panel->lampLit(2));
 
     rig.rules.release(0);
-    badge.showRules(rig.rules);
+    badge.showBadge(rig.rules.badge());
     rig.panel->setLamps(rig.rules.activeSlot());
     EXPECT_TRUE(rig.fx().delay.enabled); // the toggled slot again
     EXPECT_FALSE(rig.fx().radio.enabled);
@@ -197,7 +197,7 @@ TEST(KeyAssignPanel, MomentaryInsideToggleShowsTheHeldBadgeAndGivesTheToggleBack
     EXPECT_TRUE(rig.panel->lampLit(2));
 
     rig.rules.press(2);
-    badge.showRules(rig.rules);
+    badge.showBadge(rig.rules.badge());
     EXPECT_TRUE(badge.text().isEmpty());
     EXPECT_EQ(badge.styleSheet(), QString::fromUtf8(kBadgeIdleStyle));
 }

@@ -4,9 +4,9 @@
 // keys during a measurement, and changes that arrive from another thread.
 #include "engine/FilterEngine.h"
 #include "settings/PresetFile.h"
+#include "ui/DiagnosisPresenter.h"
 #include "ui/EffectPanel.h"
 #include "ui/FxPage.h"
-#include "ui/InterfaceThread.h"
 #include "ui/KeyAssignPanel.h"
 #include "ui/Knob.h"
 #include "ui/Localisation.h"
@@ -27,6 +27,7 @@
 #include <atomic>
 #include <cstring>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <thread>
 
@@ -255,7 +256,7 @@ TEST_F(KeyVoices, PresetsFromTheListOrAKeyMoveTheFaders) {
 }
 
 TEST_F(KeyVoices, AKeyDuringADiagnosisTakeWaitsForTheTakeToEnd) {
-    dialog->startDiagnosis();
+    dialog->diagnosis()->start();
     ASSERT_TRUE(dialog->diagnosisShown());
     ASSERT_FALSE(state->effects().isActive());
     press(Qt::Key_Left); // a toggled voice: delay and reverb
@@ -294,10 +295,16 @@ TEST_F(KeyVoices, ReopeningStartsWithNoKeyActive) {
     EXPECT_FALSE(dialog->keyAssignPanel()->lampLit(2));
 }
 
+// What OBS Studio's UI task handler does with a task queued from another thread
+// (a procedure, a hotkey): runs it on the application's thread and waits.
+void runOnApplicationThread(const std::function<void()>& task) {
+    QMetaObject::invokeMethod(qApp, task, Qt::BlockingQueuedConnection);
+}
+
 TEST_F(KeyVoices, AChangeFromAnotherThreadShowsAndTheNextEditKeepsIt) {
     std::atomic<bool> done{false};
     std::thread caller([&] {
-        runOnInterfaceThread([&] { state->applySoundFxPreset(octaveUpWithReverb()); });
+        runOnApplicationThread([&] { state->applySoundFxPreset(octaveUpWithReverb()); });
         done = true;
     });
     while (!done) {

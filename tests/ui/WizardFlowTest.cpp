@@ -4,16 +4,19 @@
 #include "Cases.h"
 #include "WavFile.h"
 #include "diagnosis/DiagnosisAnalysis.h"
+#include "diagnosis/DiagnosisController.h"
 #include "diagnosis/RecommendedSettings.h"
 #include "diagnosis/TakeReplay.h"
 #include "dsp/NoiseProfileLearner.h"
 #include "engine/FilterEngine.h"
+#include "ui/DiagnosisPresenter.h"
 #include "ui/FxPage.h"
 #include "ui/GainFader.h"
 #include "ui/HomePanel.h"
 #include "ui/LevelMeter.h"
 #include "ui/Localisation.h"
 #include "ui/MeterFaderWidget.h"
+#include "ui/MeterTick.h"
 #include "ui/ResultsPage.h"
 #include "ui/SoundPage.h"
 #include "ui/WizardDialog.h"
@@ -21,6 +24,7 @@
 
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
 #include <QTimer>
@@ -59,6 +63,8 @@ protected:
         ASSERT_FALSE(speech_.empty()) << "recorded speech from alsa-utils is needed";
         applyLanguage(QStringLiteral("ja"));
         state_.prepare(kRate);
+        ASSERT_TRUE(settingsDir_.isValid());
+        state_.setStore(std::make_unique<SettingsStore>(settingsDir_.path().toStdString()));
         dialog_ = std::make_unique<WizardDialog>(nullptr, &state_);
         dialog_->tickTimer()->stop();
         dialog_->show();
@@ -127,6 +133,7 @@ protected:
     const std::vector<float>* room_ = nullptr;
     size_t takeAt_ = 0, roomAt_ = 0;
     float block_[kTickFrames] = {};
+    QTemporaryDir settingsDir_;
     FilterEngine state_;
     std::unique_ptr<WizardDialog> dialog_;
 };
@@ -150,16 +157,12 @@ TEST_P(WizardFlowOnCorpus, WholeDiagnosisFromMicChoiceToAppliedSettings) {
     DiagnosisSession analysed;
     DiagnosisResult shown;
     const std::thread::id uiThread = std::this_thread::get_id();
-    dialog_->setAnalyseFunction([&](const DiagnosisSession& session) {
+    dialog_->diagnosis()->setAnalyseFunction([&](const DiagnosisSession& session) {
         ranOnOtherThread = std::this_thread::get_id() != uiThread;
         analysed = session;
         shown = analyse(session);
         return shown;
     });
-    int histories = 0;
-    dialog_->setHistoryRecorder([&](const DiagnosisResult&) { ++histories; });
-    int applied = 0;
-    dialog_->setPresetAppliedHook([&](const EffectPreset&) { ++applied; });
 
     // The effects go off for the takes.
     state_.setSoundFxActive(true);
@@ -225,8 +228,8 @@ TEST_P(WizardFlowOnCorpus, WholeDiagnosisFromMicChoiceToAppliedSettings) {
     // The result is shown, stored and the effects are back.
     EXPECT_TRUE(state_.chain().isActive());
     EXPECT_TRUE(state_.effects().isActive());
-    EXPECT_EQ(histories, 1);
-    EXPECT_TRUE(dialog_->hasResult(0));
+    EXPECT_EQ(state_.store()->load().diagnosisHistory.size(), 1u);
+    EXPECT_TRUE(dialog_->diagnosis()->hasResult(0));
     EXPECT_EQ(dialog_->resultsPage()->cardCount(), 6);
     EXPECT_EQ(wizard->bubbleText().toStdString(), shown.summaryJa);
     EXPECT_TRUE(state_.diagnosisTask().started);
@@ -238,8 +241,8 @@ TEST_P(WizardFlowOnCorpus, WholeDiagnosisFromMicChoiceToAppliedSettings) {
     EXPECT_TRUE(live.active);
     EXPECT_TRUE(state_.chain().isActive());
     EXPECT_EQ(state_.lastPresetName(), "配信最適化プリセット");
-    EXPECT_EQ(applied, 1);
-    EXPECT_TRUE(dialog_->hasDiagnosisPreset());
+    EXPECT_EQ(state_.store()->load().lastPresetName, "配信最適化プリセット");
+    EXPECT_TRUE(dialog_->diagnosis()->hasDiagnosisPreset());
     // Noise reduction exactly when the room was not quiet, the AI filter for a
     // loud room only.
     EXPECT_EQ(live.spectral.enabled, shown.items[2].level != kLevelGood);
@@ -287,12 +290,12 @@ INSTANTIATE_TEST_SUITE_P(FanAndPops, WizardFlowOnCorpus,
 
 TEST_F(WizardFlow, CancelDuringRecordingEndsWithoutAnalysis) {
     bool analysed = false;
-    dialog_->setAnalyseFunction([&](const DiagnosisSession& s) {
+    dialog_->diagnosis()->setAnalyseFunction([&](const DiagnosisSession& s) {
         analysed = true;
         return analyse(s);
     });
     state_.setSoundFxActive(true);
-    dialog_->startDiagnosis();
+    dialog_->diagnosis()->start();
     WizardPanel* wizard = dialog_->wizardPanel();
     wizard->micButton(kMicUsb)->click();
     recordTake(1.0f);
@@ -316,13 +319,13 @@ TEST_F(WizardFlow, CancelDuringRecordingEndsWithoutAnalysis) {
     EXPECT_FALSE(dialog_->diagnosisShown());
     EXPECT_EQ(dialog_->currentTab(), WizardDialog::kDiagnoseTab);
     EXPECT_FALSE(analysed);
-    EXPECT_FALSE(dialog_->hasResult(0));
+    EXPECT_FALSE(dialog_->diagnosis()->hasResult(0));
 }
 
 TEST_F(WizardFlow, AFailingAnalysisDeliversNothing) {
-    dialog_->setAnalyseFunction(
+    dialog_->diagnosis()->setAnalyseFunction(
         [](const DiagnosisSession&) -> DiagnosisResult { throw std::runtime_error("boom"); });
-    dialog_->startDiagnosis();
+    dialog_->diagnosis()->start();
     WizardPanel* wizard = dialog_->wizardPanel();
     wizard->micButton(kMicCondenser)->click();
     for (int step = 1; step <= 5; ++step) {
@@ -336,7 +339,7 @@ TEST_F(WizardFlow, AFailingAnalysisDeliversNothing) {
     EXPECT_EQ(dialog_->controller().state(), DiagnosisController::kAnalysing);
     EXPECT_TRUE(dialog_->runner().analysing());
     EXPECT_TRUE(dialog_->runner().failed());
-    EXPECT_FALSE(dialog_->hasResult(0));
+    EXPECT_FALSE(dialog_->diagnosis()->hasResult(0));
     wizard->cancelButton()->click();
     EXPECT_EQ(dialog_->controller().state(), DiagnosisController::kEnd);
     EXPECT_TRUE(state_.chain().isActive());
@@ -347,7 +350,7 @@ TEST_F(WizardFlow, WizardTextsFollowTheLanguage) {
     for (const char* language : {"en", "ja", "ko"}) {
         applyLanguage(QString::fromLatin1(language));
         dialog_->retranslateUi();
-        dialog_->startDiagnosis();
+        dialog_->diagnosis()->start();
         WizardPanel* wizard = dialog_->wizardPanel();
         const bool english = std::string(language) == "en";
         auto expectText = [&] {
@@ -383,32 +386,8 @@ TEST_F(WizardFlow, WizardTextsFollowTheLanguage) {
     }
 }
 
-TEST_F(WizardFlow, NoiseLearningKeepsOnlyTheSilenceSpectrum) {
-    dialog_->setAnalyseFunction([](const DiagnosisSession& session) {
-        DiagnosisResult r;
-        r.valid = 1;
-        EXPECT_TRUE(session.steps[1].empty());
-        EXPECT_FALSE(session.steps[5].empty());
-        r.noiseSpectrum.fill(-61.0f);
-        return r;
-    });
-    dialog_->startNoiseLearning();
-    ASSERT_TRUE(dialog_->diagnosisShown());
-    EXPECT_EQ(dialog_->controller().currentStep(), 5);
-    recordTake(0.0f);
-    dialog_->wizardPanel()->nextButton()->click();
-    waitForAnalysis();
-    EXPECT_EQ(dialog_->controller().state(), DiagnosisController::kEnd);
-    EXPECT_FLOAT_EQ(state_.chain().getParameters().spectral.profileDb[20], -61.0f);
-    EXPECT_FALSE(dialog_->hasResult(0)); // not a diagnosis of its own
-    for (int i = 0; i < 100 && dialog_->diagnosisShown(); ++i) {
-        tick();
-    }
-    EXPECT_EQ(dialog_->currentTab(), WizardDialog::kSoundTab);
-}
-
 TEST_F(WizardFlow, SavingAPresetAsksForItsName) {
-    dialog_->startDiagnosis();
+    dialog_->diagnosis()->start();
     WizardPanel* wizard = dialog_->wizardPanel();
     wizard->micButton(kMicUnknown)->click();
     for (int step = 1; step <= 5; ++step) {
@@ -418,42 +397,41 @@ TEST_F(WizardFlow, SavingAPresetAsksForItsName) {
     waitForAnalysis();
     QString askedTitle;
     QString askedLabel;
-    dialog_->setNamePrompt([&](const QString& title, const QString& label, QString& name) {
-        askedTitle = title;
-        askedLabel = label;
-        name = QStringLiteral("夜配信");
-        return true;
-    });
-    QString savedName;
-    EffectPreset savedPreset;
-    dialog_->setPresetSaver([&](const QString& name, const EffectPreset& preset) {
-        savedName = name;
-        savedPreset = preset;
-        return true;
-    });
+    dialog_->diagnosis()->setNamePrompt(
+        [&](const QString& title, const QString& label, QString& name) {
+            askedTitle = title;
+            askedLabel = label;
+            name = QStringLiteral("夜配信");
+            return true;
+        });
     applyLanguage(QStringLiteral("en"));
     wizard->offerSaveButton()->click();
     EXPECT_EQ(dialog_->controller().state(), DiagnosisController::kOfferSave);
     wizard->saveButton()->click();
     EXPECT_EQ(askedTitle, QStringLiteral("Save Preset"));
     EXPECT_EQ(askedLabel, QStringLiteral("Enter a preset name:"));
-    EXPECT_EQ(savedName, QStringLiteral("夜配信"));
-    EXPECT_EQ(savedPreset.name, "夜配信");
-    EXPECT_TRUE(savedPreset.active);
+    const std::optional<SavedEffectPreset> saved = state_.store()->findEffectPreset("夜配信");
+    ASSERT_TRUE(saved.has_value());
+    EXPECT_EQ(saved->name, "夜配信");
+    // What is kept is the recommendation for the result (as the file writes numbers).
+    const EffectPreset recommended = recommend(dialog_->diagnosis()->result(0), false);
+    EXPECT_EQ(saved->preset.gate.enabled, recommended.gate.enabled);
+    EXPECT_NEAR(saved->preset.comp.thresholdDb, recommended.comp.thresholdDb, 1e-3f);
+    EXPECT_NEAR(saved->preset.inputGainDb, recommended.inputGainDb, 1e-3f);
 
     // From the results page too.
-    savedName.clear();
+    ASSERT_TRUE(state_.store()->deleteEffectPreset("夜配信"));
     dialog_->resultsPage()->saveButton()->click();
-    EXPECT_EQ(savedName, QStringLiteral("夜配信"));
+    EXPECT_TRUE(state_.store()->findEffectPreset("夜配信").has_value());
 }
 
 TEST_F(WizardFlow, FadersReachTheChainsAndMetersShowTheLevels) {
     dialog_->selectTab(WizardDialog::kSoundTab);
     QCoreApplication::processEvents();
     int updates = 0;
-    WizardDialog::Levels last;
-    QObject::connect(dialog_.get(), &WizardDialog::levelsUpdated,
-                     [&](const WizardDialog::Levels& levels) {
+    MeterTick::Levels last;
+    QObject::connect(dialog_->meterTick(), &MeterTick::levelsUpdated,
+                     [&](const MeterTick::Levels& levels) {
                          ++updates;
                          last = levels;
                      });

@@ -12,7 +12,9 @@
 // meters move and the diagnosis records real snapshots.
 
 #include "WavFile.h"
+#include "diagnosis/DiagnosisController.h"
 #include "engine/FilterEngine.h"
+#include "ui/DiagnosisPresenter.h"
 #include "ui/Localisation.h"
 #include "ui/MainMenu.h"
 #include "ui/PresetsPage.h"
@@ -175,7 +177,7 @@ void shootLanguage(Session& s) {
 
     // The whole diagnosis.
     d.selectTab(Lumora::WizardDialog::kDiagnoseTab);
-    d.startDiagnosis();
+    d.diagnosis()->start();
     s.run(0.2);
     s.shot(&d, QStringLiteral("wizard-0-mic"));
     wizard->micButton(0)->click();
@@ -206,7 +208,7 @@ void shootLanguage(Session& s) {
             }
         }
     }
-    d.setAnalyseFunction([](const Lumora::DiagnosisSession& session) {
+    d.diagnosis()->setAnalyseFunction([](const Lumora::DiagnosisSession& session) {
         // Slow enough to see the analysing state.
         QThread::msleep(600);
         return sampleResult(session);
@@ -229,7 +231,7 @@ void shootLanguage(Session& s) {
     s.shot(&d, QStringLiteral("tab1-results"));
     s.feeder->gain = 1.0f;
     s.feeder->silent = false;
-    d.applyRecommendedSettings();
+    d.diagnosis()->applyRecommended();
     d.selectTab(Lumora::WizardDialog::kDiagnoseTab);
     s.run(0.5);
     s.shot(&d, QStringLiteral("tab0-diagnose-after"));
