@@ -39,26 +39,6 @@ const char kTopButton[] =
     "QPushButton { background: rgba(0,170,210,30); color: #005577; border-radius: 6px;"
     " padding: 3px 10px; font-size: 8pt; font-weight: bold; border: 1px solid"
     " rgba(0,170,210,120); }QPushButton:hover { background: rgba(0,170,210,70); }";
-const char kRadio[] =
-    "QRadioButton { color: #2D1B69; font-size: 9pt; spacing: 5px; background: transparent; }"
-    "QRadioButton::indicator { width: 12px; height: 12px; border-radius: 7px; border: 2px solid"
-    " rgba(0,170,210,160); background: white; }QRadioButton::indicator:checked { background:"
-    " #00AADD; border-color: #0099CC; }";
-// The list is styled too: inside OBS it would otherwise take the host's theme
-// (dark rows under our dark text).
-const char kCombo[] =
-    "QComboBox { background: white; border: 1px solid rgba(0,170,210,110);"
-    " border-radius: 6px; padding: 3px 24px 3px 8px; color: #2D1B69; font-size: 9pt; }"
-    "QComboBox::drop-down { subcontrol-origin: padding; subcontrol-position: center right;"
-    " width: 22px; border: none; }"
-    "QComboBox::down-arrow { image: url(:/images/chevron-down.svg); width: 12px; height: 12px; }"
-    "QComboBox QAbstractItemView { background: white; color: #2D1B69;"
-    " border: 1px solid rgba(0,170,210,160); outline: none; padding: 2px;"
-    " selection-background-color: #4ECDC4; selection-color: white; }"
-    "QComboBox QAbstractItemView::item { color: #2D1B69; background: white; min-height: 24px;"
-    " padding: 0px 6px; }"
-    "QComboBox QAbstractItemView::item:selected, QComboBox QAbstractItemView::item:hover"
-    " { color: white; background: #4ECDC4; }";
 const char kEdit[] = "QLineEdit { background: white; border: 1px solid rgba(0,170,210,110);"
                      " border-radius: 6px; padding: 3px 8px; color: #2D1B69; font-size: 9pt; }";
 
@@ -83,7 +63,7 @@ QComboBox* chooser(QWidget* parent) {
     // The host's style may draw the list as a menu in its own colours; an item
     // delegate makes the list's rows follow the style sheet above.
     box->setItemDelegate(new QStyledItemDelegate(box));
-    box->setStyleSheet(QLatin1String(kCombo));
+    box->setStyleSheet(Styles::comboBox());
     box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     box->setMinimumContentsLength(12);
     box->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
@@ -214,7 +194,7 @@ void KeyAssignPanel::buildCards() {
     momentary_ = new QRadioButton(card_);
     momentaryNote_ = new QLabel(card_);
     for (QRadioButton* r : {toggle_, momentary_}) {
-        r->setStyleSheet(QLatin1String(kRadio));
+        r->setStyleSheet(Styles::radioButton("#2D1B69"));
         r->setCursor(Qt::PointingHandCursor);
         modes->addButton(r);
     }

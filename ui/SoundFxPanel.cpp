@@ -4,6 +4,7 @@
 
 #include "settings/SettingsStore.h"
 #include "ui/CollapsibleSection.h"
+#include "ui/FxModulationControls.h"
 #include "ui/FxPitchControls.h"
 #include "ui/FxPresetPopup.h"
 #include "ui/Knob.h"
@@ -12,13 +13,11 @@
 #include "ui/Theme.h"
 #include "ui/ToggleSwitch.h"
 
-#include <QButtonGroup>
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QRadioButton>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
@@ -33,54 +32,6 @@ const char kPresetButtonStyle[] =
     " padding: 2px 8px; font-size: 8pt; font-weight: bold; border: 1px solid"
     " rgba(0,170,210,120); }QPushButton:hover { background: rgba(0,170,210,70); border-color:"
     " #00AADD; }";
-const char kRadioStyle[] =
-    "QRadioButton { color: #005577; font-size: 9pt; spacing: 4px; background: transparent; }"
-    "QRadioButton::indicator { width: 12px; height: 12px; border-radius: 7px; border: 2px solid"
-    " rgba(0,170,210,160); background: white; }QRadioButton::indicator:checked { background:"
-    " #00AADD; border-color: #0099CC; }";
-
-const KnobSpec kModRate{"modRate",
-                        QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Rate"),
-                        QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Speed of the sweep"),
-                        0.1,
-                        10,
-                        1,
-                        "Hz",
-                        false,
-                        1};
-const KnobSpec kModDepth{"modDepth",
-                         QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Depth"),
-                         QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "How far the sweep swings"),
-                         0,
-                         100,
-                         50,
-                         "%",
-                         false,
-                         0,
-                         100.0};
-const KnobSpec kModFeedback{
-    "modFeedback",
-    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Feedback"),
-    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel",
-                      "How much of the effect is fed back\nHigher = more metallic"),
-    0,
-    90,
-    30,
-    "%",
-    false,
-    0,
-    100.0};
-const KnobSpec kModWet{
-    "modWet",
-    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Wet"),
-    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Share of the effect in the output"),
-    0,
-    100,
-    50,
-    "%",
-    false,
-    0,
-    100.0};
 const KnobSpec kRadioLow{
     "radioLowCut",
     QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Low Cut"),
@@ -265,7 +216,9 @@ SoundFxPanel::SoundFxPanel(QWidget* parent) : QWidget(parent) {
     pitch_ = new FxPitchControls(sections_[kEffectPitch]->body(), &preset_);
     sections_[kEffectPitch]->bodyLayout()->addWidget(pitch_);
     connect(pitch_, &FxPitchControls::edited, this, &SoundFxPanel::edited);
-    buildModulation();
+    modulation_ = new FxModulationControls(sections_[kEffectModulation]->body(), &preset_);
+    sections_[kEffectModulation]->bodyLayout()->addWidget(modulation_);
+    connect(modulation_, &FxModulationControls::edited, this, &SoundFxPanel::edited);
     buildRadio();
     buildDelay();
     buildReverb();
@@ -309,46 +262,6 @@ void SoundFxPanel::addKnob(CollapsibleSection* section, QHBoxLayout* row, const 
     if (advanced) {
         advancedOnly_.push_back(knob);
     }
-}
-
-void SoundFxPanel::buildModulation() {
-    CollapsibleSection* s = sections_[kEffectModulation];
-    modTypeRow_ = new QWidget(s->body());
-    auto* types = new QHBoxLayout(modTypeRow_);
-    types->setContentsMargins(0, 0, 0, 0);
-    types->setSpacing(10);
-    modTypeCaption_ = new QLabel(modTypeRow_);
-    modTypeCaption_->setStyleSheet(QStringLiteral("QLabel { color: #0077AA; font-weight: bold;"
-                                                  " font-size: 8pt; background: transparent; }"));
-    types->addWidget(modTypeCaption_);
-    modTypes_ = new QButtonGroup(this);
-    modTypes_->setExclusive(true);
-    const char* names[] = {"Chorus", "Flanger", "Tremolo"};
-    for (int type = kModChorus; type <= kModTremolo; ++type) {
-        auto* radio = new QRadioButton(QString::fromLatin1(names[type]), modTypeRow_);
-        radio->setStyleSheet(QLatin1String(kRadioStyle));
-        radio->setCursor(Qt::PointingHandCursor);
-        modTypes_->addButton(radio, type);
-        types->addWidget(radio);
-    }
-    types->addStretch(1);
-    s->bodyLayout()->addWidget(modTypeRow_);
-    connect(modTypes_, &QButtonGroup::idToggled, this, [this](int id, bool checked) {
-        if (checked && preset_.mod.type != id) {
-            preset_.mod.type = id;
-            edited();
-        }
-    });
-    QHBoxLayout* row = knobRow(s);
-    addKnob(
-        s, row, kModRate, [this]() -> float& { return preset_.mod.rate; }, false);
-    addKnob(
-        s, row, kModDepth, [this]() -> float& { return preset_.mod.depth; }, false);
-    addKnob(
-        s, row, kModFeedback, [this]() -> float& { return preset_.mod.feedback; }, true);
-    addKnob(
-        s, row, kModWet, [this]() -> float& { return preset_.mod.wetMix; }, true);
-    row->addStretch(1);
 }
 
 void SoundFxPanel::buildRadio() {
@@ -403,17 +316,7 @@ void SoundFxPanel::refresh() {
         const QSignalBlocker quiet(toggle);
         toggle->setChecked(enabledOf(preset_, code));
     }
-    const QSignalBlocker quiet(modTypes_);
-    if (QAbstractButton* b = modTypes_->button(preset_.mod.type)) {
-        b->setChecked(true);
-    } else {
-        // A type the panel does not know (the chain runs nothing for it).
-        modTypes_->setExclusive(false);
-        for (QAbstractButton* other : modTypes_->buttons()) {
-            other->setChecked(false);
-        }
-        modTypes_->setExclusive(true);
-    }
+    modulation_->refresh();
 }
 
 void SoundFxPanel::orderFromPreset() {
@@ -439,6 +342,7 @@ void SoundFxPanel::setEasyMode(bool easy) {
         w->setVisible(!easy);
     }
     pitch_->setEasyMode(easy);
+    modulation_->setEasyMode(easy);
 }
 
 CollapsibleSection* SoundFxPanel::section(int effectCode) const {
@@ -455,12 +359,11 @@ QPushButton* SoundFxPanel::presetButton(int effectCode) const {
     return presetButtons_[static_cast<size_t>(effectCode)];
 }
 
-QRadioButton* SoundFxPanel::modTypeButton(int type) const {
-    return qobject_cast<QRadioButton*>(modTypes_->button(type));
-}
-
 Knob* SoundFxPanel::knob(const QString& name) const {
     if (Knob* k = knobs_.knob(name)) {
+        return k;
+    }
+    if (Knob* k = modulation_->knob(name)) {
         return k;
     }
     return pitch_->knob(name);
@@ -569,11 +472,11 @@ void SoundFxPanel::retranslateUi() {
         presetButtons_[static_cast<size_t>(code)]->setText(QStringLiteral("✨ ") + tr("Presets"));
         presetButtons_[static_cast<size_t>(code)]->setToolTip(tr("Built-in presets"));
     }
-    modTypeCaption_->setText(tr("Type"));
     saveButton_->setText(QStringLiteral("💾 ") + tr("Save FX preset"));
     resetButton_->setText(QStringLiteral("🔄 ") + tr("Reset to defaults"));
     knobs_.retranslate();
     pitch_->retranslateUi();
+    modulation_->retranslateUi();
 }
 
 } // namespace Lumora

@@ -10,16 +10,14 @@
 #include <functional>
 #include <vector>
 
-class QButtonGroup;
 class QFrame;
 class QHBoxLayout;
-class QLabel;
 class QPushButton;
-class QRadioButton;
 
 namespace Lumora {
 
 class CollapsibleSection;
+class FxModulationControls;
 class FxPitchControls;
 class Knob;
 class ReorderableColumn;
@@ -76,7 +74,7 @@ public:
     CollapsibleSection* section(int effectCode) const;
     QPushButton* presetButton(int effectCode) const;
     FxPitchControls* pitchControls() const { return pitch_; }
-    QRadioButton* modTypeButton(int type) const;
+    FxModulationControls* modulationControls() const { return modulation_; }
     Knob* knob(const QString& name) const;
     QPushButton* resetButton() const { return resetButton_; }
     QPushButton* saveButton() const { return saveButton_; }
@@ -90,7 +88,6 @@ signals:
 private:
     void edited();
     void refresh();
-    void buildModulation();
     void buildRadio();
     void buildDelay();
     void buildReverb();
@@ -108,9 +105,7 @@ private:
     std::array<CollapsibleSection*, kEffectCount> sections_{};
     std::array<QPushButton*, kEffectCount> presetButtons_{};
     FxPitchControls* pitch_ = nullptr;
-    QButtonGroup* modTypes_ = nullptr;
-    QWidget* modTypeRow_ = nullptr;
-    QLabel* modTypeCaption_ = nullptr;
+    FxModulationControls* modulation_ = nullptr;
     std::vector<QWidget*> advancedOnly_;
     ReorderableColumn* column_ = nullptr;
     QPushButton* resetButton_ = nullptr;

@@ -110,6 +110,35 @@ inline QString outlinedButton() {
         "QPushButton:disabled { color: #9B9BB8; border-color: rgba(155,155,184,140); }");
 }
 
+// The round teal radio buttons of the effect and key cards, with `textColour`.
+inline QString radioButton(const char* textColour) {
+    return QStringLiteral(
+               "QRadioButton { color: %1; font-size: 9pt; spacing: 5px; background: transparent; }"
+               "QRadioButton::indicator { width: 12px; height: 12px; border-radius: 7px;"
+               " border: 2px solid rgba(0,170,210,160); background: white; }"
+               "QRadioButton::indicator:checked { background: #00AADD; border-color: #0099CC; }")
+        .arg(QLatin1String(textColour));
+}
+
+// The white choosers. The list is styled too: inside OBS it would otherwise
+// take the host's theme (dark rows under our dark text).
+inline QString comboBox() {
+    return QStringLiteral(
+        "QComboBox { background: white; border: 1px solid rgba(0,170,210,110);"
+        " border-radius: 6px; padding: 3px 24px 3px 8px; color: #2D1B69; font-size: 9pt; }"
+        "QComboBox::drop-down { subcontrol-origin: padding; subcontrol-position: center right;"
+        " width: 22px; border: none; }"
+        "QComboBox::down-arrow { image: url(:/images/chevron-down.svg); width: 12px;"
+        " height: 12px; }"
+        "QComboBox QAbstractItemView { background: white; color: #2D1B69;"
+        " border: 1px solid rgba(0,170,210,160); outline: none; padding: 2px;"
+        " selection-background-color: #4ECDC4; selection-color: white; }"
+        "QComboBox QAbstractItemView::item { color: #2D1B69; background: white;"
+        " min-height: 24px; padding: 0px 6px; }"
+        "QComboBox QAbstractItemView::item:selected, QComboBox QAbstractItemView::item:hover"
+        " { color: white; background: #4ECDC4; }");
+}
+
 // A white card over the sky.
 inline QString card(const char* objectName) {
     return QStringLiteral("#%1 { background: rgba(255,255,255,210); border: 1px solid"

@@ -367,6 +367,47 @@ softer &quot;s&quot; and &quot;sh&quot; sounds</source>
     </message>
 </context>
 <context>
+    <name>Lumora::FxModulationControls</name>
+    <message>
+        <source>Type</source>
+        <translation>タイプ</translation>
+    </message>
+    <message>
+        <source>Rate</source>
+        <translation>レート</translation>
+    </message>
+    <message>
+        <source>Speed of the sweep</source>
+        <translation>揺れの速さ</translation>
+    </message>
+    <message>
+        <source>Depth</source>
+        <translation>深さ</translation>
+    </message>
+    <message>
+        <source>How far the sweep swings</source>
+        <translation>揺れの大きさ</translation>
+    </message>
+    <message>
+        <source>Feedback</source>
+        <translation>フィードバック</translation>
+    </message>
+    <message>
+        <source>How much of the effect is fed back
+Higher = more metallic</source>
+        <translation>エフェクトを戻す量
+高いほど金属的に</translation>
+    </message>
+    <message>
+        <source>Wet</source>
+        <translation>ウェット</translation>
+    </message>
+    <message>
+        <source>Share of the effect in the output</source>
+        <translation>出力に混ぜるエフェクトの割合</translation>
+    </message>
+</context>
+<context>
     <name>Lumora::FxPitchControls</name>
     <message>
         <source>Pitch A</source>
@@ -1061,10 +1102,6 @@ Save one from the Sound tab or from the diagnosis results.</source>
         <translation>組み込みプリセット</translation>
     </message>
     <message>
-        <source>Type</source>
-        <translation>タイプ</translation>
-    </message>
-    <message>
         <source>Save FX preset</source>
         <translation>FXプリセットを保存</translation>
     </message>
@@ -1073,38 +1110,12 @@ Save one from the Sound tab or from the diagnosis results.</source>
         <translation>デフォルトに戻す</translation>
     </message>
     <message>
-        <source>Rate</source>
-        <translation>レート</translation>
-    </message>
-    <message>
-        <source>Speed of the sweep</source>
-        <translation>揺れの速さ</translation>
-    </message>
-    <message>
-        <source>Depth</source>
-        <translation>深さ</translation>
-    </message>
-    <message>
-        <source>How far the sweep swings</source>
-        <translation>揺れの大きさ</translation>
-    </message>
-    <message>
         <source>Feedback</source>
         <translation>フィードバック</translation>
     </message>
     <message>
-        <source>How much of the effect is fed back
-Higher = more metallic</source>
-        <translation>エフェクトを戻す量
-高いほど金属的に</translation>
-    </message>
-    <message>
         <source>Wet</source>
         <translation>ウェット</translation>
-    </message>
-    <message>
-        <source>Share of the effect in the output</source>
-        <translation>出力に混ぜるエフェクトの割合</translation>
     </message>
     <message>
         <source>Low Cut</source>

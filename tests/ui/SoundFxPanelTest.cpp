@@ -2,6 +2,7 @@
 #include "PanelTestSupport.h"
 #include "dsp/fx/VoiceFxChain.h"
 #include "ui/CollapsibleSection.h"
+#include "ui/FxModulationControls.h"
 #include "ui/FxPitchControls.h"
 #include "ui/FxPresetCardFilter.h"
 #include "ui/FxPresetDef.h"
@@ -187,7 +188,7 @@ TEST(SoundFxPanel, EveryEditIsEmittedAtOnce) {
         EXPECT_EQ(edits.count(), ++expected);
     }
     EXPECT_FALSE(s.panel.currentPreset().anyEnabled());
-    s.panel.modTypeButton(kModTremolo)->click();
+    s.panel.modulationControls()->typeButton(kModTremolo)->click();
     EXPECT_EQ(s.panel.currentPreset().mod.type, kModTremolo);
     s.panel.pitchControls()->layerBCheck()->click();
     EXPECT_FALSE(s.panel.currentPreset().pitch.layerBEnabled);
