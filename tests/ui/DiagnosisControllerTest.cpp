@@ -281,21 +281,5 @@ TEST(DiagnosisController, EveryTextIsEnglishForEnAndJapaneseOtherwise) {
                           "️"));
 }
 
-TEST(DiagnosisSession, AppendDropsBeyond512AndClearKeepsTheMicType) {
-    DiagnosisSession session;
-    session.micType = kMicUsb;
-    for (int i = 0; i < 600; ++i) {
-        session.append(3, AudioMetrics{});
-    }
-    session.append(6, AudioMetrics{});
-    session.append(-1, AudioMetrics{});
-    EXPECT_EQ(session.steps[3].size(), 512u);
-    session.currentStep = 4;
-    session.clear();
-    EXPECT_EQ(session.currentStep, 0);
-    EXPECT_TRUE(session.steps[3].empty());
-    EXPECT_EQ(session.micType, kMicUsb);
-}
-
 } // namespace
 } // namespace Lumora

@@ -1,12 +1,11 @@
-// The arrow keys end to end: the key-assignment page edits the settings, the
-// rules read them at every press and drive a filter state's real chains.
+// The key-assignment page: what it edits is in the settings file at once,
+// and its presets of assignments. (What the keys then do to the voice is
+// tested through the dialog, in KeyVoicesTest.)
 
 #include "ui/KeyAssignPanel.h"
 #include "PanelTestSupport.h"
-#include "engine/FilterEngine.h"
 #include "settings/BuiltInPresets.h"
 #include "settings/KeyAssignmentRules.h"
-#include "ui/KeyBadgeLabel.h"
 #include "ui/KeyCap.h"
 #include "ui/Localisation.h"
 
@@ -21,19 +20,6 @@
 namespace Lumora {
 namespace {
 
-// What the dialog does with a key's preset: hand it to the filter's chains.
-class FilterTarget : public KeyAssignmentTarget {
-public:
-    explicit FilterTarget(FilterEngine& state) : state_(state) {}
-    EffectPreset currentEffectPreset() const override { return state_.chain().getParameters(); }
-    SoundFxPreset currentSoundFxPreset() const override { return state_.effects().getParameters(); }
-    void applyEffectPreset(const EffectPreset& p) override { state_.applyEffectPreset(p); }
-    void applySoundFxPreset(const SoundFxPreset& p) override { state_.applySoundFxPreset(p); }
-
-private:
-    FilterEngine& state_;
-};
-
 // Chooses an entry the way a click in the list does.
 void choose(QComboBox* box, const QString& text) {
     const int index = text.isEmpty() ? 0 : box->findText(text);
@@ -42,33 +28,11 @@ void choose(QComboBox* box, const QString& text) {
     emit box->activated(index);
 }
 
-// Level change of an 8 kHz tone through the filter's effects chain, in dB.
-double tone8k(FilterEngine& state) {
-    std::vector<float> in = PanelTest::sine(8000.0, 9600, 0.3f);
-    std::vector<float> out = in;
-    for (size_t at = 0; at < out.size(); at += 480) {
-        float* planes[1] = {out.data() + at};
-        state.processAudio(planes, 1, 480);
-    }
-    return PanelTest::rmsDb(out, 4800) - PanelTest::rmsDb(in, 4800);
-}
-
-SoundFxPreset busyDelay() {
-    SoundFxPreset p;
-    p.delay = DelayParams{true, 500.0f, 0.5f, 0.5f};
-    return p;
-}
-
 struct KeyRig {
     PanelTest::TempStore store;
-    FilterEngine state;
-    FilterTarget target{state};
-    KeyAssignmentRules rules{[this] { return std::optional<AppSettings>(store->load()); }, &target};
     std::unique_ptr<KeyAssignPanel> panel;
 
     KeyRig() {
-        state.prepare(48000.0);
-        state.applySoundFxPreset(SoundFxPreset{}); // the voice before any key
         SavedSoundFxPreset radio;
         radio.name = "無線";
         radio.preset.radio = RadioParams{true, 300.0f, 3400.0f, 0.0f};
@@ -90,7 +54,6 @@ struct KeyRig {
         choose(panel->soundFxChooser(), fx);
         (mode == KeyMode::Toggle ? panel->toggleChoice() : panel->momentaryChoice())->click();
     }
-    const SoundFxPreset fx() const { return state.effects().getParameters(); }
 };
 
 TEST(KeyAssignPanel, EditsOnThePageAreSavedAtOnce) {
@@ -137,85 +100,6 @@ TEST(KeyAssignPanel, PlateCardsAndChoosersAreNamedAndFilled) {
     rig.panel->selectSlot(1);
     EXPECT_TRUE(rig.panel->soundFxChooser()->currentText().contains(QStringLiteral("デスゲーム")));
     EXPECT_TRUE(rig.panel->soundFxChooser()->currentText().startsWith(QStringLiteral("⚠")));
-}
-
-TEST(KeyAssignPanel, MomentaryKeyAppliesItsSoundFxOnlyWhileHeld) {
-    KeyRig rig;
-    rig.assign(0, QStringLiteral("無線"), KeyMode::Momentary);
-    EXPECT_NEAR(tone8k(rig.state), 0.0, 0.1); // nothing on yet
-    rig.rules.press(0);
-    EXPECT_TRUE(rig.fx().radio.enabled);
-    EXPECT_LT(tone8k(rig.state), -15.0); // the radio's 3.4 kHz high cut
-    rig.rules.release(0);
-    EXPECT_FALSE(rig.fx().anyEnabled()); // the voice from before the press
-    EXPECT_NEAR(tone8k(rig.state), 0.0, 0.1);
-    EXPECT_EQ(rig.rules.activeSlot(), kNoSlot);
-}
-
-TEST(KeyAssignPanel, ToggleKeyAppliesUntilPressedAgain) {
-    KeyRig rig;
-    rig.assign(2, QStringLiteral("エコー"), KeyMode::Toggle);
-    rig.rules.press(2);
-    rig.rules.release(2);
-    EXPECT_TRUE(rig.fx().delay.enabled);
-    EXPECT_EQ(rig.rules.toggledSlot(), 2);
-    rig.rules.press(2);
-    rig.rules.release(2);
-    EXPECT_FALSE(rig.fx().delay.enabled);
-    EXPECT_EQ(rig.rules.activeSlot(), kNoSlot);
-}
-
-TEST(KeyAssignPanel, MomentaryInsideToggleShowsTheHeldBadgeAndGivesTheToggleBack) {
-    KeyRig rig;
-    rig.assign(2, QStringLiteral("エコー"), KeyMode::Toggle);
-    rig.assign(0, QStringLiteral("無線"), KeyMode::Momentary);
-    KeyBadgeLabel badge(nullptr);
-
-    rig.rules.press(2);
-    rig.rules.release(2);
-    badge.showBadge(rig.rules.badge());
-    rig.panel->setLamps(rig.rules.activeSlot());
-    EXPECT_TRUE(badge.text().endsWith(QString::fromUtf8(kBadgeToggledSuffix)));
-    EXPECT_TRUE(rig.panel->lampLit(2));
-
-    rig.rules.press(0);
-    badge.showBadge(rig.rules.badge());
-    rig.panel->setLamps(rig.rules.activeSlot());
-    EXPECT_TRUE(rig.fx().radio.enabled);
-    EXPECT_FALSE(rig.fx().delay.enabled);
-    EXPECT_EQ(badge.text(), QStringLiteral("▲  無線") + QString::fromUtf8(kBadgeHeldSuffix));
-    EXPECT_TRUE(badge.styleSheet().contains(QLatin1String(kBadgeHeldColour)));
-    EXPECT_TRUE(rig.panel->lampLit(0));
-    EXPECT_FALSE(rig.panel->lampLit(2));
-
-    rig.rules.release(0);
-    badge.showBadge(rig.rules.badge());
-    rig.panel->setLamps(rig.rules.activeSlot());
-    EXPECT_TRUE(rig.fx().delay.enabled); // the toggled slot again
-    EXPECT_FALSE(rig.fx().radio.enabled);
-    EXPECT_TRUE(badge.styleSheet().contains(QLatin1String(kBadgeToggledColour)));
-    EXPECT_TRUE(rig.panel->lampLit(2));
-
-    rig.rules.press(2);
-    badge.showBadge(rig.rules.badge());
-    EXPECT_TRUE(badge.text().isEmpty());
-    EXPECT_EQ(badge.styleSheet(), QString::fromUtf8(kBadgeIdleStyle));
-}
-
-TEST(KeyAssignPanel, AnUnassignedKeyAppliesNothingAndItsReleaseRestoresTheDefault) {
-    KeyRig rig;
-    rig.panel->selectSlot(1);
-    choose(rig.panel->soundFxChooser(), QString()); // slot 1 now unassigned
-    choose(rig.panel->defaultSoundFxChooser(), QStringLiteral("いつもの部屋"));
-    rig.state.applySoundFxPreset(busyDelay());
-    rig.rules.press(1);
-    EXPECT_EQ(rig.rules.heldSlot(), 1);
-    EXPECT_TRUE(rig.fx().delay.enabled); // nothing applied
-    EXPECT_FALSE(rig.fx().reverb.enabled);
-    rig.rules.release(1);
-    EXPECT_TRUE(rig.fx().reverb.enabled); // the default slot's preset
-    EXPECT_FALSE(rig.fx().delay.enabled);
-    EXPECT_FLOAT_EQ(rig.fx().reverb.roomSize, 0.3f);
 }
 
 TEST(KeyAssignPanel, ArrowKeysOnThePagePointAtTheirKey) {

@@ -161,29 +161,6 @@ TEST(WizardTips, TipsRotateEveryFiveSecondsInTheChosenLanguage) {
     }
 }
 
-TEST(SkyBackground, StarsAreLaidOutByTheirIndex) {
-    SkyBackground sky;
-    sky.setSize(QSize(500, 776), 1.0);
-    sky.layoutStars();
-    const auto& stars = sky.stars();
-    EXPECT_FLOAT_EQ(stars[0].x, 50.0f);
-    EXPECT_FLOAT_EQ(stars[0].y, 60.0f);
-    EXPECT_FLOAT_EQ(stars[0].size, 16.0f);
-    EXPECT_FLOAT_EQ(stars[0].opacity, 0.5f);
-    EXPECT_NEAR(stars[5].x, std::fmod(5 * 137.508 * 1.9 + 50.0, 500.0), 1e-3);
-    EXPECT_NEAR(stars[5].y, std::fmod(5 * 79.302 * 3.7 + 60.0, 776.0), 1e-3);
-    EXPECT_FLOAT_EQ(stars[3].size, 36.0f); // (3 mod 3) * 8 + 36
-    EXPECT_FLOAT_EQ(stars[7].size, 44.0f); // (7 mod 3) * 8 + 36
-    EXPECT_NEAR(stars[7].opacity, 0.51f, 1e-6);
-    EXPECT_FLOAT_EQ(stars[6].size, 20.0f); // 2 * (6 mod 4) + 16
-    EXPECT_NEAR(stars[6].opacity, 0.55f, 1e-6);
-    for (const auto& star : stars) {
-        EXPECT_FLOAT_EQ(star.speed, 24.0f);
-    }
-    EXPECT_EQ(stars[1].kind, 1);
-    EXPECT_EQ(stars[2].kind, 0);
-}
-
 TEST(SkyBackground, OnlyMovedSpritesAreRepainted) {
     SkyBackground sky;
     QPixmap star(32, 32);
