@@ -1,14 +1,20 @@
 #include "module/DialogRegistry.h"
 
+#include "ui/FxPage.h"
+#include "ui/MeterFaderWidget.h"
+#include "ui/SoundFxPanel.h"
 #include "ui/WizardDialog.h"
 
 #include <obs-frontend-api.h>
+#include <obs-module.h>
 
 #include <QCoreApplication>
 #include <QPointer>
 #include <QThread>
 #include <QWidget>
+#include <cstdio>
 #include <map>
+#include <string>
 
 namespace Lumora {
 
@@ -17,6 +23,36 @@ namespace {
 std::map<FilterEngine*, QPointer<WizardDialog>>& dialogs() {
     static std::map<FilterEngine*, QPointer<WizardDialog>> map;
     return map;
+}
+
+// The voice effects as the dialog's FX page shows them, for the OBS log that a
+// user sends with a report: "pitch +12.0 st, reverb", "none", "(bypassed)".
+std::string shownVoice(const WizardDialog& dialog) {
+    const SoundFxPreset& fx = dialog.soundFxPanel()->currentPreset();
+    std::string text;
+    auto add = [&text](const std::string& part) { text += (text.empty() ? "" : ", ") + part; };
+    if (fx.pitch.enabled) {
+        char pitch[32];
+        std::snprintf(pitch, sizeof pitch, "pitch %+.1f st",
+                      static_cast<double>(fx.pitch.semitonesA));
+        add(pitch);
+    }
+    if (fx.mod.enabled) {
+        add("modulation");
+    }
+    if (fx.radio.enabled) {
+        add("radio");
+    }
+    if (fx.delay.enabled) {
+        add("delay");
+    }
+    if (fx.reverb.enabled) {
+        add("reverb");
+    }
+    if (text.empty()) {
+        text = "none";
+    }
+    return dialog.fxPage()->strip()->bypass() ? text + " (bypassed)" : text;
 }
 
 } // namespace
@@ -36,6 +72,7 @@ void openDialogFor(FilterEngine* engine) {
     auto* dialog = new WizardDialog(parent, engine);
     map[engine] = dialog;
     dialog->show();
+    blog(LOG_INFO, "[Lumora] dialog opened; voice effects shown: %s", shownVoice(*dialog).c_str());
 }
 
 void closeDialogFor(FilterEngine* engine) {

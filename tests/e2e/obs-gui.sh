@@ -1,10 +1,15 @@
 #!/usr/bin/env bash
 # End to end in Debian's real OBS Studio under Xvfb: installs the built plug-in into
 # a fresh OBS configuration, loads a scene collection whose voice source carries
-# the Tindra filter, checks OBS's log and keeps a screenshot.
-#   obs-gui.sh MODULE.so DATA_DIR ARTIFACT_DIR
+# the Tindra filter, checks OBS's log and keeps screenshots.
+#
+# Before the dialog is opened, another plug-in (the test tap, from a thread of its
+# own) sets a voice through Tindra's apply_sound_fx_preset procedure: an octave up
+# in a hall. The dialog must open showing that voice, not its defaults: the log
+# line it writes on opening and the FX page's pitch switch in a screenshot.
+#   obs-gui.sh MODULE.so DATA_DIR TAP.so ARTIFACT_DIR
 set -euo pipefail
-module=$1 data=$2 artifacts=$3
+module=$1 data=$2 tap=$3 artifacts=$4
 voice=/usr/share/sounds/alsa/Front_Center.wav
 mkdir -p "$artifacts"
 
@@ -13,8 +18,12 @@ trap 'rm -rf "$home"' EXIT
 config=$home/.config/obs-studio
 . "$(dirname "$0")/obs-config.sh"
 e2e_make_config "$config" "$module" "$data"
-e2e_write_scene "$config" "$voice" \
-  '[{"id": "lumora_filter", "versioned_id": "lumora_filter", "name": "Tindra", "settings": {}}]'
+e2e_install_plugin "$config" lumora-test-tap "$tap"
+octave_hall='{\"name\": \"Octave up in a hall\", \"pitch\": {\"enabled\": true, \"semitonesA\": 12}, \"reverb\": {\"enabled\": true, \"roomSize\": 0.7, \"wetMix\": 0.4}}'
+e2e_write_scene "$config" "$voice" "[
+  {\"id\": \"lumora_filter\", \"versioned_id\": \"lumora_filter\", \"name\": \"Tindra\", \"settings\": {}},
+  {\"id\": \"lumora_test_tap\", \"versioned_id\": \"lumora_test_tap\", \"name\": \"Tap\",
+   \"settings\": {\"path\": \"\", \"voice\": \"$octave_hall\"}}]"
 
 export HOME=$home XDG_CONFIG_HOME=$home/.config LUMORA_SETTINGS_DIR=$home/lumora-settings
 export LIBGL_ALWAYS_SOFTWARE=1 QT_QPA_PLATFORM=xcb
@@ -47,6 +56,17 @@ if [ -n "$win" ]; then
   sleep 2
   xdotool search --name "^Tindra$" > "$artifacts/tindra-windows.txt" || true
   import -window root "$artifacts/obs-dialog-open.png" 2>/dev/null || true
+  # The FX tab: the pitch card's switch is on (its knob to the right, the
+  # track's teal showing at its left end).
+  dialog=$(xdotool search --name "^Tindra$" | head -1)
+  if [ -n "$dialog" ]; then
+    eval "$(xdotool getwindowgeometry --shell "$dialog")"
+    xdotool mousemove $((X + 291)) $((Y + 740)) click 1
+    sleep 2
+    import -window root "$artifacts/obs-dialog-fx.png" 2>/dev/null || true
+    convert "$artifacts/obs-dialog-fx.png" -format '%[pixel:p{'$((X + 437))','$((Y + 183))'}]' \
+      info: > "$artifacts/pitch-switch-pixel.txt" 2>/dev/null || true
+  fi
   # Removing the filter closes its dialog.
   xdotool mousemove 423 435 click 1
   sleep 2
@@ -72,6 +92,13 @@ check() {
 check "\[Lumora\] audio filter registered"
 check "\[Lumora\] Plugin loaded (v1.0.0)"
 check "\[Lumora\] filter created (sr=48000 ch=2)"
+check "\[Lumora test tap\] apply_sound_fx_preset from another thread: ok"
+check "\[Lumora\] dialog opened; voice effects shown: pitch +12.0 st, reverb$"
+# The switch's track is teal (78,205,196) when on, its white knob sits there when off.
+pixel=$(cat "$artifacts/pitch-switch-pixel.txt" 2>/dev/null || echo none)
+if echo "$pixel" | grep -Eq '\((7[0-9]|8[0-9]),(19[0-9]|2[01][0-9]),(18[0-9]|19[0-9]|20[0-9])'; then
+  echo "ok: the FX page shows the pitch switch on ($pixel)"
+else echo "the FX page's pitch switch does not show on: $pixel"; status=1; fi
 dialogs=$(wc -l < "$artifacts/tindra-windows.txt" 2>/dev/null || echo 0)
 if [ "$dialogs" -eq 1 ]; then echo "ok: Open shows one dialog, twice clicked"
 else echo "expected one Tindra dialog after two clicks on Open, found $dialogs"; status=1; fi
