@@ -4,6 +4,8 @@
 #include "dsp/EffectPreset.h"
 #include "ui/DiagnosisRunner.h"
 
+#include "ui/PresetNamePrompt.h"
+
 #include <QObject>
 #include <QString>
 
@@ -29,11 +31,6 @@ class WizardPanel;
 class DiagnosisPresenter : public QObject {
     Q_OBJECT
 public:
-    // Asks for a name; false when the user cancelled. The default is the
-    // dialog's own name box.
-    using NamePrompt =
-        std::function<bool(const QString& title, const QString& label, QString& name)>;
-
     struct Pages {
         WizardPanel* wizard = nullptr;
         ResultsPage* results = nullptr;

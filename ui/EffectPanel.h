@@ -3,6 +3,8 @@
 #include "dsp/EffectPreset.h"
 #include "dsp/NoiseModelLocation.h"
 
+#include "ui/PresetNamePrompt.h"
+
 #include <QWidget>
 
 #include <functional>
@@ -33,9 +35,6 @@ class EffectPanel : public QWidget {
     Q_OBJECT
 public:
     enum Section { kNoiseSection, kEqSection, kDynamicsSection, kSectionCount };
-    // Asks for a name; false when the user cancelled.
-    using NamePrompt =
-        std::function<bool(const QString& title, const QString& label, QString& name)>;
 
     explicit EffectPanel(QWidget* parent);
 

@@ -2,6 +2,8 @@
 
 #include "settings/AppSettings.h"
 
+#include "ui/PresetNamePrompt.h"
+
 #include <QWidget>
 
 #include <array>
@@ -32,9 +34,6 @@ class SettingsStore;
 class KeyAssignPanel : public QWidget {
     Q_OBJECT
 public:
-    using NamePrompt =
-        std::function<bool(const QString& title, const QString& label, QString& name)>;
-
     KeyAssignPanel(QWidget* parent, SettingsStore* store);
 
     void setStore(SettingsStore* store);

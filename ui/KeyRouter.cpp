@@ -17,18 +17,18 @@ namespace Lumora {
 
 namespace {
 
-int slotForKey(int key) {
+ArrowKey arrowOf(int key) {
     switch (key) {
     case Qt::Key_Up:
-        return 0;
+        return ArrowKey::Up;
     case Qt::Key_Down:
-        return 1;
+        return ArrowKey::Down;
     case Qt::Key_Left:
-        return 2;
+        return ArrowKey::Left;
     case Qt::Key_Right:
-        return 3;
+        return ArrowKey::Right;
     default:
-        return kNoSlot;
+        return ArrowKey::Other;
     }
 }
 
@@ -104,7 +104,7 @@ bool KeyRouter::eventFilter(QObject* watched, QEvent* event) {
         return QObject::eventFilter(watched, event);
     }
     auto* key = static_cast<QKeyEvent*>(event);
-    const int slot = slotForKey(key->key());
+    const int slot = slotOfKey(arrowOf(key->key()));
     if (slot == kNoSlot || !dialog_->isVisible() || !dialog_->isActiveWindow()) {
         return QObject::eventFilter(watched, event);
     }

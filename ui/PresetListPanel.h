@@ -2,6 +2,8 @@
 
 #include "settings/AppSettings.h"
 
+#include "ui/PresetNamePrompt.h"
+
 #include <QWidget>
 
 #include <functional>
@@ -26,9 +28,6 @@ class SettingsStore;
 class PresetListPanel : public QWidget {
     Q_OBJECT
 public:
-    using NamePrompt =
-        std::function<bool(const QString& title, const QString& label, QString& name)>;
-
     PresetListPanel(QWidget* parent, SettingsStore* store);
 
     void setStore(SettingsStore* store);

@@ -4,6 +4,8 @@
 #include "ui/FxPresetDef.h"
 #include "ui/KnobBindings.h"
 
+#include "ui/PresetNamePrompt.h"
+
 #include <QWidget>
 
 #include <array>
@@ -35,9 +37,6 @@ class SettingsStore;
 class SoundFxPanel : public QWidget {
     Q_OBJECT
 public:
-    using NamePrompt =
-        std::function<bool(const QString& title, const QString& label, QString& name)>;
-
     explicit SoundFxPanel(QWidget* parent);
 
     void loadPreset(const SoundFxPreset& preset);
