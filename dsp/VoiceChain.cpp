@@ -64,14 +64,12 @@ NoiseSuppressionStatus VoiceChain::prepareNoiseSuppression() {
 }
 
 void VoiceChain::setParameters(const EffectPreset& preset) {
-    const int live = liveIndex_.load(std::memory_order_acquire);
-    slots_[1 - live] = preset;
-    liveIndex_.store(1 - live, std::memory_order_release);
+    parameters_.publish(preset);
     chainActive_.store(preset.active && !preset.bypass, std::memory_order_release);
 }
 
 EffectPreset VoiceChain::getParameters() const {
-    return slots_[liveIndex_.load(std::memory_order_acquire)];
+    return parameters_.latest();
 }
 
 void VoiceChain::process(float* const* planes, int channels, int frames) {
@@ -82,7 +80,7 @@ void VoiceChain::process(float* const* planes, int channels, int frames) {
         outputLevelDb_.store(inputDb, std::memory_order_relaxed);
         return;
     }
-    const EffectPreset& p = slots_[liveIndex_.load(std::memory_order_acquire)];
+    const EffectPreset& p = parameters_.acquire();
     if (!p.active || p.bypass) {
         outputLevelDb_.store(inputDb, std::memory_order_relaxed);
         return;

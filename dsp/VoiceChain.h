@@ -8,6 +8,7 @@
 #include "dsp/Limiter.h"
 #include "dsp/NoiseModelLocation.h"
 #include "dsp/NoiseSuppressor.h"
+#include "dsp/ParameterHandOver.h"
 #include "dsp/SpectralDenoiser.h"
 
 #include <array>
@@ -19,9 +20,9 @@ namespace Lumora {
 // neural noise suppression, gate, equaliser, compressor, limiter, output gain.
 // Runs in place on the host's audio thread over at most two channels.
 //
-// Parameters arrive as one whole EffectPreset through two slots: the interface
-// thread writes the idle slot and flips an atomic index; the audio thread reads
-// the index once per packet. No lock is taken on either side.
+// Parameters arrive as one whole EffectPreset through a ParameterHandOver: the
+// interface thread hands records over, the audio thread takes the newest once
+// per packet and works with it to the packet's end. No lock on either side.
 class VoiceChain {
 public:
     VoiceChain();
@@ -45,7 +46,7 @@ public:
         return noiseSuppressionStatus() == NoiseSuppressionStatus::Available;
     }
 
-    // Interface thread.
+    // Interface thread; getParameters() returns what was handed over last.
     void setParameters(const EffectPreset& preset);
     EffectPreset getParameters() const;
     bool isActive() const { return chainActive_.load(std::memory_order_acquire); }
@@ -72,8 +73,7 @@ private:
     NoiseSuppressionStatus prepareNoiseSuppression();
 
     double sampleRate_ = 48000.0;
-    EffectPreset slots_[2];
-    std::atomic<int> liveIndex_{0};
+    ParameterHandOver<EffectPreset> parameters_;
     std::atomic<bool> chainActive_{false};
 
     std::array<SpectralDenoiser, 2> spectral_;

@@ -51,13 +51,11 @@ void VoiceFxChain::prepare(double sampleRate, int /*blockLength*/) {
 }
 
 void VoiceFxChain::setParameters(const SoundFxPreset& preset) {
-    const int live = liveIndex_.load(std::memory_order_acquire);
-    slots_[1 - live] = preset;
-    liveIndex_.store(1 - live, std::memory_order_release);
+    parameters_.publish(preset);
 }
 
 SoundFxPreset VoiceFxChain::getParameters() const {
-    return slots_[liveIndex_.load(std::memory_order_acquire)];
+    return parameters_.latest();
 }
 
 void VoiceFxChain::resetEffects() {
@@ -72,7 +70,7 @@ void VoiceFxChain::process(float* const* planes, int channels, int frames) {
     const int used = std::min(channels, 2);
     const int n = std::max(frames, 0);
     const bool active = active_.load(std::memory_order_acquire);
-    params_ = slots_[liveIndex_.load(std::memory_order_acquire)];
+    params_ = parameters_.acquire();
 
     if (!prepared_ || !active || !params_.anyEnabled() || used < 1) {
         double sum = 0.0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "dsp/ParameterHandOver.h"
 #include "dsp/SoundFxPreset.h"
 #include "dsp/fx/DelayEffect.h"
 #include "dsp/fx/ModulationEffect.h"
@@ -13,9 +14,8 @@ namespace Lumora {
 
 // The voice-effects chain: pitch and formant, modulation, radio, delay and
 // reverb in the user's order, after the cleaning chain, in place on the first
-// two channels. Same two-slot hand-over as VoiceChain: the interface thread
-// writes the idle slot and flips an atomic index; the audio thread reads the
-// index once per packet and works on a copy of that slot.
+// two channels. Same hand-over as VoiceChain (a ParameterHandOver): the audio
+// thread takes the newest record once per packet and works on a copy of it.
 //
 // The chain runs only while its active flag is set and at least one effect is
 // enabled; otherwise the audio passes untouched and both meters show its level.
@@ -40,7 +40,7 @@ public:
     // pass-through that still meters.
     void prepare(double sampleRate, int blockLength);
 
-    // Interface thread.
+    // Interface thread; getParameters() returns what was handed over last.
     void setParameters(const SoundFxPreset& preset);
     SoundFxPreset getParameters() const;
     void setActive(bool active) { active_.store(active, std::memory_order_release); }
@@ -66,8 +66,7 @@ private:
 
     double sampleRate_ = 48000.0;
     bool prepared_ = false;
-    SoundFxPreset slots_[2];
-    std::atomic<int> liveIndex_{0};
+    ParameterHandOver<SoundFxPreset> parameters_;
     std::atomic<bool> active_{false};
     std::atomic<float> inputLevelDb_{-96.0f};
     std::atomic<float> outputLevelDb_{-96.0f};

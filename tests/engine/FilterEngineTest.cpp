@@ -1,10 +1,13 @@
 // The filter engine as its one owner of the live voice: what reaches the audio
-// while a measurement holds the chains, and what views are told.
+// while a measurement holds the chains, what views are told, and changes made
+// while the audio thread runs.
 #include "engine/FilterEngine.h"
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cmath>
+#include <thread>
 #include <vector>
 
 namespace Lumora {
@@ -102,6 +105,50 @@ TEST(FilterEngine, AMovedHoldEndsOnceAndListenersHearEveryChange) {
     engine.removeListener(id);
     engine.setSoundFxActive(false);
     EXPECT_EQ(heard.size(), 4u);
+}
+
+// The interface thread changes the voice while the audio thread runs: every
+// packet must be heard with one whole preset, never half of the last one and
+// half of the next. Both voices give the input back (+6 dB in and -6 dB out, or
+// the reverse); a torn one is 12 dB off.
+TEST(FilterEngine, ChangesWhileAudioFlowsAreHeardWhole) {
+    FilterEngine engine;
+    engine.prepare(kRate);
+    EffectPreset up;
+    up.inputGainDb = 6.0f;
+    up.outputGainDb = -6.0f;
+    EffectPreset down;
+    down.inputGainDb = -6.0f;
+    down.outputGainDb = 6.0f;
+    SoundFxPreset silentEcho; // runs the effects chain without changing the sound
+    silentEcho.delay.enabled = true;
+    silentEcho.delay.wetMix = 0.0f;
+    engine.applyEffectPreset(up);
+    engine.applySoundFxPreset(silentEcho);
+
+    std::atomic<bool> writing{true};
+    int packets = 0, torn = 0;
+    std::thread audio([&] {
+        const std::vector<float> in = tone();
+        while (writing.load() || packets < 50) {
+            const std::vector<float> out = run(engine, in);
+            for (size_t i = 0; i < in.size(); ++i) {
+                if (!(std::fabs(out[i] - in[i]) <= 1e-5f)) {
+                    ++torn;
+                    break;
+                }
+            }
+            ++packets;
+        }
+    });
+    for (int i = 0; i < 20000; ++i) {
+        engine.applyEffectPreset(i % 2 ? up : down);
+        silentEcho.delay.timeMs = i % 2 ? 80.0f : 160.0f;
+        engine.applySoundFxPreset(silentEcho);
+    }
+    writing.store(false);
+    audio.join();
+    EXPECT_EQ(torn, 0) << "of " << packets << " packets";
 }
 
 } // namespace
