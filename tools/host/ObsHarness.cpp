@@ -3,10 +3,15 @@
 #include <obs.h>
 #include <util/base.h>
 
+#include <atomic>
+#include <condition_variable>
 #include <cstdarg>
 #include <cstdio>
 #include <ctime>
+#include <deque>
 #include <filesystem>
+#include <mutex>
+#include <thread>
 
 namespace Lumora {
 
@@ -25,6 +30,80 @@ obs_source_info makeInputInfo() {
     };
     info.destroy = [](void*) {};
     return info;
+}
+
+// The harness's interface thread (see ObsHarness). libobs's UI task handler
+// takes no context, so the one running thread is reached through a global.
+class InterfaceThread {
+public:
+    InterfaceThread() : thread_([this] { run(); }) {}
+    ~InterfaceThread() {
+        {
+            std::lock_guard<std::mutex> lock(mutex_);
+            stopping_ = true;
+        }
+        queued_.notify_one();
+        thread_.join();
+    }
+    InterfaceThread(const InterfaceThread&) = delete;
+    InterfaceThread& operator=(const InterfaceThread&) = delete;
+
+    void queue(obs_task_t task, void* param, bool wait) {
+        if (std::this_thread::get_id() == thread_.get_id()) {
+            task(param);
+            return;
+        }
+        bool ran = false;
+        std::unique_lock<std::mutex> lock(mutex_);
+        tasks_.push_back({task, param, wait ? &ran : nullptr});
+        queued_.notify_one();
+        if (wait) {
+            done_.wait(lock, [&] { return ran; });
+        }
+    }
+
+private:
+    struct Task {
+        obs_task_t task;
+        void* param;
+        bool* ran; // the waiting caller's flag, or null
+    };
+
+    // Runs the tasks in order; what is still queued when the harness ends runs
+    // before the thread does.
+    void run() {
+        std::unique_lock<std::mutex> lock(mutex_);
+        for (;;) {
+            queued_.wait(lock, [&] { return stopping_ || !tasks_.empty(); });
+            if (tasks_.empty()) {
+                return;
+            }
+            const Task next = tasks_.front();
+            tasks_.pop_front();
+            lock.unlock();
+            next.task(next.param);
+            lock.lock();
+            if (next.ran) {
+                *next.ran = true;
+                done_.notify_all();
+            }
+        }
+    }
+
+    std::mutex mutex_;
+    std::condition_variable queued_;
+    std::condition_variable done_;
+    std::deque<Task> tasks_;
+    bool stopping_ = false;
+    std::thread thread_; // last: starts once everything above exists
+};
+
+std::atomic<InterfaceThread*> gInterfaceThread{nullptr};
+
+void queueInterfaceTask(obs_task_t task, void* param, bool wait) {
+    if (InterfaceThread* thread = gInterfaceThread.load(std::memory_order_acquire)) {
+        thread->queue(task, param, wait);
+    }
 }
 
 speaker_layout layoutFor(int channels) {
@@ -70,6 +149,8 @@ ObsHarness::~ObsHarness() {
     if (started_) {
         obs_shutdown();
     }
+    // After libobs: its shutdown may still hand the interface a task.
+    delete gInterfaceThread.exchange(nullptr, std::memory_order_acq_rel);
     base_set_log_handler(nullptr, nullptr);
 }
 
@@ -110,12 +191,20 @@ bool ObsHarness::start(uint32_t sampleRate, int channels, std::string& error) {
         return false;
     }
     started_ = true;
+    if (!gInterfaceThread.load(std::memory_order_acquire)) {
+        gInterfaceThread.store(new InterfaceThread, std::memory_order_release);
+    }
+    obs_set_ui_task_handler(&queueInterfaceTask);
     if (!resetAudio(sampleRate, channels, error)) {
         return false;
     }
     obs_source_info info = makeInputInfo();
     obs_register_source(&info);
     return true;
+}
+
+void ObsHarness::setInterfaceThreadAttached(bool attached) {
+    obs_set_ui_task_handler(attached ? &queueInterfaceTask : nullptr);
 }
 
 bool ObsHarness::resetAudio(uint32_t sampleRate, int channels, std::string& error) {

@@ -17,6 +17,13 @@ namespace Lumora {
 // loads plug-in files, builds a private audio source with a chain of filters and
 // pushes packets through them synchronously. Used by lumora-host and the host
 // tests. One per process (libobs is process-global).
+//
+// Like OBS Studio it has an interface thread: tasks queued with
+// obs_queue_task(OBS_TASK_UI, ...) run there one after another, in the order
+// they came; a caller that asks to wait blocks until its task ran, and a task
+// queued from the interface thread itself runs at once. Without it libobs
+// would drop such tasks, and a plug-in that hands its work to the interface
+// could not be tested here.
 class ObsHarness {
 public:
     ObsHarness();
@@ -59,6 +66,10 @@ public:
     // Returns the CPU seconds the calling thread spent inside libobs.
     double push(const std::vector<const float*>& planes, uint32_t frames,
                 std::vector<std::vector<float>>& out);
+
+    // Takes the interface thread away from libobs, or gives it back: without
+    // it, tasks queued for the interface are dropped, as in a host that has none.
+    void setInterfaceThreadAttached(bool attached);
 
     uint32_t sampleRate() const { return sampleRate_; }
     int channels() const { return channels_; }
