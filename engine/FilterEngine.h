@@ -28,7 +28,9 @@ namespace Lumora {
 // - Every other call runs on one thread, the interface thread. The chains'
 //   hand-overs are built for one writer, and the listeners are called there,
 //   synchronously, after each change. The module hands calls that arrive on
-//   other threads (OBS procedures, hotkeys) to the interface thread first.
+//   other threads (OBS procedures now, hotkeys and obs-websocket later) to the
+//   interface thread first, with obs_queue_task(OBS_TASK_UI, ..., wait): the
+//   caller waits for the interface thread, never the other way round.
 class FilterEngine {
 public:
     // What a change touched; listeners get a combination.

@@ -3,10 +3,10 @@
 #include "engine/FilterEngine.h"
 #include "settings/JsonText.h"
 #include "settings/PresetFile.h"
-#include "ui/InterfaceThread.h"
 
 #include <obs-module.h>
 
+#include <functional>
 #include <string>
 
 namespace Lumora {
@@ -37,14 +37,27 @@ void reply(calldata_t* cd, bool ok, const std::string& error) {
     calldata_set_string(cd, "error", error.c_str());
 }
 
-// Each procedure does its work on the interface thread, where the engine's
-// writers and the open dialog live: the dialog hears of the change at once and
-// its next edit starts from it.
+// OBS calls a procedure on its caller's thread (a script, a plug-in, and later
+// hotkeys and obs-websocket requests), several at once. The engine's writers
+// and the open dialog live on the interface thread, so the work goes there:
+// obs_queue_task(OBS_TASK_UI, ..., wait) runs it at once when already on that
+// thread and otherwise blocks the caller until it ran. The dialog hears of the
+// change at once and its next edit starts from it.
+//
+// A host without an interface thread (no UI task handler) drops the task after
+// logging an error; the reply set beforehand tells the caller so.
+void onInterfaceThread(calldata_t* cd, std::function<void()> work) {
+    calldata_set_bool(cd, "ok", false);
+    calldata_set_string(cd, "error", "no interface thread to run on");
+    obs_queue_task(
+        OBS_TASK_UI, [](void* param) { (*static_cast<const std::function<void()>*>(param))(); },
+        &work, true);
+}
 
 void applyEffect(void* data, calldata_t* cd) {
     auto* engine = static_cast<FilterEngine*>(data);
     const std::string json = jsonArgument(cd);
-    runOnInterfaceThread([&] {
+    onInterfaceThread(cd, [&] {
         std::string name;
         if (storedName(json, name)) {
             std::optional<SavedEffectPreset> saved;
@@ -74,7 +87,7 @@ void applyEffect(void* data, calldata_t* cd) {
 void applySoundFx(void* data, calldata_t* cd) {
     auto* engine = static_cast<FilterEngine*>(data);
     const std::string json = jsonArgument(cd);
-    runOnInterfaceThread([&] {
+    onInterfaceThread(cd, [&] {
         std::string name;
         if (storedName(json, name)) {
             std::optional<SavedSoundFxPreset> saved;
@@ -101,7 +114,7 @@ void applySoundFx(void* data, calldata_t* cd) {
 
 void getEffect(void* data, calldata_t* cd) {
     auto* engine = static_cast<FilterEngine*>(data);
-    runOnInterfaceThread([&] {
+    onInterfaceThread(cd, [&] {
         SavedEffectPreset current;
         current.preset = engine->effectPreset();
         current.name = current.preset.name.empty() ? engine->lastPresetName() : current.preset.name;
@@ -114,7 +127,7 @@ void getEffect(void* data, calldata_t* cd) {
 
 void getSoundFx(void* data, calldata_t* cd) {
     auto* engine = static_cast<FilterEngine*>(data);
-    runOnInterfaceThread([&] {
+    onInterfaceThread(cd, [&] {
         SavedSoundFxPreset current;
         current.preset = engine->soundFxPreset();
         calldata_set_string(cd, "result", soundFxPresetText(current).c_str());

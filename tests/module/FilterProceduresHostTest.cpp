@@ -1,5 +1,6 @@
 // The filter's procedures in the real libobs: presets given as JSON or by name,
-// what they do to packets, and a voice that survives a restart of the host.
+// what they do to packets, calls from several threads while audio flows, and a
+// voice that survives a restart of the host.
 #include "HostEnvironment.h"
 
 #include "settings/PresetFile.h"
@@ -7,12 +8,14 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <thread>
 
 namespace fs = std::filesystem;
 using namespace Lumora;
@@ -97,6 +100,46 @@ std::string makeTempFolder() {
     return mkdtemp(folder) ? folder : "";
 }
 
+// Two cleaning voices that each come out at the level they went in: +6 dB in
+// and -6 dB out, or the other way round. Audio that hears half of one and half
+// of the other comes out 12 dB off.
+std::string balancedPresetJson(float inputGainDb, const std::string& name) {
+    SavedEffectPreset preset;
+    preset.name = name;
+    preset.preset.inputGainDb = inputGainDb;
+    preset.preset.outputGainDb = -inputGainDb;
+    return effectPresetText(preset);
+}
+
+// An echo that is not heard (no wet signal), told apart by its time.
+std::string silentEchoJson(float timeMs) {
+    SavedSoundFxPreset fx;
+    fx.preset.delay.enabled = true;
+    fx.preset.delay.timeMs = timeMs;
+    fx.preset.delay.wetMix = 0.0f;
+    return soundFxPresetText(fx);
+}
+
+bool isOneOfTheEffectVoices(const std::string& json) {
+    SavedEffectPreset p;
+    return parseEffectPresetText(json, p) &&
+           ((p.name == "up" && p.preset.inputGainDb == 6.0f && p.preset.outputGainDb == -6.0f) ||
+            (p.name == "down" && p.preset.inputGainDb == -6.0f && p.preset.outputGainDb == 6.0f));
+}
+
+bool isOneOfTheEchoes(const std::string& json) {
+    SavedSoundFxPreset p;
+    return parseSoundFxPresetText(json, p) && p.preset.delay.enabled &&
+           (p.preset.delay.timeMs == 80.0f || p.preset.delay.timeMs == 160.0f);
+}
+
+// What one calling thread saw; checked on the test's thread.
+struct CallerLog {
+    int refused = 0;
+    int foreignVoices = 0;
+    std::string firstError;
+};
+
 } // namespace
 
 TEST(FilterProceduresHost, JsonPresetGovernsTheFirstTwoChannelsOnly) {
@@ -150,7 +193,86 @@ TEST(FilterProceduresHost, GetReturnsWhatWasApplied) {
     host().removeAllFilters();
 }
 
-TEST(FilterProceduresHost, BadInputIsRefusedAndChangesNothing) {
+// Procedures arrive on whatever thread their caller is on (scripts, plug-ins,
+// later hotkeys and obs-websocket) while the audio thread runs the filter. The
+// work goes to the host's interface thread one call at a time: no call is lost
+// or refused, every read is a voice someone applied, and every packet is heard
+// with one whole voice.
+TEST(FilterProceduresHost, CallsFromTwoThreadsWhileAudioFlowsAreEachAnsweredWhole) {
+    std::string error;
+    ASSERT_TRUE(host().resetAudio(48000, 2, error)) << error;
+    obs_source_t* filter = host().addFilter("lumora_filter", "", error);
+    ASSERT_NE(filter, nullptr) << error;
+    const std::string voices[2] = {balancedPresetJson(6.0f, "up"),
+                                   balancedPresetJson(-6.0f, "down")};
+    const std::string echoes[2] = {silentEchoJson(80.0f), silentEchoJson(160.0f)};
+    ASSERT_TRUE(call(filter, "apply_effect_preset", voices[0]).ok);
+    ASSERT_TRUE(call(filter, "apply_sound_fx_preset", echoes[0]).ok);
+
+    std::atomic<bool> calling{true};
+    int packets = 0, wrongPackets = 0;
+    std::thread audio([&] {
+        const auto in = makeSignal(2, 480, 0.1f);
+        std::vector<std::vector<float>> out(2);
+        while (calling.load() || packets < 20) {
+            out[0].clear();
+            out[1].clear();
+            host().push({in[0].data(), in[1].data()}, 480, out);
+            // Whole voices give the input back to rounding; a torn one is 12 dB
+            // off, and a sample that is not a number fails the comparison too.
+            bool whole = out[0].size() == in[0].size() && out[1].size() == in[1].size();
+            for (size_t c = 0; whole && c < 2; ++c) {
+                for (size_t i = 0; whole && i < in[c].size(); ++i) {
+                    whole = std::fabs(out[c][i] - in[c][i]) <= 1e-5f;
+                }
+            }
+            wrongPackets += whole ? 0 : 1;
+            ++packets;
+        }
+    });
+
+    constexpr int kRounds = 150;
+    CallerLog logs[2];
+    auto caller = [&](int who) {
+        CallerLog& log = logs[who];
+        for (int i = 0; i < kRounds; ++i) {
+            const int pick = (i + who) % 2;
+            const CallResult results[4] = {
+                call(filter, "apply_effect_preset", voices[pick]),
+                call(filter, "get_effect_preset", ""),
+                call(filter, "apply_sound_fx_preset", echoes[1 - pick]),
+                call(filter, "get_sound_fx_preset", ""),
+            };
+            for (const CallResult& r : results) {
+                if (!r.called || !r.ok) {
+                    ++log.refused;
+                    if (log.firstError.empty()) {
+                        log.firstError = r.called ? r.error : "no such procedure";
+                    }
+                }
+            }
+            log.foreignVoices += isOneOfTheEffectVoices(results[1].result) ? 0 : 1;
+            log.foreignVoices += isOneOfTheEchoes(results[3].result) ? 0 : 1;
+        }
+    };
+    std::thread first(caller, 0);
+    std::thread second(caller, 1);
+    first.join();
+    second.join();
+    calling.store(false);
+    audio.join();
+
+    for (const CallerLog& log : logs) {
+        EXPECT_EQ(log.refused, 0) << log.firstError;
+        EXPECT_EQ(log.foreignVoices, 0);
+    }
+    EXPECT_EQ(wrongPackets, 0) << "of " << packets << " packets";
+    EXPECT_TRUE(isOneOfTheEffectVoices(call(filter, "get_effect_preset", "").result));
+    EXPECT_TRUE(isOneOfTheEchoes(call(filter, "get_sound_fx_preset", "").result));
+    host().removeAllFilters();
+}
+
+TEST(FilterProceduresHost, RefusedCallsSayWhyAndChangeNothing) {
     std::string error;
     ASSERT_TRUE(host().resetAudio(48000, 2, error)) << error;
     obs_source_t* filter = host().addFilter("lumora_filter", "", error);
@@ -161,6 +283,15 @@ TEST(FilterProceduresHost, BadInputIsRefusedAndChangesNothing) {
         EXPECT_FALSE(r.error.empty()) << bad;
         EXPECT_FALSE(call(filter, "apply_sound_fx_preset", bad).ok) << bad;
     }
+    // A host with no interface thread (libobs without OBS Studio's window, in
+    // some other program) drops the work: the caller still hears why.
+    host().setInterfaceThreadAttached(false);
+    const CallResult dropped = call(filter, "apply_effect_preset", gainPresetJson(6.0f));
+    const CallResult unread = call(filter, "get_effect_preset", "");
+    host().setInterfaceThreadAttached(true);
+    EXPECT_FALSE(dropped.ok);
+    EXPECT_EQ(dropped.error, "no interface thread to run on");
+    EXPECT_FALSE(unread.ok);
     std::vector<std::vector<float>> in;
     const auto out = pushSignal(2, in);
     EXPECT_EQ(out[0], in[0]); // still a pass-through
