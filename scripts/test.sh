@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Builds everything and runs every test: the Qt of the installed OBS (Qt 5 on
-# Debian 12) with the host tests in the real libobs, then the Qt 6 build that the
-# Windows target uses (compile and unit tests), so the two never drift apart.
+# Debian 12) with the host tests in the real libobs, the engine and the host
+# tests again under ThreadSanitizer, then the Qt 6 build that the Windows target
+# uses (compile and unit tests), so the two never drift apart.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -14,6 +15,13 @@ summary=$(mktemp)
 cmake --preset ci >/dev/null
 cmake --build --preset ci -j "$jobs"
 xvfb-run -a -s "-screen 0 1280x1024x24" ctest --preset ci -j "$jobs" | tee -a "$summary"
+
+# The engine and the host tests under ThreadSanitizer: procedures called from
+# several threads while audio flows. Only those two test programs are built; the
+# first report stops its test (halt_on_error in the tsan test preset) and fails it.
+cmake --preset tsan >/dev/null
+cmake --build --preset tsan -j "$jobs"
+xvfb-run -a -s "-screen 0 1280x1024x24" ctest --preset tsan -j "$jobs" | tee -a "$summary"
 
 cmake --preset qt6 >/dev/null
 cmake --build --preset qt6 -j "$jobs"
@@ -32,6 +40,6 @@ trap 'rm -rf "$fuzz_corpus" "$summary"' EXIT
 build-fuzz/tests/fuzz/fuzz-settings -max_total_time=45 -print_final_stats=1 \
   -artifact_prefix=build-fuzz/artifacts/ "$fuzz_corpus" tests/fuzz/corpus
 
-# Both builds' test counts on one closing line.
+# Every build's test counts on one closing line.
 awk '/tests passed, [0-9]+ tests failed out of/ {
   total += $NF; failed += $4 } END { printf "tests: %d passed, %d failed\n", total - failed, failed }' "$summary"
