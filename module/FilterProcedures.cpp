@@ -7,6 +7,7 @@
 #include <obs-module.h>
 
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace Lumora {
@@ -54,33 +55,51 @@ void onInterfaceThread(calldata_t* cd, std::function<void()> work) {
         &work, true);
 }
 
+// A procedure's preset argument: {"name": "..."} for the preset stored under
+// that name (`storedAs` gets the name), anything else the preset object itself.
+// Nothing, with the error replied, when it is neither.
+template <typename Saved>
+std::optional<Saved> readPreset(calldata_t* cd, const std::string& json, SettingsStore* store,
+                                std::optional<Saved> (SettingsStore::*find)(const std::string&),
+                                bool (*parse)(std::string_view, Saved&), const std::string& kind,
+                                std::string& storedAs) {
+    std::string name;
+    if (storedName(json, name)) {
+        std::optional<Saved> saved = store ? (store->*find)(name) : std::nullopt;
+        if (!saved) {
+            reply(cd, false, "no " + kind + " named \"" + name + "\"");
+        }
+        storedAs = name;
+        return saved;
+    }
+    Saved preset;
+    if (!parse(json, preset)) {
+        reply(cd, false, "not a valid " + kind + " object");
+        return std::nullopt;
+    }
+    return preset;
+}
+
 void applyEffect(void* data, calldata_t* cd) {
     auto* engine = static_cast<FilterEngine*>(data);
     const std::string json = jsonArgument(cd);
     onInterfaceThread(cd, [&] {
-        std::string name;
-        if (storedName(json, name)) {
-            std::optional<SavedEffectPreset> saved;
-            if (engine->store()) {
-                saved = engine->store()->findEffectPreset(name);
-            }
-            if (!saved) {
-                reply(cd, false, "no effect preset named \"" + name + "\"");
-                return;
-            }
-            engine->applyEffectPreset(*saved);
-            engine->setLastPresetName(name);
-            const bool kept = engine->saveAppFields();
-            reply(cd, kept, kept ? "" : "applied, but the settings file could not be written");
+        std::string storedAs;
+        const std::optional<SavedEffectPreset> preset =
+            readPreset(cd, json, engine->store(), &SettingsStore::findEffectPreset,
+                       &parseEffectPresetText, "effect preset", storedAs);
+        if (!preset) {
             return;
         }
-        SavedEffectPreset preset;
-        if (!parseEffectPresetText(json, preset)) {
-            reply(cd, false, "not an effect preset object");
+        engine->applyEffectPreset(*preset);
+        if (storedAs.empty()) {
+            reply(cd, true, "");
             return;
         }
-        engine->applyEffectPreset(preset);
-        reply(cd, true, "");
+        // Applied by name, it is the preset a new filter starts with.
+        engine->setLastPresetName(storedAs);
+        const bool kept = engine->saveAppFields();
+        reply(cd, kept, kept ? "" : "applied, but the settings file could not be written");
     });
 }
 
@@ -88,27 +107,14 @@ void applySoundFx(void* data, calldata_t* cd) {
     auto* engine = static_cast<FilterEngine*>(data);
     const std::string json = jsonArgument(cd);
     onInterfaceThread(cd, [&] {
-        std::string name;
-        if (storedName(json, name)) {
-            std::optional<SavedSoundFxPreset> saved;
-            if (engine->store()) {
-                saved = engine->store()->findSoundFxPreset(name);
-            }
-            if (!saved) {
-                reply(cd, false, "no sound-effect preset named \"" + name + "\"");
-                return;
-            }
-            engine->applySoundFxPreset(saved->preset);
+        std::string storedAs;
+        const std::optional<SavedSoundFxPreset> preset =
+            readPreset(cd, json, engine->store(), &SettingsStore::findSoundFxPreset,
+                       &parseSoundFxPresetText, "sound-effect preset", storedAs);
+        if (preset) {
+            engine->applySoundFxPreset(preset->preset);
             reply(cd, true, "");
-            return;
         }
-        SavedSoundFxPreset preset;
-        if (!parseSoundFxPresetText(json, preset)) {
-            reply(cd, false, "not a sound-effect preset object");
-            return;
-        }
-        engine->applySoundFxPreset(preset.preset);
-        reply(cd, true, "");
     });
 }
 
