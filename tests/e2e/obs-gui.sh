@@ -60,6 +60,11 @@ if [ -n "$win" ]; then
   # track's teal showing at its left end).
   dialog=$(xdotool search --name "^Tindra$" | head -1)
   if [ -n "$dialog" ]; then
+    # Without a window manager nothing raises a window that is clicked: the
+    # Filters window may still cover the dialog.
+    xdotool windowraise "$dialog"
+    xdotool windowfocus --sync "$dialog" 2>/dev/null || true
+    sleep 1
     eval "$(xdotool getwindowgeometry --shell "$dialog")"
     xdotool mousemove $((X + 291)) $((Y + 740)) click 1
     sleep 2
