@@ -1,9 +1,14 @@
 #include "PanelTestSupport.h"
 
 #include "dsp/VoiceChain.h"
+#include "settings/PresetFile.h"
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDoubleSpinBox>
+#include <QInputDialog>
+#include <QLineEdit>
+#include <QTest>
 #include <QTimer>
 
 #include <cmath>
@@ -38,6 +43,40 @@ void answerNextMessageBox(QMessageBox::StandardButton button, QString* title, QS
         poll->deleteLater();
     });
     poll->start();
+}
+
+void typeIntoNextInputDialog(const QString& text, bool accept) {
+    auto* poll = new QTimer;
+    poll->setInterval(20);
+    QObject::connect(poll, &QTimer::timeout, poll, [poll, text, accept] {
+        auto* dialog = qobject_cast<QInputDialog*>(QApplication::activeModalWidget());
+        if (!dialog) {
+            return;
+        }
+        poll->stop();
+        poll->deleteLater();
+        QLineEdit* edit = dialog->findChild<QDoubleSpinBox*>()->findChild<QLineEdit*>();
+        edit->selectAll();
+        QTest::keyClicks(edit, text);
+        if (accept) {
+            QTest::keyClick(edit, Qt::Key_Return);
+        } else {
+            dialog->reject();
+        }
+    });
+    poll->start();
+}
+
+std::string fileText(const EffectPreset& preset) {
+    SavedEffectPreset saved;
+    saved.preset = preset;
+    return effectPresetText(saved);
+}
+
+std::string fileText(const SoundFxPreset& preset) {
+    SavedSoundFxPreset saved;
+    saved.preset = preset;
+    return soundFxPresetText(saved);
 }
 
 TempStore::TempStore() : store(std::make_unique<SettingsStore>(dir.path().toStdString())) {}

@@ -4,6 +4,7 @@
 // settings folders of their own, signals through the real chains.
 
 #include "dsp/EffectPreset.h"
+#include "dsp/SoundFxPreset.h"
 #include "settings/SettingsStore.h"
 
 #include <QMessageBox>
@@ -13,6 +14,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace Lumora {
@@ -34,6 +36,15 @@ struct TempStore {
     SettingsStore* operator->() { return store.get(); }
     SettingsStore* get() { return store.get(); }
 };
+
+// A preset as the settings file keeps it: equal texts, equal settings (every
+// field the file stores, whatever fields the presets gain).
+std::string fileText(const EffectPreset& preset);
+std::string fileText(const SoundFxPreset& preset);
+
+// Types `text` into the number entry a knob opens on a double-click, then
+// presses Enter (or cancels). Polls from a timer because the entry is modal.
+void typeIntoNextInputDialog(const QString& text, bool accept = true);
 
 // A name prompt for the panels that answers `name` (or cancels when empty).
 std::function<bool(const QString&, const QString&, QString&)> answerName(const QString& name);
