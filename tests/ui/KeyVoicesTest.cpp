@@ -2,8 +2,8 @@
 // built-in key assignments of a fresh settings folder): arrow keys switching
 // voices, what the dialog shows when it opens and after each change, edits and
 // keys during a measurement, and changes that arrive from another thread.
+#include "PanelTestSupport.h"
 #include "engine/FilterEngine.h"
-#include "settings/PresetFile.h"
 #include "ui/DiagnosisPresenter.h"
 #include "ui/EffectPanel.h"
 #include "ui/FxPage.h"
@@ -134,17 +134,7 @@ TEST_F(KeyVoices, UnassignedKeyIsHeldButAppliesNothingAndRestoresTheDefault) {
 
 namespace Lumora {
 
-// The record as the settings file would keep it: equal texts, equal settings.
-std::string text(const EffectPreset& p) {
-    SavedEffectPreset saved;
-    saved.preset = p;
-    return effectPresetText(saved);
-}
-std::string text(const SoundFxPreset& p) {
-    SavedSoundFxPreset saved;
-    saved.preset = p;
-    return soundFxPresetText(saved);
-}
+using PanelTest::fileText;
 
 // Moves a knob to the other end of its range as a user would, signal and all.
 void turn(Knob* knob) {
@@ -155,16 +145,16 @@ void turn(Knob* knob) {
 TEST_F(KeyVoices, PanelEditsReachTheFilterAtOnce) {
     QList<Knob*> knobs = dialog->effectPanel()->findChildren<Knob*>();
     ASSERT_FALSE(knobs.isEmpty());
-    const std::string before = text(state->chain().getParameters());
+    const std::string before = fileText(state->chain().getParameters());
     turn(knobs.front());
-    EXPECT_NE(text(state->chain().getParameters()), before);
+    EXPECT_NE(fileText(state->chain().getParameters()), before);
     EXPECT_TRUE(state->chain().getParameters().active);
 
     QList<Knob*> fxKnobs = dialog->soundFxPanel()->findChildren<Knob*>();
     ASSERT_FALSE(fxKnobs.isEmpty());
-    const std::string fxBefore = text(state->effects().getParameters());
+    const std::string fxBefore = fileText(state->effects().getParameters());
     turn(fxKnobs.front());
-    EXPECT_NE(text(state->effects().getParameters()), fxBefore);
+    EXPECT_NE(fileText(state->effects().getParameters()), fxBefore);
 }
 
 TEST_F(KeyVoices, ChoosingADefaultVoiceIsHeardAtOnceAndAfterEveryKey) {
