@@ -29,29 +29,8 @@ namespace Lumora {
 namespace {
 
 using PanelTest::answerNextMessageBox;
+using PanelTest::fileText;
 using PanelTest::measureGainDb;
-
-bool sameFields(const CompParams& a, const CompParams& b) {
-    return a.enabled == b.enabled && a.thresholdDb == b.thresholdDb && a.ratio == b.ratio &&
-           a.kneeDb == b.kneeDb && a.attackMs == b.attackMs && a.releaseMs == b.releaseMs &&
-           a.makeupGainDb == b.makeupGainDb;
-}
-
-bool sameFields(const GateParams& a, const GateParams& b) {
-    return a.enabled == b.enabled && a.thresholdDb == b.thresholdDb && a.attackMs == b.attackMs &&
-           a.holdMs == b.holdMs && a.releaseMs == b.releaseMs && a.rangeDb == b.rangeDb;
-}
-
-bool samePreset(const EffectPreset& a, const EffectPreset& b) {
-    // Every field the panel edits, compared as the chain would see them.
-    return EqCurveDisplay::sameParameters(a.eq, b.eq) && sameFields(a.comp, b.comp) &&
-           a.limiter.enabled == b.limiter.enabled && a.limiter.ceilingDb == b.limiter.ceilingDb &&
-           a.limiter.releaseMs == b.limiter.releaseMs && sameFields(a.gate, b.gate) &&
-           a.spectral.enabled == b.spectral.enabled && a.spectral.amount == b.spectral.amount &&
-           a.spectral.profileDb == b.spectral.profileDb && a.noise.enabled == b.noise.enabled &&
-           a.noise.attenLimitDb == b.noise.attenLimitDb && a.noise.mix == b.noise.mix &&
-           a.inputGainDb == b.inputGainDb && a.outputGainDb == b.outputGainDb;
-}
 
 EffectPreset somePreset() {
     EffectPreset p = SoundShapes::panelDefaults();
@@ -81,43 +60,6 @@ TEST(EffectPanel, LoadedValuesAreClampedByTheKnobsAndLoadingEmitsNothing) {
     EXPECT_FALSE(panel.noiseLearned());
 }
 
-TEST(EffectPanel, ConstructionValuesAreTheKnobTable) {
-    EffectPanel panel(nullptr);
-    struct Row {
-        const char* name;
-        double min, max, def;
-        const char* suffix;
-        bool log;
-    };
-    const Row table[] = {
-        {"spectralAmount", 0, 100, 75, "%", false},
-        {"noiseAttenuation", 0, 100, 40, "dB", false},
-        {"noiseBlend", 0, 100, 80, "%", false},
-        {"gateThreshold", -80, -20, -55, "dB", false},
-        {"gateAttack", 1, 50, 5, "ms", false},
-        {"gateHold", 10, 500, 150, "ms", false},
-        {"gateRelease", 50, 1000, 200, "ms", false},
-        {"lowCutHz", 60, 200, 100, "Hz", true},
-        {"highCutHz", 2000, 20000, 16000, "Hz", true},
-        {"highCutQ", 0.3, 2.0, 0.707, "", false},
-        {"compThreshold", -40, -6, -20, "dB", false},
-        {"compRatio", 1, 6, 2, ":1", false},
-        {"compKnee", 0, 12, 0, "dB", false},
-        {"compAttack", 1, 100, 10, "ms", false},
-        {"compMakeup", 0, 24, 0, "dB", false},
-        {"limiterCeiling", -6, -1, -2, "dB", false},
-    };
-    for (const Row& r : table) {
-        const Knob* k = panel.findChild<Knob*>(QString::fromLatin1(r.name));
-        ASSERT_NE(k, nullptr) << r.name;
-        EXPECT_DOUBLE_EQ(k->minimum(), r.min) << r.name;
-        EXPECT_DOUBLE_EQ(k->maximum(), r.max) << r.name;
-        EXPECT_NEAR(k->value(), r.def, 1e-6) << r.name;
-        EXPECT_EQ(k->suffix(), QString::fromLatin1(r.suffix)) << r.name;
-        EXPECT_EQ(k->isLogarithmic(), r.log) << r.name;
-    }
-}
-
 TEST(EffectPanel, EveryKnobEditIsEmittedAtOnceAndLandsInThePreset) {
     EffectPanel panel(nullptr);
     panel.setEasyMode(false);
@@ -133,10 +75,11 @@ TEST(EffectPanel, EveryKnobEditIsEmittedAtOnceAndLandsInThePreset) {
         const int count = edits.count();
         k->setValue(k->value() == k->maximum() ? k->minimum() : k->maximum());
         EXPECT_EQ(edits.count(), count + 1) << k->objectName().toStdString();
-        EXPECT_FALSE(samePreset(before, panel.currentPreset())) << k->objectName().toStdString();
+        EXPECT_NE(fileText(before), fileText(panel.currentPreset()))
+            << k->objectName().toStdString();
         ++checked;
     }
-    EXPECT_GE(checked, 16 + 3 * 4); // the table's knobs and four male-voice band rows
+    EXPECT_GE(checked, 16 + 3 * 4); // sixteen knobs and four male-voice band rows
 }
 
 TEST(EffectPanel, SwitchesModesAndShapesAreEditsToo) {
@@ -193,7 +136,7 @@ TEST(EffectPanel, CancelOnResetChangesNothingAndOkResetsAllButTheProfile) {
     panel.resetButton()->click();
     EXPECT_EQ(title, QStringLiteral("Reset"));
     EXPECT_EQ(text, QStringLiteral("Reset to defaults?"));
-    EXPECT_TRUE(samePreset(panel.currentPreset(), p));
+    EXPECT_EQ(fileText(panel.currentPreset()), fileText(p));
     EXPECT_EQ(edits.count(), 0);
     EXPECT_EQ(resets.count(), 0);
 
@@ -203,7 +146,7 @@ TEST(EffectPanel, CancelOnResetChangesNothingAndOkResetsAllButTheProfile) {
     EXPECT_EQ(edits.count(), 1);
     EffectPreset expected = SoundShapes::panelDefaults();
     expected.spectral.profileDb = p.spectral.profileDb; // the room stays learned
-    EXPECT_TRUE(samePreset(panel.currentPreset(), expected));
+    EXPECT_EQ(fileText(panel.currentPreset()), fileText(expected));
     EXPECT_DOUBLE_EQ(panel.findChild<Knob*>(QStringLiteral("gateHold"))->value(), 150.0);
     applyLanguage(QStringLiteral("ja"));
 }
@@ -423,28 +366,6 @@ TEST(EffectPanel, ForgettingTheFilterWhileLearningPutsItsChainsBack) {
     EXPECT_TRUE(state.effects().isActive());
     EXPECT_FLOAT_EQ(state.chain().getParameters().gate.thresholdDb, -42.0f);
     EXPECT_FALSE(panel.noiseControls()->learnButton()->isEnabled());
-}
-
-TEST(EffectPanel, EasyModeKeepsTheMainKnobsAndHidesTheRest) {
-    EffectPanel panel(nullptr);
-    panel.loadPreset(somePreset());
-    panel.resize(470, 900);
-    panel.show();
-    auto visible = [&](const char* name) {
-        return panel.findChild<Knob*>(QString::fromLatin1(name))->isVisibleTo(&panel);
-    };
-    EXPECT_TRUE(visible("gateThreshold"));
-    EXPECT_TRUE(visible("lowCutHz"));
-    EXPECT_TRUE(visible("compThreshold"));
-    EXPECT_TRUE(visible("limiterCeiling"));
-    EXPECT_FALSE(visible("gateHold"));
-    EXPECT_FALSE(visible("compKnee"));
-    EXPECT_FALSE(visible("highCutQ"));
-    panel.setEasyMode(false);
-    EXPECT_TRUE(visible("gateHold"));
-    EXPECT_TRUE(visible("compKnee"));
-    EXPECT_TRUE(visible("highCutQ"));
-    EXPECT_TRUE(panel.eqControls()->bandRow(0)->isVisibleTo(&panel));
 }
 
 TEST(EffectPanel, SavingAsksForANameAndStoresTheCurrentSettings) {
