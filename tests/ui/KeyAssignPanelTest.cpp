@@ -79,15 +79,9 @@ TEST(KeyAssignPanel, EditsOnThePageAreSavedAtOnce) {
     EXPECT_FALSE(rig.store->load().keyAssignments.keys[3].hasSoundFxPreset);
 }
 
-TEST(KeyAssignPanel, PlateCardsAndChoosersAreNamedAndFilled) {
+TEST(KeyAssignPanel, ChoosersShowTheSlotsPresetsAndAMissingOneAsMissing) {
     applyLanguage(QStringLiteral("ja"));
     KeyRig rig;
-    EXPECT_EQ(rig.panel->crossPlate()->objectName(), QStringLiteral("crossPlate"));
-    EXPECT_EQ(rig.panel->settingsCard()->objectName(), QStringLiteral("settingsCard"));
-    EXPECT_EQ(rig.panel->keyCap(kDefaultSlot)->name(), QStringLiteral("デフォルト"));
-    EXPECT_EQ(rig.panel->keyNameEdit()->placeholderText(), QStringLiteral("例: 歌框モード"));
-    EXPECT_EQ(rig.panel->toggleChoice()->text(), QStringLiteral("🔁 切り替え"));
-    EXPECT_EQ(rig.panel->momentaryChoice()->text(), QStringLiteral("◎ 押した時だけ"));
     // The seeded slot 0 shows its built-in combination.
     rig.panel->selectSlot(0);
     EXPECT_EQ(rig.panel->soundFxChooser()->currentText(),
