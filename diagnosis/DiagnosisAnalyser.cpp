@@ -1,5 +1,7 @@
 #include "diagnosis/DiagnosisAnalyser.h"
 
+#include "dsp/FilterDesign.h"
+
 #include "dsp/DenormalGuard.h"
 
 #include <ebur128.h>
@@ -44,45 +46,15 @@ float clampLufs(double v) {
         std::clamp(v, static_cast<double>(kMinLufs), static_cast<double>(kMaxLufs)));
 }
 
-// Second-order low- or high-pass (Q = 1/1.414). The corner is kept at or below
-// Nyquist: above it the coefficients would describe an unstable filter.
-void designBand(double rate, double hz, bool highPass, double& b0, double& b1, double& b2,
-                double& a1, double& a2) {
-    const double f = std::min(hz, rate * 0.5);
-    const double w = 2.0 * kPi * f / rate;
-    const double cw = std::cos(w);
-    const double alpha = std::sin(w) / 1.414;
-    const double a0 = 1.0 + alpha;
-    if (highPass) {
-        b0 = (1.0 + cw) / 2.0 / a0;
-        b1 = -(1.0 + cw) / a0;
-    } else {
-        b0 = (1.0 - cw) / 2.0 / a0;
-        b1 = (1.0 - cw) / a0;
-    }
-    b2 = b0;
-    a1 = -2.0 * cw / a0;
-    a2 = (1.0 - alpha) / a0;
-}
-
-double powerResponse(double rate, double bandHz, bool highPass, double hz) {
-    double b0, b1, b2, a1, a2;
-    designBand(rate, bandHz, highPass, b0, b1, b2, a1, a2);
-    const double w = 2.0 * kPi * hz / rate;
-    const double c1 = std::cos(w), s1 = std::sin(w), c2 = std::cos(2.0 * w), s2 = std::sin(2.0 * w);
-    const double nr = b0 + b1 * c1 + b2 * c2, ni = -(b1 * s1 + b2 * s2);
-    const double dr = 1.0 + a1 * c1 + a2 * c2, di = -(a1 * s1 + a2 * s2);
-    return (nr * nr + ni * ni) / (dr * dr + di * di);
-}
-
 } // namespace
 
 double DiagnosisAnalyser::lowBandPower(double rate, double hz) {
-    return powerResponse(rate, kLowBandHz, false, hz);
+    return FilterDesign::powerResponse(
+        FilterDesign::highCut(kLowBandHz, FilterDesign::kButterworthQ, rate), hz, rate);
 }
 
 double DiagnosisAnalyser::highBandPower(double rate, double hz) {
-    return powerResponse(rate, kHighBandHz, true, hz);
+    return FilterDesign::powerResponse(FilterDesign::lowCut(kHighBandHz, rate), hz, rate);
 }
 
 struct DiagnosisAnalyser::LoudnessMeter {
@@ -133,16 +105,14 @@ void DiagnosisAnalyser::prepare(double sampleRate) {
     smoothCoeff_ = 1.0 - std::exp(-1.0 / (rate * kSmoothingSeconds));
     peakDecay_ = std::exp(-1.0 / (rate * kPeakDecaySeconds));
 
-    lowPass_ = Biquad{};
-    highPass_ = Biquad{};
-    designBand(rate, kLowBandHz, false, lowPass_.b0, lowPass_.b1, lowPass_.b2, lowPass_.a1,
-               lowPass_.a2);
-    designBand(rate, kHighBandHz, true, highPass_.b0, highPass_.b1, highPass_.b2, highPass_.a1,
-               highPass_.a2);
-    for (Biquad& section : burstPass_) {
-        section = Biquad{};
-        designBand(rate, kBurstBandHz, false, section.b0, section.b1, section.b2, section.a1,
-                   section.a2);
+    lowPass_.setCoefficients(FilterDesign::highCut(kLowBandHz, FilterDesign::kButterworthQ, rate));
+    lowPass_.reset();
+    highPass_.setCoefficients(FilterDesign::lowCut(kHighBandHz, rate));
+    highPass_.reset();
+    for (PreciseBiquad& section : burstPass_) {
+        section.setCoefficients(
+            FilterDesign::highCut(kBurstBandHz, FilterDesign::kButterworthQ, rate));
+        section.reset();
     }
     burstWindow_ = std::max(1, static_cast<int>(std::lround(rate * kBurstWindowSeconds)));
     burstDecay_ = std::pow(std::exp(-1.0 / (rate * kPeakDecaySeconds)), 2.0 * burstWindow_);
@@ -240,9 +210,9 @@ void DiagnosisAnalyser::process(const float* samples, int n) {
             clipped = clipped || a >= kClipThreshold;
             const double d = v;
             sum += d * d;
-            const double lo = lowPass_.run(d);
+            const double lo = lowPass_.processSample(d);
             sumLow += lo * lo;
-            const double hi = highPass_.run(d);
+            const double hi = highPass_.processSample(d);
             sumHigh += hi * hi;
             trackLowBursts(d);
         }
@@ -347,7 +317,7 @@ void DiagnosisAnalyser::process(const float* samples, int n) {
 // block size; the loudest window is held and decays like the peak (the decay
 // is applied per window, as a mean square falls at twice the amplitude's rate).
 void DiagnosisAnalyser::trackLowBursts(double x) {
-    const double low = burstPass_[1].run(burstPass_[0].run(x));
+    const double low = burstPass_[1].processSample(burstPass_[0].processSample(x));
     burstSum_ += low * low;
     if (++burstFill_ < burstWindow_) {
         return;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "dsp/Biquad.h"
+
 #include "diagnosis/AudioMetrics.h"
 #include "dsp/Fft.h"
 
@@ -65,16 +67,6 @@ public:
     int bandLastBin(int band) const { return bandHi_[static_cast<size_t>(band)]; }
 
 private:
-    struct Biquad {
-        double b0 = 0.0, b1 = 0.0, b2 = 0.0, a1 = 0.0, a2 = 0.0;
-        double z1 = 0.0, z2 = 0.0;
-        double run(double x) {
-            const double y = b0 * x + z1;
-            z1 = b1 * x - a1 * y + z2;
-            z2 = b2 * x - a2 * y;
-            return y;
-        }
-    };
     // libebur128's state, behind a type of ours (its own is an anonymous struct
     // and cannot be declared ahead).
     struct LoudnessMeter;
@@ -98,10 +90,10 @@ private:
     // Audio-thread state.
     double smoothedMs_ = 0.0;
     double heldPeak_ = 0.0;
-    Biquad lowPass_;
-    Biquad highPass_;
+    PreciseBiquad lowPass_;
+    PreciseBiquad highPass_;
     // Fourth order (two sections) below 100 Hz, summed over 10 ms windows.
-    Biquad burstPass_[2];
+    PreciseBiquad burstPass_[2];
     double burstSum_ = 0.0;
     int burstFill_ = 0;
     int burstWindow_ = 480;

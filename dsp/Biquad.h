@@ -6,38 +6,51 @@ namespace Lumora {
 
 // Coefficients of a second-order section, a0 normalised to 1. The default is the
 // identity (b0 = 1, everything else 0).
-struct BiquadCoefficients {
-    float b0 = 1.0f;
-    float b1 = 0.0f;
-    float b2 = 0.0f;
-    float a1 = 0.0f;
-    float a2 = 0.0f;
+template <typename T>
+struct BiquadCoeffs {
+    T b0 = 1;
+    T b1 = 0;
+    T b2 = 0;
+    T a1 = 0;
+    T a2 = 0;
+
+    template <typename U>
+    BiquadCoeffs<U> to() const {
+        return {static_cast<U>(b0), static_cast<U>(b1), static_cast<U>(b2), static_cast<U>(a1),
+                static_cast<U>(a2)};
+    }
 };
 
-// A second-order section in transposed direct form II:
+// The one second-order section of the project, in transposed direct form II:
 //   y = b0·x + s1;  s1 := b1·x − a1·y + s2;  s2 := b2·x − a2·y.
-class Biquad {
+// T is the type of coefficients and state: float where speed counts (the
+// cleaning chain's equaliser, whose vector path reads them), double where low
+// corners at high rates need it (a 100 Hz high-pass at 96 kHz has poles very
+// close to 1): the voice effects and the analyser.
+template <typename T>
+class BiquadSection {
 public:
-    // New coefficients clear s1 and keep s2, so a change of frequency or gain
-    // while audio flows neither restarts the filter nor leaves a stale sum in s1.
-    void setCoefficients(const BiquadCoefficients& c) {
-        c_ = c;
-        s1_ = 0.0f;
-    }
-    const BiquadCoefficients& coefficients() const { return c_; }
+    // New coefficients keep the state: a corner or gain that moves while audio
+    // flows (a knob being turned) carries on from where the filter is instead
+    // of restarting it, which would be heard as a click.
+    void setCoefficients(const BiquadCoeffs<T>& c) { c_ = c; }
+    const BiquadCoeffs<T>& coefficients() const { return c_; }
 
-    // Back to the identity with zero state.
+    // Silence: the state is cleared, the coefficients stay.
     void reset() {
-        c_ = BiquadCoefficients{};
-        s1_ = 0.0f;
-        s2_ = 0.0f;
+        s1_ = 0;
+        s2_ = 0;
     }
 
-    float processSample(float x) {
-        const float y = c_.b0 * x + s1_;
-        s1_ = c_.b1 * x - c_.a1 * y + s2_;
-        s2_ = c_.b2 * x - c_.a2 * y;
-        return y;
+    // One sample in and out in the caller's type (float audio; the analyser
+    // keeps its sums in double).
+    template <typename S>
+    S processSample(S x) {
+        const T in = static_cast<T>(x);
+        const T y = c_.b0 * in + s1_;
+        s1_ = c_.b1 * in - c_.a1 * y + s2_;
+        s2_ = c_.b2 * in - c_.a2 * y;
+        return static_cast<S>(y);
     }
 
     void process(float* samples, int n) {
@@ -50,23 +63,26 @@ public:
     // ever; clearing it lets the next packet come out clean.
     void clearIfNonFinite() {
         if (!std::isfinite(s1_) || !std::isfinite(s2_)) {
-            s1_ = 0.0f;
-            s2_ = 0.0f;
+            reset();
         }
     }
 
-    float s1() const { return s1_; }
-    float s2() const { return s2_; }
+    T s1() const { return s1_; }
+    T s2() const { return s2_; }
     // For code that runs several sections side by side and hands the state back.
-    void setState(float s1, float s2) {
+    void setState(T s1, T s2) {
         s1_ = s1;
         s2_ = s2;
     }
 
 private:
-    BiquadCoefficients c_;
-    float s1_ = 0.0f;
-    float s2_ = 0.0f;
+    BiquadCoeffs<T> c_;
+    T s1_ = 0;
+    T s2_ = 0;
 };
+
+using BiquadCoefficients = BiquadCoeffs<float>;
+using Biquad = BiquadSection<float>;
+using PreciseBiquad = BiquadSection<double>;
 
 } // namespace Lumora

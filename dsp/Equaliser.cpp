@@ -129,9 +129,9 @@ bool Equaliser::isActive(const EqParams& p) {
                        [](const NotchBand& b) { return b.enabled; });
 }
 
-void Equaliser::setBoth(std::array<Biquad, kChannels>& pair, const BiquadCoefficients& c) {
+void Equaliser::setBoth(std::array<Biquad, kChannels>& pair, const BiquadCoeffs<double>& c) {
     for (Biquad& section : pair) {
-        section.setCoefficients(c);
+        section.setCoefficients(c.to<float>());
     }
 }
 

@@ -33,7 +33,7 @@ private:
     static bool bandRuns(const NotchBand& b) { return b.enabled && b.gainDb != 0.0f; }
     // Fills `sections` with the channel's sections that run, in order; returns how many.
     int activeSections(int channel, const EqParams& p, Biquad** sections);
-    void setBoth(std::array<Biquad, kChannels>& pair, const BiquadCoefficients& c);
+    void setBoth(std::array<Biquad, kChannels>& pair, const BiquadCoeffs<double>& c);
 
     double sampleRate_ = 48000.0;
     std::array<Biquad, kChannels> lowCut_;

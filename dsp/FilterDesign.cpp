@@ -13,8 +13,15 @@ bool usable(double v) {
     return std::isfinite(v);
 }
 
-double safeHz(double hz, double sampleRate) {
-    return std::clamp(hz, 1.0, 0.49 * sampleRate);
+bool usableRate(double sampleRate) {
+    return usable(sampleRate) && sampleRate > 0.0;
+}
+
+// ω of a corner kept between 1 Hz and just below half the rate: at half the
+// rate and beyond, the designs fold over and can put a pole on or outside the
+// unit circle.
+double omega(double hz, double sampleRate) {
+    return kTwoPi * std::clamp(hz, 1.0, 0.49 * sampleRate) / sampleRate;
 }
 
 double safeQ(double q) {
@@ -25,73 +32,74 @@ double safeGainDb(double db) {
     return std::clamp(db, -kMaxGainDb, kMaxGainDb);
 }
 
-BiquadCoefficients fromDouble(double b0, double b1, double b2, double a1, double a2) {
-    return {static_cast<float>(b0), static_cast<float>(b1), static_cast<float>(b2),
-            static_cast<float>(a1), static_cast<float>(a2)};
+BiquadCoeffs<double> normalised(double b0, double b1, double b2, double a0, double a1, double a2) {
+    return {b0 / a0, b1 / a0, b2 / a0, a1 / a0, a2 / a0};
 }
 
 } // namespace
 
-BiquadCoefficients lowCut(double hz, double sampleRate) {
-    if (!usable(hz) || !usable(sampleRate) || sampleRate <= 0.0) {
+BiquadCoeffs<double> lowCut(double hz, double sampleRate) {
+    if (!usable(hz) || !usableRate(sampleRate)) {
         return {};
     }
-    const double w = kTwoPi * safeHz(hz, sampleRate) / sampleRate;
+    const double w = omega(hz, sampleRate);
     const double cosw = std::cos(w);
-    const double alpha = std::sin(w) / 1.414;
+    const double alpha = std::sin(w) / (2.0 * kButterworthQ);
     const double norm = 1.0 + alpha;
     const double b0 = (1.0 + cosw) / 2.0 / norm;
-    return fromDouble(b0, -(1.0 + cosw) / norm, b0, -2.0 * cosw / norm, (1.0 - alpha) / norm);
+    return {b0, -(1.0 + cosw) / norm, b0, -2.0 * cosw / norm, (1.0 - alpha) / norm};
 }
 
-BiquadCoefficients peaking(float centerHz, float gainDb, float q, double sampleRate) {
-    if (!usable(centerHz) || !usable(gainDb) || !usable(q) || !usable(sampleRate) ||
-        sampleRate <= 0.0) {
+BiquadCoeffs<double> highCut(double hz, double q, double sampleRate) {
+    if (!usable(hz) || !usable(q) || !usableRate(sampleRate)) {
         return {};
     }
-    const float f = static_cast<float>(safeHz(centerHz, sampleRate));
-    const float g = static_cast<float>(safeGainDb(gainDb));
-    const float qq = static_cast<float>(safeQ(q));
-    const float a = std::pow(10.0f, g / 40.0f);
-    const float w = static_cast<float>(kTwoPi) * f / static_cast<float>(sampleRate);
-    const float cosw = std::cos(w);
-    const float alpha = std::sin(w) / (2.0f * qq);
-    const float norm = 1.0f + alpha / a;
-    BiquadCoefficients c;
-    c.b0 = (1.0f + alpha * a) / norm;
-    c.b1 = -2.0f * cosw / norm;
-    c.b2 = (1.0f - alpha * a) / norm;
-    c.a1 = c.b1;
-    c.a2 = (1.0f - alpha / a) / norm;
-    return c;
-}
-
-BiquadCoefficients highShelf(double hz, double gainDb, double sampleRate) {
-    if (!usable(hz) || !usable(gainDb) || !usable(sampleRate) || sampleRate <= 0.0) {
-        return {};
-    }
-    const double a = std::pow(10.0, safeGainDb(gainDb) / 40.0);
-    const double w = kTwoPi * safeHz(hz, sampleRate) / sampleRate;
-    const double cosw = std::cos(w);
-    const double beta = std::sqrt(2.0) * (std::sin(w) / 2.0) * 2.0 * std::sqrt(a);
-    const double p = a + 1.0;
-    const double m = a - 1.0;
-    const double a0 = p - m * cosw + beta;
-    return fromDouble(a * (p + m * cosw + beta) / a0, -2.0 * a * (m + p * cosw) / a0,
-                      a * (p + m * cosw - beta) / a0, 2.0 * (m - p * cosw) / a0,
-                      (p - m * cosw - beta) / a0);
-}
-
-BiquadCoefficients highCut(double hz, double q, double sampleRate) {
-    if (!usable(hz) || !usable(q) || !usable(sampleRate) || sampleRate <= 0.0) {
-        return {};
-    }
-    const double w = kTwoPi * safeHz(hz, sampleRate) / sampleRate;
+    const double w = omega(hz, sampleRate);
     const double cosw = std::cos(w);
     const double alpha = std::sin(w) / (2.0 * safeQ(q));
     const double norm = 1.0 + alpha;
     const double b0 = (1.0 - cosw) / 2.0 / norm;
-    return fromDouble(b0, (1.0 - cosw) / norm, b0, -2.0 * cosw / norm, (1.0 - alpha) / norm);
+    return {b0, (1.0 - cosw) / norm, b0, -2.0 * cosw / norm, (1.0 - alpha) / norm};
+}
+
+BiquadCoeffs<double> peaking(double centerHz, double gainDb, double q, double sampleRate) {
+    if (!usable(centerHz) || !usable(gainDb) || !usable(q) || !usableRate(sampleRate)) {
+        return {};
+    }
+    const double a = std::pow(10.0, safeGainDb(gainDb) / 40.0);
+    const double w = omega(centerHz, sampleRate);
+    const double cosw = std::cos(w);
+    const double alpha = std::sin(w) / (2.0 * safeQ(q));
+    return normalised(1.0 + alpha * a, -2.0 * cosw, 1.0 - alpha * a, 1.0 + alpha / a, -2.0 * cosw,
+                      1.0 - alpha / a);
+}
+
+BiquadCoeffs<double> lowShelf(double hz, double gainDb, double sampleRate) {
+    if (!usable(hz) || !usable(gainDb) || !usableRate(sampleRate)) {
+        return {};
+    }
+    const double a = std::pow(10.0, safeGainDb(gainDb) / 40.0);
+    const double w = omega(hz, sampleRate);
+    const double cosw = std::cos(w);
+    const double k = std::sqrt(2.0) * std::sin(w) * std::sqrt(a);
+    const double p = a + 1.0;
+    const double m = a - 1.0;
+    return normalised(a * (p - m * cosw + k), 2.0 * a * (m - p * cosw), a * (p - m * cosw - k),
+                      p + m * cosw + k, -2.0 * (m + p * cosw), p + m * cosw - k);
+}
+
+BiquadCoeffs<double> highShelf(double hz, double gainDb, double sampleRate) {
+    if (!usable(hz) || !usable(gainDb) || !usableRate(sampleRate)) {
+        return {};
+    }
+    const double a = std::pow(10.0, safeGainDb(gainDb) / 40.0);
+    const double w = omega(hz, sampleRate);
+    const double cosw = std::cos(w);
+    const double k = std::sqrt(2.0) * std::sin(w) * std::sqrt(a);
+    const double p = a + 1.0;
+    const double m = a - 1.0;
+    return normalised(a * (p + m * cosw + k), -2.0 * a * (m + p * cosw), a * (p + m * cosw - k),
+                      p - m * cosw + k, 2.0 * (m - p * cosw), p - m * cosw - k);
 }
 
 } // namespace Lumora::FilterDesign

@@ -8,25 +8,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <complex>
 
 namespace Lumora {
 
 namespace {
-
-constexpr double kTwoPi = 6.283185307179586476925286766559;
-
-double sectionDb(const BiquadCoefficients& c, double hz, double sampleRate) {
-    const double w = kTwoPi * hz / sampleRate;
-    const std::complex<double> z1 = std::polar(1.0, -w);
-    const std::complex<double> z2 = z1 * z1;
-    const std::complex<double> num =
-        static_cast<double>(c.b0) + static_cast<double>(c.b1) * z1 + static_cast<double>(c.b2) * z2;
-    const std::complex<double> den =
-        1.0 + static_cast<double>(c.a1) * z1 + static_cast<double>(c.a2) * z2;
-    const double mag = std::abs(num) / std::max(std::abs(den), 1e-300);
-    return 20.0 * std::log10(std::max(mag, 1e-12));
-}
 
 bool sameBand(const NotchBand& a, const NotchBand& b) {
     return a.enabled == b.enabled && a.centerHz == b.centerHz && a.gainDb == b.gainDb && a.q == b.q;
@@ -68,22 +53,25 @@ double EqCurveDisplay::responseDb(const EqParams& eq, double hz, double sampleRa
     }
     double db = 0.0;
     if (eq.lowCutEnabled) {
-        db += sectionDb(FilterDesign::lowCut(eq.lowCutHz, sampleRate), hz, sampleRate);
+        db +=
+            FilterDesign::responseDb(FilterDesign::lowCut(eq.lowCutHz, sampleRate), hz, sampleRate);
     }
     for (const NotchBand& band : eq.notchBands) {
         // The chain skips a band at exactly 0 dB.
         if (band.enabled && band.gainDb != 0.0f) {
-            db += sectionDb(FilterDesign::peaking(band.centerHz, band.gainDb, band.q, sampleRate),
-                            hz, sampleRate);
+            db += FilterDesign::responseDb(
+                FilterDesign::peaking(band.centerHz, band.gainDb, band.q, sampleRate), hz,
+                sampleRate);
         }
     }
     if (eq.highShelfEnabled) {
-        db += sectionDb(FilterDesign::highShelf(eq.highShelfHz, eq.highShelfGainDb, sampleRate), hz,
-                        sampleRate);
+        db += FilterDesign::responseDb(
+            FilterDesign::highShelf(eq.highShelfHz, eq.highShelfGainDb, sampleRate), hz,
+            sampleRate);
     }
     if (eq.highCutEnabled) {
-        db +=
-            sectionDb(FilterDesign::highCut(eq.highCutHz, eq.highCutQ, sampleRate), hz, sampleRate);
+        db += FilterDesign::responseDb(FilterDesign::highCut(eq.highCutHz, eq.highCutQ, sampleRate),
+                                       hz, sampleRate);
     }
     return db;
 }

@@ -1,5 +1,7 @@
 #include "dsp/fx/FormantEq.h"
 
+#include "dsp/FilterDesign.h"
+
 #include <algorithm>
 
 namespace Lumora {
@@ -28,7 +30,8 @@ void FormantEq::process(float* const* channels, int channelCount, int frames,
         if (!valid_ || band.hz != designed_[b].hz || band.gainDb != designed_[b].gainDb ||
             band.width != designed_[b].width) {
             for (auto& f : filters_[b]) {
-                f.setPeaking(sampleRate_, band.hz, band.gainDb, band.width);
+                f.setCoefficients(
+                    FilterDesign::peaking(band.hz, band.gainDb, band.width, sampleRate_));
             }
             designed_[b] = band;
         }

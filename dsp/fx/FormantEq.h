@@ -1,7 +1,7 @@
 #pragma once
 
+#include "dsp/Biquad.h"
 #include "dsp/SoundFxPreset.h"
-#include "dsp/fx/FxBiquad.h"
 
 namespace Lumora {
 
@@ -19,7 +19,7 @@ public:
 
 private:
     double sampleRate_ = 48000.0;
-    FxBiquad filters_[kFormantBandCount][2];
+    PreciseBiquad filters_[kFormantBandCount][2];
     std::array<FormantBand, kFormantBandCount> designed_{};
     bool valid_ = false;
 };

@@ -1,5 +1,7 @@
 #include "dsp/fx/PitchEffect.h"
 
+#include "dsp/FilterDesign.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -55,10 +57,8 @@ void PitchEffect::designShelves(int layerIndex, float shift) {
     }
     const double db = kShelfDbPerShift * shift;
     for (auto& s : shelves_[layerIndex]) {
-        s.low.setLowShelf(sampleRate_, kLowShelfHz, -db);
-        s.high.setHighShelf(sampleRate_, kHighShelfHz, db);
-        s.low.reset();
-        s.high.reset();
+        s.low.setCoefficients(FilterDesign::lowShelf(kLowShelfHz, -db, sampleRate_));
+        s.high.setCoefficients(FilterDesign::highShelf(kHighShelfHz, db, sampleRate_));
     }
     lastShift_[layerIndex] = shift;
     shelvesDesigned_[layerIndex] = true;

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "dsp/Biquad.h"
 #include "dsp/SoundFxPreset.h"
 #include "dsp/fx/FormantEq.h"
-#include "dsp/fx/FxBiquad.h"
 #include "dsp/fx/PitchShifterLayer.h"
 
 #include <vector>
@@ -44,8 +44,8 @@ public:
 
 private:
     struct Shelves {
-        FxBiquad low;
-        FxBiquad high;
+        PreciseBiquad low;
+        PreciseBiquad high;
         void process(float* x, int n) {
             low.process(x, n);
             high.process(x, n);

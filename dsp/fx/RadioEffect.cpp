@@ -1,5 +1,7 @@
 #include "dsp/fx/RadioEffect.h"
 
+#include "dsp/FilterDesign.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -20,19 +22,18 @@ void RadioEffect::reset() {
 
 void RadioEffect::process(float* const* channels, int channelCount, int frames,
                           const RadioParams& p) {
-    // A moved corner restarts only the first state value of each filter; the
-    // second is kept, which softens the step while a knob is being turned.
+    // A moved corner keeps the filters' state: a knob being turned carries on
+    // from where the filters are.
     if (!designed_ || p.lowCutHz != lastLowCutHz_) {
         for (auto& f : highPass_) {
-            f.setHighPass(sampleRate_, p.lowCutHz);
-            f.resetFirstState();
+            f.setCoefficients(FilterDesign::lowCut(p.lowCutHz, sampleRate_));
         }
         lastLowCutHz_ = p.lowCutHz;
     }
     if (!designed_ || p.highCutHz != lastHighCutHz_) {
         for (auto& f : lowPass_) {
-            f.setLowPass(sampleRate_, p.highCutHz);
-            f.resetFirstState();
+            f.setCoefficients(
+                FilterDesign::highCut(p.highCutHz, FilterDesign::kButterworthQ, sampleRate_));
         }
         lastHighCutHz_ = p.highCutHz;
     }
@@ -46,7 +47,7 @@ void RadioEffect::process(float* const* channels, int channelCount, int frames,
     for (int c = 0; c < used; ++c) {
         float* x = channels[c];
         for (int i = 0; i < frames; ++i) {
-            const float v = lowPass_[c].process(highPass_[c].process(x[i]));
+            const float v = lowPass_[c].processSample(highPass_[c].processSample(x[i]));
             x[i] = std::tanh(v * drive) * norm;
         }
     }

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "dsp/Biquad.h"
 #include "dsp/SoundFxPreset.h"
-#include "dsp/fx/FxBiquad.h"
 
 namespace Lumora {
 
@@ -15,8 +15,8 @@ public:
 
 private:
     double sampleRate_ = 48000.0;
-    FxBiquad highPass_[2];
-    FxBiquad lowPass_[2];
+    PreciseBiquad highPass_[2];
+    PreciseBiquad lowPass_[2];
     // Corners the coefficients were computed for (valid once designed_ is set).
     float lastLowCutHz_ = 0.0f;
     float lastHighCutHz_ = 0.0f;

@@ -1,5 +1,7 @@
 #include "dsp/fx/ReverbEffect.h"
 
+#include "dsp/FilterDesign.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -44,8 +46,7 @@ void ReverbEffect::process(float* const* channels, int channelCount, int frames,
     const bool highPass = p.lowCutHz > kHighPassMinHz;
     if (highPass && (!highPassDesigned_ || p.lowCutHz != lastLowCutHz_)) {
         for (auto& f : highPass_) {
-            f.setHighPass(sampleRate_, p.lowCutHz);
-            f.resetFirstState();
+            f.setCoefficients(FilterDesign::lowCut(p.lowCutHz, sampleRate_));
         }
         lastLowCutHz_ = p.lowCutHz;
         highPassDesigned_ = true;
@@ -69,8 +70,8 @@ void ReverbEffect::process(float* const* channels, int channelCount, int frames,
         float wl = wetLeft_[i];
         float wr = wetRight_[i];
         if (highPass) {
-            wl = highPass_[0].process(wl);
-            wr = stereo ? highPass_[1].process(wr) : wl;
+            wl = highPass_[0].processSample(wl);
+            wr = stereo ? highPass_[1].processSample(wr) : wl;
         }
         left[i] = (1.0f - wet) * l + wet * wl;
         // For a mono packet this lands on channel 0 again and is the one kept.

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "dsp/Biquad.h"
 #include "dsp/SoundFxPreset.h"
 #include "dsp/fx/FdnReverb.h"
-#include "dsp/fx/FxBiquad.h"
 
 #include <vector>
 
@@ -27,7 +27,7 @@ public:
 private:
     double sampleRate_ = 48000.0;
     FdnReverb network_;
-    FxBiquad highPass_[2];
+    PreciseBiquad highPass_[2];
     float lastLowCutHz_ = 0.0f;
     bool highPassDesigned_ = false;
     float envelope_ = 0.0f;

@@ -50,7 +50,9 @@ double db(double x) {
 
 // Magnitude of a second-order Butterworth-like section (Q = 1/1.414) after the
 // bilinear transform, from the analogue prototype at the pre-warped frequency.
-double bandGainDb(double rate, double corner, double hz, bool highPass) {
+// (Corners are kept just below half the rate, where the filters stay stable.)
+double bandGainDb(double rate, double cornerHz, double hz, bool highPass) {
+    const double corner = std::min(cornerHz, 0.49 * rate);
     const double w = std::tan(kPi * hz / rate) / std::tan(kPi * corner / rate);
     const double den = std::sqrt((1.0 - w * w) * (1.0 - w * w) + (w * 1.414) * (w * 1.414));
     const double mag = highPass ? w * w / den : 1.0 / den;

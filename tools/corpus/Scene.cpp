@@ -1,5 +1,7 @@
 #include "Scene.h"
 
+#include "dsp/FilterDesign.h"
+
 #include "WavFile.h"
 #include "dsp/Fft.h"
 
@@ -144,17 +146,9 @@ bool loadVoice(const std::string& name, const std::vector<std::string>& files, b
     // A recording's DC and rumble are not the voice: left in, the proximity
     // lift would raise them by 10 dB and more, and the chain's low cut would
     // then remove "speech" that never was.
-    const double w = 2.0 * kPi * 60.0 / kRate, alpha = std::sin(w) / 1.414, cw = std::cos(w);
-    const double a0 = 1.0 + alpha;
-    const double b0 = (1.0 + cw) / 2.0 / a0, b1 = -(1.0 + cw) / a0, a1 = -2.0 * cw / a0,
-                 a2 = (1.0 - alpha) / a0;
-    double z1 = 0.0, z2 = 0.0;
-    for (float& v : out.speech) {
-        const double y = b0 * v + z1;
-        z1 = b1 * v - a1 * y + z2;
-        z2 = b0 * v - a2 * y;
-        v = static_cast<float>(y);
-    }
+    PreciseBiquad rumble;
+    rumble.setCoefficients(FilterDesign::lowCut(60.0, kRate));
+    rumble.process(out.speech.data(), static_cast<int>(out.speech.size()));
     if (out.speech.size() < static_cast<size_t>(kRate)) {
         error = name + ": less than a second of speech";
         return false;

@@ -2,8 +2,6 @@
 // the formant shelves, layer B, the equaliser and the dry/wet blend.
 #include "FxTestSupport.h"
 
-#include "dsp/fx/FxBiquad.h"
-
 #include <gtest/gtest.h>
 
 #include <complex>

@@ -24,7 +24,7 @@ struct ReferenceBiquad {
         b1 = (highPass ? -(1.0 + cw) : (1.0 - cw)) / a0;
         a1 = -2.0 * cw / a0;
         a2 = (1.0 - alpha) / a0;
-        s1 = 0.0; // a new corner restarts the first state value, keeps the second
+        // A new corner keeps the state: a knob being turned must not click.
     }
     double run(double x) {
         const double y = b0 * x + s1;
@@ -72,7 +72,7 @@ TEST(RadioEffect, DriveSaturatesAndIsScaledBackByItsRoot) {
     }
 }
 
-TEST(RadioEffect, NewCornersRestartOnlyTheFirstStateValue) {
+TEST(RadioEffect, NewCornersCarryOnFromTheFiltersState) {
     VoiceFxChain chain;
     SoundFxPreset p = onlyRadio(300.0f, 3400.0f, 0.0f);
     setUp(chain, p);
