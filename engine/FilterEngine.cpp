@@ -58,6 +58,7 @@ void FilterEngine::prepare(double sampleRate) {
     analyser_->prepare(sampleRate);
     chain_->prepare(sampleRate, blockHint);
     effects_->prepare(sampleRate, blockHint);
+    safety_.prepare(sampleRate);
     pushCleaning();
     pushSoundFx();
 }
@@ -201,7 +202,14 @@ void FilterEngine::notify(unsigned changes) {
 void FilterEngine::processAudio(float* const* planes, int planeCount, int frames) {
     chain_->process(planes, planeCount, frames);
     effects_->process(planes, planeCount, frames);
-    if (!analyser_ || frames < 1) {
+    // The analyser hears the chains' output before the safety limiter: a
+    // diagnosis take must see a clipping microphone as it is.
+    analyse(planes, planeCount, frames);
+    safety_.process(planes, planeCount, frames);
+}
+
+void FilterEngine::analyse(const float* const* planes, int planeCount, int frames) {
+    if (!analyser_ || frames < 1 || planeCount < 1) {
         return;
     }
     if (planeCount == 1) {

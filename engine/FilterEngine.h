@@ -2,6 +2,7 @@
 
 #include "diagnosis/DiagnosisAnalyser.h"
 #include "diagnosis/DiagnosisTaskState.h"
+#include "dsp/SafetyLimiter.h"
 #include "dsp/VoiceChain.h"
 #include "dsp/fx/VoiceFxChain.h"
 #include "settings/AppSettings.h"
@@ -131,7 +132,8 @@ public:
     int addListener(Listener listener);
     void removeListener(int id);
 
-    // The host's audio callback: both chains in place, then the analyser.
+    // The host's audio callback: both chains in place, the analyser, then the
+    // safety limiter (nothing leaves above -1 dBFS).
     // `planes` holds `channels` non-null planes of `frames` samples.
     void processAudio(float* const* planes, int channels, int frames);
 
@@ -146,10 +148,12 @@ private:
     void pushCleaning();
     void pushSoundFx();
     void notify(unsigned changes);
+    void analyse(const float* const* planes, int planeCount, int frames);
 
     std::unique_ptr<VoiceChain> chain_;
     std::unique_ptr<VoiceFxChain> effects_;
     std::unique_ptr<DiagnosisAnalyser, AlignedDelete> analyser_;
+    SafetyLimiter safety_;
     DiagnosisTaskState diagnosisTask_;
     std::unique_ptr<SettingsStore> store_;
 

@@ -2,11 +2,16 @@
 // while a measurement holds the chains, what views are told, and changes made
 // while the audio thread runs.
 #include "engine/FilterEngine.h"
+#include "WavFile.h"
+#include "dsp/AudioMath.h"
+#include "settings/BuiltInPresets.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cmath>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -152,4 +157,75 @@ TEST(FilterEngine, ChangesWhileAudioFlowsAreHeardWhole) {
 }
 
 } // namespace
+// Recorded speech raised to full scale: the hottest voice a microphone gives.
+std::vector<float> fullScaleSpeech() {
+    WavData wav;
+    std::string error;
+    std::vector<float> speech;
+    for (const char* name : {"Front_Center.wav", "Rear_Left.wav"}) {
+        if (readWav(std::string("/usr/share/sounds/alsa/") + name, wav, error) &&
+            wav.channels() > 0) {
+            speech.insert(speech.end(), wav.planes[0].begin(), wav.planes[0].end());
+        }
+    }
+    float peak = 0.0f;
+    for (float v : speech) {
+        peak = std::max(peak, std::fabs(v));
+    }
+    for (float& v : speech) {
+        v /= peak;
+    }
+    return speech;
+}
+
+// The peak of what leaves the engine for `in`, stereo, in 480-frame packets.
+float outputPeak(FilterEngine& engine, const std::vector<float>& in) {
+    std::vector<float> left = in, right = in;
+    float peak = 0.0f;
+    for (size_t at = 0; at + 480 <= in.size(); at += 480) {
+        float* planes[2] = {left.data() + at, right.data() + at};
+        engine.processAudio(planes, 2, 480);
+        for (size_t i = at; i < at + 480; ++i) {
+            peak = std::max({peak, std::fabs(left[i]), std::fabs(right[i])});
+        }
+    }
+    return peak;
+}
+
+TEST(FilterEngine, NothingLeavesAboveMinusOneDbfsThroughAnyBuiltInVoice) {
+    const std::vector<float> speech = fullScaleSpeech();
+    ASSERT_GT(speech.size(), 48000u) << "recorded speech from alsa-utils is needed";
+    const float ceiling = dbToGain(SafetyLimiter::kCeilingDb);
+    EffectPreset hot; // the cleaning chain on, 12 dB of input gain
+    hot.inputGainDb = 12.0f;
+    std::vector<SavedSoundFxPreset> voices = builtInSoundFxPresets();
+    voices.push_back(SavedSoundFxPreset{}); // and the dry voice
+    for (const SavedSoundFxPreset& voice : voices) {
+        FilterEngine engine;
+        engine.prepare(kRate);
+        engine.applyEffectPreset(hot);
+        engine.applySoundFxPreset(voice.preset);
+        engine.setSoundFxActive(true);
+        EXPECT_LE(outputPeak(engine, speech), ceiling) << voice.name;
+    }
+}
+
+TEST(FilterEngine, TheDiagnosisHearsTheClippingThatTheSafetyLimiterHolds) {
+    FilterEngine engine;
+    engine.prepare(kRate);
+    FilterEngine::MeasurementHold hold = engine.holdForMeasurement();
+    std::vector<float> clipping(24000);
+    for (size_t i = 0; i < clipping.size(); ++i) {
+        clipping[i] = std::sin(2.0f * 3.14159265f * 220.0f * static_cast<float>(i) / 48000.0f) >= 0
+                          ? 1.0f
+                          : -1.0f;
+    }
+    EXPECT_LE(outputPeak(engine, clipping), dbToGain(SafetyLimiter::kCeilingDb));
+    EXPECT_TRUE(engine.analyser()->snapshot().clipped);
+    // Once the limiter has let go, a voice below the ceiling is not touched.
+    outputPeak(engine, std::vector<float>(48000, 0.0f));
+    const std::vector<float> quiet = tone();
+    EXPECT_EQ(run(engine, quiet), quiet);
+}
+
 } // namespace Lumora

@@ -305,7 +305,8 @@ TEST(FilterProceduresHost, PresetAppliedByNameComesBackAfterARestart) {
         SettingsStore store(folder);
         SavedEffectPreset preset;
         preset.name = "配信用";
-        preset.preset.inputGainDb = 6.0f;
+        // An attenuation: a boost would meet the safety limiter on this voice's peaks.
+        preset.preset.inputGainDb = -6.0f;
         ASSERT_TRUE(store.saveEffectPreset(preset));
     }
     const std::string env = "LUMORA_SETTINGS_DIR=" + folder;
@@ -315,12 +316,12 @@ TEST(FilterProceduresHost, PresetAppliedByNameComesBackAfterARestart) {
         env, " --filter lumora_filter --proc apply_effect_preset '{\"name\": \"配信用\"}'" + voice,
         log);
     ASSERT_NE(first.find("levelOutDb"), std::string::npos) << log;
-    EXPECT_NEAR(jsonNumber(first, "levelOutDb") - jsonNumber(first, "levelInDb"), 6.0, 0.05);
+    EXPECT_NEAR(jsonNumber(first, "levelOutDb") - jsonNumber(first, "levelInDb"), -6.0, 0.05);
     EXPECT_EQ(SettingsStore(folder).load().lastPresetName, "配信用");
 
     // A new process: the filter starts with the stored voice, nobody applies it.
     const std::string second = runHost(env, " --filter lumora_filter" + voice, log);
-    EXPECT_NEAR(jsonNumber(second, "levelOutDb") - jsonNumber(second, "levelInDb"), 6.0, 0.05)
+    EXPECT_NEAR(jsonNumber(second, "levelOutDb") - jsonNumber(second, "levelInDb"), -6.0, 0.05)
         << second << log;
     fs::remove_all(folder);
 }
