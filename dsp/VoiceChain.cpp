@@ -77,34 +77,33 @@ void VoiceChain::process(float* const* planes, int channels, int frames) {
     inputLevelDb_.store(inputDb, std::memory_order_relaxed);
 
     if (!chainActive_.load(std::memory_order_acquire)) {
-        outputLevelDb_.store(inputDb, std::memory_order_relaxed);
+        passThrough(inputDb);
         return;
     }
     const EffectPreset& p = parameters_.acquire();
     if (!p.active || p.bypass) {
-        outputLevelDb_.store(inputDb, std::memory_order_relaxed);
+        passThrough(inputDb);
         return;
     }
 
     DenormalGuard denormals;
     const int used = std::min(channels, 2);
+    inputGain_.process(planes, used, frames, dbToGain(p.inputGainDb));
     if (p.inputGainDb != 0.0f) {
-        const float g = dbToGain(p.inputGainDb);
-        for (int c = 0; c < used; ++c) {
-            applyGain(planes[c], frames, g);
-        }
         inputLevelDb_.store(inputDb + p.inputGainDb, std::memory_order_relaxed);
     }
 
     runStages(planes, used, frames, p);
 
-    if (p.outputGainDb != 0.0f) {
-        const float g = dbToGain(p.outputGainDb);
-        for (int c = 0; c < used; ++c) {
-            applyGain(planes[c], frames, g);
-        }
-    }
+    outputGain_.process(planes, used, frames, dbToGain(p.outputGainDb));
     outputLevelDb_.store(packetLevelDb(planes, channels, frames), std::memory_order_relaxed);
+}
+
+void VoiceChain::passThrough(float inputDb) {
+    outputLevelDb_.store(inputDb, std::memory_order_relaxed);
+    // Off, the chain's gains are unity: switched on again, they ramp from there.
+    inputGain_.reset();
+    outputGain_.reset();
 }
 
 void VoiceChain::runStages(float* const* planes, int channels, int frames, const EffectPreset& p) {

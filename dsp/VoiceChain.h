@@ -4,6 +4,7 @@
 #include "dsp/DeepFilterLibrary.h"
 #include "dsp/EffectPreset.h"
 #include "dsp/Equaliser.h"
+#include "dsp/GainRamp.h"
 #include "dsp/Gate.h"
 #include "dsp/Limiter.h"
 #include "dsp/NoiseModelLocation.h"
@@ -68,6 +69,7 @@ public:
 
 private:
     void runStages(float* const* planes, int channels, int frames, const EffectPreset& p);
+    void passThrough(float inputDb);
     void runSpectral(float* const* planes, int channels, int frames, const SpectralParams& p);
     void runNoiseSuppression(float* const* planes, int channels, int frames, const NoiseParams& p);
     NoiseSuppressionStatus prepareNoiseSuppression();
@@ -88,6 +90,8 @@ private:
     std::array<NoiseSuppressor, 2> suppressors_;
     std::atomic<int> noiseStatus_{static_cast<int>(NoiseSuppressionStatus::NotPrepared)};
 
+    GainRamp inputGain_;
+    GainRamp outputGain_;
     Gate gate_;
     Equaliser equaliser_;
     Compressor compressor_;

@@ -81,6 +81,9 @@ void VoiceFxChain::process(float* const* planes, int channels, int frames) {
         inputLevelDb_.store(db, std::memory_order_relaxed);
         outputLevelDb_.store(db, std::memory_order_relaxed);
         pitchRan_ = false;
+        // Off, the gains are unity: switched on again, they ramp from there.
+        inputGain_.reset();
+        outputGain_.reset();
         return;
     }
 
@@ -103,12 +106,7 @@ void VoiceFxChain::process(float* const* planes, int channels, int frames) {
 }
 
 void VoiceFxChain::processBlock(float* const* ch, int used, int n, double& sumIn, double& sumOut) {
-    if (params_.inputGainDb != 0.0f) {
-        const float g = dbToGain(params_.inputGainDb);
-        for (int c = 0; c < used; ++c) {
-            applyGain(ch[c], n, g);
-        }
-    }
+    inputGain_.process(ch, used, n, dbToGain(params_.inputGainDb));
     // What comes in is audio from here on: nothing that is not a number, and
     // nothing louder than any device can deliver, reaches an effect's memory.
     for (int c = 0; c < used; ++c) {
@@ -124,12 +122,7 @@ void VoiceFxChain::processBlock(float* const* ch, int used, int n, double& sumIn
 
     runEffects(ch, used, n);
 
-    if (params_.outputGainDb != 0.0f) {
-        const float g = dbToGain(params_.outputGainDb);
-        for (int c = 0; c < used; ++c) {
-            applyGain(ch[c], n, g);
-        }
-    }
+    outputGain_.process(ch, used, n, dbToGain(params_.outputGainDb));
 
     // Last line of defence: should an effect ever produce something that is
     // not a finite number, silence those samples and restart every effect, so

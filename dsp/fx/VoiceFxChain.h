@@ -1,5 +1,7 @@
 #pragma once
 
+#include "dsp/GainRamp.h"
+
 #include "dsp/ParameterHandOver.h"
 #include "dsp/SoundFxPreset.h"
 #include "dsp/fx/DelayEffect.h"
@@ -76,6 +78,8 @@ private:
     bool pitchRan_ = false; // the pitch effect ran in the previous packet
     bool pitchRunning_ = false;
     long recoveries_ = 0;
+    GainRamp inputGain_;
+    GainRamp outputGain_;
     PitchEffect pitch_;
     ModulationEffect modulation_;
     RadioEffect radio_;

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include <cmath>
 #include <cstring>
 #include <vector>
@@ -81,6 +83,8 @@ TEST(VoiceChainFrame, TinyNonZeroGainIsApplied) {
     EffectPreset p = activePreset();
     p.inputGainDb = -0.0001f;
     chain.setParameters(p);
+    Packet ramp(1, 480); // the gain reaches its value across the first packet
+    chain.process(ramp.data(), 1, 480);
     Packet packet(1, 480);
     const Packet original = packet;
     chain.process(packet.data(), 1, 480);
@@ -98,6 +102,8 @@ TEST(VoiceChainFrame, InputGainRaisesTheInputMeterArithmetically) {
     p.inputGainDb = 6.0f;
     p.outputGainDb = -3.0f;
     chain.setParameters(p);
+    Packet ramp(2, 480); // the gains ramp in
+    chain.process(ramp.data(), 2, 480);
     Packet packet(2, 480);
     chain.process(packet.data(), 2, 480);
     const float measuredIn = chain.inputLevelDb();
@@ -152,7 +158,9 @@ TEST(VoiceChainFrame, PlanesBeyondTheSecondAreUntouchedAndUncounted) {
     EXPECT_FLOAT_EQ(chain.outputLevelDb(), reference.outputLevelDb());
 }
 
-TEST(VoiceChainFrame, RecordHandedOverBetweenPacketsGovernsTheWholeNextPacket) {
+// A fader moved between packets: the next packet glides (evenly in dB) from the old gain to
+// the new one, reached on its last sample, and the packet after it has it all.
+TEST(VoiceChainFrame, AGainHandedOverBetweenPacketsGlidesAcrossTheNextPacket) {
     VoiceChain chain;
     chain.prepare(48000.0, 4800);
     EffectPreset p = activePreset();
@@ -166,8 +174,45 @@ TEST(VoiceChainFrame, RecordHandedOverBetweenPacketsGovernsTheWholeNextPacket) {
     Packet second(1, 480);
     const Packet original = second;
     chain.process(second.data(), 1, 480);
-    const float g = std::pow(10.0f, -12.0f / 20.0f);
+    const float from = std::pow(10.0f, -6.0f / 20.0f);
+    const float to = std::pow(10.0f, -12.0f / 20.0f);
     for (int i = 0; i < 480; ++i) {
-        ASSERT_FLOAT_EQ(second.planes[0][i], original.planes[0][i] * g) << "sample " << i;
+        const float g = from * std::pow(to / from, static_cast<float>(i + 1) / 480.0f);
+        ASSERT_NEAR(second.planes[0][i], original.planes[0][i] * g, 1e-6f) << "sample " << i;
     }
+    Packet third(1, 480);
+    chain.process(third.data(), 1, 480);
+    for (int i = 0; i < 480; ++i) {
+        ASSERT_FLOAT_EQ(third.planes[0][i], original.planes[0][i] * to) << "sample " << i;
+    }
+}
+
+// A fader dragged while a low voice plays: 18 dB in half a second, a new gain
+// every packet. Jumping to each new gain at a packet's first sample made steps
+// several times the tone's own; glided, no step between samples is larger
+// than the tone's own steps at the final gain.
+TEST(VoiceChainFrame, AFaderDraggedUnderALowToneMakesNoSteps) {
+    VoiceChain chain;
+    chain.prepare(48000.0, 4800);
+    EffectPreset p = activePreset();
+    const int packets = 50, settle = 20;
+    std::vector<float> x(static_cast<size_t>(480 * (packets + settle)));
+    for (size_t i = 0; i < x.size(); ++i) {
+        x[i] = 0.1f * std::sin(2.0f * 3.14159265f * 53.0f * static_cast<float>(i) / 48000.0f);
+    }
+    for (int k = 0; k < packets + settle; ++k) {
+        p.outputGainDb = -12.0f + 18.0f * static_cast<float>(std::min(k, packets)) / packets;
+        chain.setParameters(p);
+        float* planes[1] = {x.data() + 480 * k};
+        chain.process(planes, 1, 480);
+    }
+    auto largestStep = [&x](size_t from, size_t to) {
+        float step = 0.0f;
+        for (size_t i = from + 1; i < to; ++i) {
+            step = std::max(step, std::fabs(x[i] - x[i - 1]));
+        }
+        return step;
+    };
+    const float steady = largestStep(480 * (packets + 1), x.size());
+    EXPECT_LE(largestStep(0, 480 * packets), 1.5f * steady);
 }

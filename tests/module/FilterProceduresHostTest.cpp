@@ -158,6 +158,9 @@ TEST(FilterProceduresHost, JsonPresetGovernsTheFirstTwoChannelsOnly) {
     for (int c = 0; c < 6; ++c) {
         ASSERT_EQ(out[c].size(), in[c].size());
         for (size_t i = 0; i < in[c].size(); i += 37) {
+            if (c < 2 && i < 4096) {
+                continue; // the first packet, across which the gain glides in
+            }
             if (c < 2) {
                 ASSERT_NEAR(out[c][i], in[c][i] * g, 1e-6f) << "channel " << c;
             } else {

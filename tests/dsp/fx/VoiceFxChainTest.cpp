@@ -101,6 +101,8 @@ TEST(VoiceFxChain, UnknownCodesRunNothingButGainsAndMetersStillAct) {
     p.inputGainDb = 6.0f;
     p.outputGainDb = -12.0f;
     setUp(chain, p);
+    Audio ramp = stereoVoice(1024); // the gains ramp in over the first packet
+    chain.process(ramp.data(), 2, 1024);
     Audio audio = stereoVoice(1024);
     const Audio original = audio;
     chain.process(audio.data(), 2, 1024);
