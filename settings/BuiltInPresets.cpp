@@ -21,6 +21,9 @@ SavedSoundFxPreset named(const char* name) {
 
 const char* const kDefaultKeyAssignPresetName = kDefaultName;
 
+// Each voice's output gain brings its speech loudness back to the dry voice's
+// (EBU R 128 on recorded speech; the table is in docs/voices.md), so that a
+// switch of voice on air changes the voice and not the volume.
 std::vector<SavedSoundFxPreset> builtInSoundFxPresets() {
     std::vector<SavedSoundFxPreset> list;
 
@@ -41,6 +44,7 @@ std::vector<SavedSoundFxPreset> builtInSoundFxPresets() {
         r.highCutHz = 8000.0f;
         r.overdrive = 0.09f;
     }
+    computer.preset.outputGainDb = 4.5f;
     list.push_back(computer);
 
     SavedSoundFxPreset deathGame = named("デスゲーム");
@@ -55,6 +59,7 @@ std::vector<SavedSoundFxPreset> builtInSoundFxPresets() {
         p.formantShiftB = -0.34f;
         p.mixAB = 0.66f;
     }
+    deathGame.preset.outputGainDb = -3.7f;
     list.push_back(deathGame);
 
     SavedSoundFxPreset singing = named("ディレイ歌枠＋歌枠リバーブ");
@@ -72,6 +77,7 @@ std::vector<SavedSoundFxPreset> builtInSoundFxPresets() {
         d.feedback = 0.1f;
         d.wetMix = 0.05f;
     }
+    singing.preset.outputGainDb = 0.9f;
     list.push_back(singing);
 
     SavedSoundFxPreset hero = named("ディレイ特撮ヒーロー＋リバーブ心の中のセリフ");
@@ -89,6 +95,7 @@ std::vector<SavedSoundFxPreset> builtInSoundFxPresets() {
         d.feedback = 0.33f;
         d.wetMix = 0.2f;
     }
+    hero.preset.outputGainDb = 4.1f;
     list.push_back(hero);
     return list;
 }

@@ -6,6 +6,7 @@
 #include "dsp/AudioMath.h"
 #include "settings/BuiltInPresets.h"
 
+#include <ebur128.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -226,6 +227,68 @@ TEST(FilterEngine, TheDiagnosisHearsTheClippingThatTheSafetyLimiterHolds) {
     outputPeak(engine, std::vector<float>(48000, 0.0f));
     const std::vector<float> quiet = tone();
     EXPECT_EQ(run(engine, quiet), quiet);
+}
+
+// The alsa-utils voices one after another, at a speaking level (peaks near
+// -12 dBFS): what the loudness of a voice is judged on.
+std::vector<float> speakingVoices() {
+    WavData wav;
+    std::string error;
+    std::vector<float> speech;
+    for (const char* name : {"Front_Center", "Front_Left", "Front_Right", "Rear_Center",
+                             "Rear_Left", "Rear_Right", "Side_Left", "Side_Right"}) {
+        if (readWav(std::string("/usr/share/sounds/alsa/") + name + ".wav", wav, error) &&
+            wav.channels() > 0 && wav.sampleRate == 48000) {
+            speech.insert(speech.end(), wav.planes[0].begin(), wav.planes[0].end());
+            speech.insert(speech.end(), 12000, 0.0f);
+        }
+    }
+    float peak = 0.0f;
+    for (float v : speech) {
+        peak = std::max(peak, std::fabs(v));
+    }
+    for (float& v : speech) {
+        v *= 0.25f / peak;
+    }
+    return speech;
+}
+
+// Integrated loudness (EBU R 128) of what the engine makes of `in`, stereo.
+double loudnessThrough(FilterEngine& engine, const std::vector<float>& in) {
+    std::vector<float> left = in, right = in;
+    for (size_t at = 0; at + 480 <= in.size(); at += 480) {
+        float* planes[2] = {left.data() + at, right.data() + at};
+        engine.processAudio(planes, 2, 480);
+    }
+    ebur128_state* meter = ebur128_init(2, 48000, EBUR128_MODE_I);
+    std::vector<float> frames(left.size() * 2);
+    for (size_t i = 0; i < left.size(); ++i) {
+        frames[2 * i] = left[i];
+        frames[2 * i + 1] = right[i];
+    }
+    ebur128_add_frames_float(meter, frames.data(), left.size());
+    double lufs = -70.0;
+    ebur128_loudness_global(meter, &lufs);
+    ebur128_destroy(&meter);
+    return lufs;
+}
+
+// Switching voices live must not make the streamer louder or quieter: every
+// built-in voice speaks within 1.5 dB of the dry voice.
+TEST(FilterEngine, EveryBuiltInVoiceIsAsLoudAsTheDryVoice) {
+    const std::vector<float> speech = speakingVoices();
+    ASSERT_GT(speech.size(), 5u * 48000u) << "recorded speech from alsa-utils is needed";
+    FilterEngine dry;
+    dry.prepare(kRate);
+    const double dryLufs = loudnessThrough(dry, speech);
+    for (const SavedSoundFxPreset& voice : builtInSoundFxPresets()) {
+        FilterEngine engine;
+        engine.prepare(kRate);
+        engine.applySoundFxPreset(voice.preset);
+        engine.setSoundFxActive(true);
+        const double lufs = loudnessThrough(engine, speech);
+        EXPECT_NEAR(lufs, dryLufs, 1.5) << voice.name;
+    }
 }
 
 } // namespace Lumora
