@@ -41,6 +41,8 @@ public:
         return layers_[layerIndex][channel];
     }
     long underruns() const;
+    // The shifted voice is coming out (the shifters have filled).
+    bool flowing() const { return layers_[0][0].isRunning(); }
 
 private:
     struct Shelves {

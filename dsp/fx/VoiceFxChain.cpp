@@ -46,7 +46,14 @@ void VoiceFxChain::prepare(double sampleRate, int /*blockLength*/) {
     radio_.prepare(sampleRate);
     delay_.prepare(sampleRate);
     reverb_.prepare(sampleRate);
-    pitchRan_ = false;
+    for (SwitchFade& fade : fades_) {
+        fade.prepare(sampleRate);
+    }
+    ran_.fill(false);
+    started_ = false;
+    for (std::vector<float>& dry : dry_) {
+        dry.assign(kMaxBlock, 0.0f);
+    }
     prepared_ = true;
 }
 
@@ -59,11 +66,9 @@ SoundFxPreset VoiceFxChain::getParameters() const {
 }
 
 void VoiceFxChain::resetEffects() {
-    pitch_.reset();
-    modulation_.reset();
-    radio_.reset();
-    delay_.reset();
-    reverb_.reset();
+    for (int code = 0; code < kEffectCount; ++code) {
+        resetEffect(code);
+    }
 }
 
 void VoiceFxChain::process(float* const* planes, int channels, int frames) {
@@ -71,8 +76,13 @@ void VoiceFxChain::process(float* const* planes, int channels, int frames) {
     const int n = std::max(frames, 0);
     const bool active = active_.load(std::memory_order_acquire);
     params_ = parameters_.acquire();
+    // Switched off, the chain goes on running until every effect has faded out.
+    const bool on = active && params_.anyEnabled();
+    // The first sound after prepare: nothing is switched, nothing fades.
+    settle_ = !started_;
+    started_ = started_ || n > 0;
 
-    if (!prepared_ || !active || !params_.anyEnabled() || used < 1) {
+    if (!prepared_ || used < 1 || (!on && !fading())) {
         double sum = 0.0;
         for (int c = 0; c < used; ++c) {
             sum += sumOfSquares(planes[c], n);
@@ -80,7 +90,7 @@ void VoiceFxChain::process(float* const* planes, int channels, int frames) {
         const float db = levelDb(sum, static_cast<long>(used) * n);
         inputLevelDb_.store(db, std::memory_order_relaxed);
         outputLevelDb_.store(db, std::memory_order_relaxed);
-        pitchRan_ = false;
+        ran_.fill(false);
         // Off, the gains are unity: switched on again, they ramp from there.
         inputGain_.reset();
         outputGain_.reset();
@@ -89,7 +99,6 @@ void VoiceFxChain::process(float* const* planes, int channels, int frames) {
 
     DenormalGuard denormals;
     params_ = guardFxParameters(params_, sampleRate_);
-    pitchRunning_ = false;
     double sumIn = 0.0;
     double sumOut = 0.0;
     float* block[2] = {nullptr, nullptr};
@@ -98,15 +107,16 @@ void VoiceFxChain::process(float* const* planes, int channels, int frames) {
         for (int c = 0; c < used; ++c) {
             block[c] = planes[c] + start;
         }
-        processBlock(block, used, m, sumIn, sumOut);
+        processBlock(block, used, m, on, sumIn, sumOut);
     }
-    pitchRan_ = pitchRunning_;
     inputLevelDb_.store(levelDb(sumIn, static_cast<long>(used) * n), std::memory_order_relaxed);
     outputLevelDb_.store(levelDb(sumOut, static_cast<long>(used) * n), std::memory_order_relaxed);
 }
 
-void VoiceFxChain::processBlock(float* const* ch, int used, int n, double& sumIn, double& sumOut) {
-    inputGain_.process(ch, used, n, dbToGain(params_.inputGainDb));
+void VoiceFxChain::processBlock(float* const* ch, int used, int n, bool on, double& sumIn,
+                                double& sumOut) {
+    // Switched off, the gains glide back to unity while the effects fade out.
+    inputGain_.process(ch, used, n, on ? dbToGain(params_.inputGainDb) : 1.0f);
     // What comes in is audio from here on: nothing that is not a number, and
     // nothing louder than any device can deliver, reaches an effect's memory.
     for (int c = 0; c < used; ++c) {
@@ -120,9 +130,9 @@ void VoiceFxChain::processBlock(float* const* ch, int used, int n, double& sumIn
         sumIn += sumOfSquares(x, n);
     }
 
-    runEffects(ch, used, n);
+    runEffects(ch, used, n, on);
 
-    outputGain_.process(ch, used, n, dbToGain(params_.outputGainDb));
+    outputGain_.process(ch, used, n, on ? dbToGain(params_.outputGainDb) : 1.0f);
 
     // Last line of defence: should an effect ever produce something that is
     // not a finite number, silence those samples and restart every effect, so
@@ -148,45 +158,136 @@ void VoiceFxChain::processBlock(float* const* ch, int used, int n, double& sumIn
     sumOut += sum;
 }
 
-void VoiceFxChain::runEffects(float* const* ch, int used, int n) {
-    const SoundFxPreset& p = params_;
-    for (const int32_t code : p.effectOrder) {
-        switch (code) {
-        case kEffectPitch:
-            if (p.pitch.enabled) {
-                // Back after a pause: start from silence rather than replay
-                // what the shifters held when the pitch was last switched off.
-                if (!pitchRan_ && !pitchRunning_) {
-                    pitch_.reset();
-                }
-                pitchRunning_ = true;
-                pitch_.process(ch, used, n, p.pitch);
-            }
-            break;
-        case kEffectModulation:
-            if (p.mod.enabled) {
-                modulation_.process(ch, used, n, p.mod);
-            }
-            break;
-        case kEffectRadio:
-            if (p.radio.enabled) {
-                radio_.process(ch, used, n, p.radio);
-            }
-            break;
-        case kEffectDelay:
-            if (p.delay.enabled) {
-                delay_.process(ch, used, n, p.delay);
-            }
-            break;
-        case kEffectReverb:
-            if (p.reverb.enabled) {
-                reverb_.process(ch, used, n, p.reverb);
-            }
-            break;
-        default:
-            break; // unknown codes are skipped
+void VoiceFxChain::runEffects(float* const* ch, int used, int n, bool chainOn) {
+    std::array<bool, kEffectCount> done{};
+    for (const int32_t code : params_.effectOrder) {
+        // Unknown codes are skipped; a code stored twice runs once, where it
+        // first appears.
+        if (code < 0 || code >= kEffectCount || done[static_cast<size_t>(code)]) {
+            continue;
         }
+        done[static_cast<size_t>(code)] = true;
+        SwitchFade& fade = fades_[static_cast<size_t>(code)];
+        bool& ran = ran_[static_cast<size_t>(code)];
+        const bool on = chainOn && enabled(code);
+        if (settle_) {
+            fade.settle(on);
+        }
+        if (!on && fade.silent()) {
+            ran = false;
+            continue;
+        }
+        if (on && !ran) {
+            resetEffect(code); // from silence, not from what it held before
+        }
+        ran = true;
+        if (on) {
+            keepSettings(code);
+        }
+        if (on && fade.full()) {
+            runEffect(code, ch, used, n, params_);
+            continue;
+        }
+        for (int c = 0; c < used; ++c) {
+            std::copy(ch[c], ch[c] + n, dry_[c].data());
+        }
+        runEffect(code, ch, used, n, lastOn_);
+        // The pitch fades in once the shifted voice flows: until the shifters
+        // have filled, the dry voice goes on rather than their silence.
+        const bool wet = on && (code != kEffectPitch || pitch_.flowing());
+        const float* dry[2] = {dry_[0].data(), dry_[1].data()};
+        fade.mix(dry, ch, used, n, wet);
+        ran = on || !fade.silent();
     }
+    settle_ = false;
+}
+
+bool VoiceFxChain::enabled(int code) const {
+    switch (code) {
+    case kEffectPitch:
+        return params_.pitch.enabled;
+    case kEffectModulation:
+        return params_.mod.enabled;
+    case kEffectRadio:
+        return params_.radio.enabled;
+    case kEffectDelay:
+        return params_.delay.enabled;
+    case kEffectReverb:
+        return params_.reverb.enabled;
+    default:
+        return false;
+    }
+}
+
+void VoiceFxChain::runEffect(int code, float* const* ch, int used, int n, const SoundFxPreset& p) {
+    switch (code) {
+    case kEffectPitch:
+        pitch_.process(ch, used, n, p.pitch);
+        break;
+    case kEffectModulation:
+        modulation_.process(ch, used, n, p.mod);
+        break;
+    case kEffectRadio:
+        radio_.process(ch, used, n, p.radio);
+        break;
+    case kEffectDelay:
+        delay_.process(ch, used, n, p.delay);
+        break;
+    case kEffectReverb:
+        reverb_.process(ch, used, n, p.reverb);
+        break;
+    default:
+        break;
+    }
+}
+
+void VoiceFxChain::keepSettings(int code) {
+    switch (code) {
+    case kEffectPitch:
+        lastOn_.pitch = params_.pitch;
+        break;
+    case kEffectModulation:
+        lastOn_.mod = params_.mod;
+        break;
+    case kEffectRadio:
+        lastOn_.radio = params_.radio;
+        break;
+    case kEffectDelay:
+        lastOn_.delay = params_.delay;
+        break;
+    case kEffectReverb:
+        lastOn_.reverb = params_.reverb;
+        break;
+    default:
+        break;
+    }
+}
+
+void VoiceFxChain::resetEffect(int code) {
+    switch (code) {
+    case kEffectPitch:
+        pitch_.reset();
+        break;
+    case kEffectModulation:
+        modulation_.reset();
+        break;
+    case kEffectRadio:
+        radio_.reset();
+        break;
+    case kEffectDelay:
+        delay_.reset();
+        break;
+    case kEffectReverb:
+        reverb_.reset();
+        break;
+    default:
+        break;
+    }
+}
+
+bool VoiceFxChain::fading() const {
+    return std::any_of(fades_.begin(), fades_.end(),
+                       [](const SwitchFade& fade) { return !fade.silent(); });
 }
 
 } // namespace Lumora

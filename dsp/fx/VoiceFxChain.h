@@ -9,8 +9,11 @@
 #include "dsp/fx/PitchEffect.h"
 #include "dsp/fx/RadioEffect.h"
 #include "dsp/fx/ReverbEffect.h"
+#include "dsp/fx/SwitchFade.h"
 
+#include <array>
 #include <atomic>
+#include <vector>
 
 namespace Lumora {
 
@@ -62,9 +65,14 @@ public:
     long recoveries() const { return recoveries_; }
 
 private:
-    void processBlock(float* const* ch, int used, int n, double& sumIn, double& sumOut);
-    void runEffects(float* const* ch, int used, int n);
+    void processBlock(float* const* ch, int used, int n, bool on, double& sumIn, double& sumOut);
+    void runEffects(float* const* ch, int used, int n, bool on);
+    bool enabled(int code) const;
+    void runEffect(int code, float* const* ch, int used, int n, const SoundFxPreset& p);
+    void keepSettings(int code);
+    void resetEffect(int code);
     void resetEffects();
+    bool fading() const;
 
     double sampleRate_ = 48000.0;
     bool prepared_ = false;
@@ -74,9 +82,19 @@ private:
     std::atomic<float> outputLevelDb_{-96.0f};
 
     // Audio thread only.
-    SoundFxPreset params_;  // this packet's record, guarded
-    bool pitchRan_ = false; // the pitch effect ran in the previous packet
-    bool pitchRunning_ = false;
+    SoundFxPreset params_; // this packet's record, guarded
+    // Per effect code: its on/off crossfade, and whether it ran in the last
+    // block (an effect that did not starts from silence, never replaying
+    // what it held when it was last switched off).
+    std::array<SwitchFade, kEffectCount> fades_{};
+    std::array<bool, kEffectCount> ran_{};
+    bool started_ = false; // audio has passed since prepare()
+    bool settle_ = false;  // this block is the first sound: fades start settled
+    // Each effect's settings from the last block it was on: an effect fading
+    // out goes on sounding as it did, not with the settings of the voice
+    // that switched it off.
+    SoundFxPreset lastOn_;
+    std::vector<float> dry_[2]; // the block before an effect that is fading
     long recoveries_ = 0;
     GainRamp inputGain_;
     GainRamp outputGain_;

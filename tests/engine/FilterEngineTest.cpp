@@ -61,6 +61,9 @@ TEST(FilterEngine, AHoldPassesTheRawVoiceBitExactAndKeepsWhatIsAppliedMeanwhile)
     {
         FilterEngine::MeasurementHold hold = engine.holdForMeasurement();
         EXPECT_TRUE(engine.measuring());
+        for (int i = 0; i < 3; ++i) {
+            run(engine, in); // the voice effects fade out (25 ms)
+        }
         EXPECT_EQ(run(engine, in), in);
         // A key or an edit while the take records: kept, not heard.
         EffectPreset louder = loud();
@@ -289,6 +292,55 @@ TEST(FilterEngine, EveryBuiltInVoiceIsAsLoudAsTheDryVoice) {
         const double lufs = loudnessThrough(engine, speech);
         EXPECT_NEAR(lufs, dryLufs, 1.5) << voice.name;
     }
+}
+
+// Switching voices on air, as the arrow keys do: dry, each built-in voice,
+// dry again, 0.4 s apart, under a steady 220 Hz tone. No step between samples
+// within 150 ms of a switch is larger than 1.5 times the largest step of the
+// steady parts, and the sound never stops for more than 2 ms (a pitch voice
+// fades in once its shifters flow, instead of leaving their fill silent).
+TEST(FilterEngine, SwitchingVoicesMakesNoClickAndNoGap) {
+    FilterEngine engine;
+    engine.prepare(kRate);
+    engine.setSoundFxActive(true);
+    std::vector<SoundFxPreset> voices{SoundFxPreset{}};
+    for (const SavedSoundFxPreset& voice : builtInSoundFxPresets()) {
+        voices.push_back(voice.preset);
+        voices.push_back(SoundFxPreset{});
+    }
+    const int segment = 19200, packet = 480;
+    std::vector<float> out(static_cast<size_t>(segment) * voices.size());
+    for (size_t i = 0; i < out.size(); ++i) {
+        out[i] = 0.125f * std::sin(2.0f * 3.14159265f * 220.0f * static_cast<float>(i) / 48000.0f);
+    }
+    for (size_t v = 0; v < voices.size(); ++v) {
+        engine.applySoundFxPreset(voices[v]);
+        for (int at = 0; at < segment; at += packet) {
+            float* planes[1] = {out.data() + v * segment + at};
+            engine.processAudio(planes, 1, packet);
+        }
+    }
+    auto largestStep = [&out](size_t from, size_t to) {
+        float step = 0.0f;
+        for (size_t i = from + 1; i < to; ++i) {
+            step = std::max(step, std::fabs(out[i] - out[i - 1]));
+        }
+        return step;
+    };
+    float steady = 0.0f;
+    for (size_t v = 0; v < voices.size(); ++v) {
+        steady = std::max(steady, largestStep(v * segment + 9600, (v + 1) * segment));
+    }
+    for (size_t v = 1; v < voices.size(); ++v) {
+        EXPECT_LE(largestStep(v * segment - 1, v * segment + 7200), 1.5f * steady)
+            << "switch " << v;
+    }
+    int quiet = 0, longest = 0;
+    for (float x : out) {
+        quiet = std::fabs(x) < 1e-4f ? quiet + 1 : 0;
+        longest = std::max(longest, quiet);
+    }
+    EXPECT_LE(longest, 96) << "samples of silence";
 }
 
 } // namespace Lumora
