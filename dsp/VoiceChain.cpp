@@ -21,8 +21,15 @@ void VoiceChain::setNoiseModelLocation(const NoiseModelLocation& location) {
     noiseLocation_ = location;
 }
 
-void VoiceChain::prepare(double sampleRate, int /*blockLength*/) {
+void VoiceChain::prepare(double sampleRate, int blockLength) {
     sampleRate_ = sampleRate;
+    // The dry copy for a switch's crossfade: OBS's packets are at most 1024
+    // frames; a longer one (or hint) is switched without it.
+    for (std::vector<float>& dry : dry_) {
+        dry.assign(static_cast<size_t>(std::clamp(blockLength, 4096, 16384)), 0.0f);
+    }
+    fade_.prepare(sampleRate);
+    started_ = false;
     for (SpectralDenoiser& d : spectral_) {
         d.prepare(sampleRate);
     }
@@ -76,18 +83,30 @@ void VoiceChain::process(float* const* planes, int channels, int frames) {
     const float inputDb = packetLevelDb(planes, channels, frames);
     inputLevelDb_.store(inputDb, std::memory_order_relaxed);
 
-    if (!chainActive_.load(std::memory_order_acquire)) {
+    // Switched off (bypass, a measurement, the dialog's switch), the record
+    // keeps its stages: fading out, the chain goes on sounding as it did.
+    const EffectPreset& p = parameters_.acquire();
+    const bool on = chainActive_.load(std::memory_order_acquire) && p.active && !p.bypass;
+    const int used = std::min(channels, 2);
+    // Switched on or off, the chain crossfades with the dry voice; the first
+    // sound after prepare is no switch, and a packet too long for the dry
+    // copy switches at once.
+    if (!started_ || frames > static_cast<int>(dry_[0].size())) {
+        fade_.settle(on);
+    }
+    started_ = started_ || frames > 0;
+    if (!on && fade_.silent()) {
         passThrough(inputDb);
         return;
     }
-    const EffectPreset& p = parameters_.acquire();
-    if (!p.active || p.bypass) {
-        passThrough(inputDb);
-        return;
+    const bool fading = !(on && fade_.full());
+    if (fading) {
+        for (int c = 0; c < used; ++c) {
+            std::copy(planes[c], planes[c] + frames, dry_[c].data());
+        }
     }
 
     DenormalGuard denormals;
-    const int used = std::min(channels, 2);
     inputGain_.process(planes, used, frames, dbToGain(p.inputGainDb));
     if (p.inputGainDb != 0.0f) {
         inputLevelDb_.store(inputDb + p.inputGainDb, std::memory_order_relaxed);
@@ -96,6 +115,10 @@ void VoiceChain::process(float* const* planes, int channels, int frames) {
     runStages(planes, used, frames, p);
 
     outputGain_.process(planes, used, frames, dbToGain(p.outputGainDb));
+    if (fading) {
+        const float* dry[2] = {dry_[0].data(), dry_[1].data()};
+        fade_.mix(dry, planes, used, frames, on);
+    }
     outputLevelDb_.store(packetLevelDb(planes, channels, frames), std::memory_order_relaxed);
 }
 

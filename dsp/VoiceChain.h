@@ -11,9 +11,11 @@
 #include "dsp/NoiseSuppressor.h"
 #include "dsp/ParameterHandOver.h"
 #include "dsp/SpectralDenoiser.h"
+#include "dsp/SwitchFade.h"
 
 #include <array>
 #include <atomic>
+#include <vector>
 
 namespace Lumora {
 
@@ -92,6 +94,11 @@ private:
 
     GainRamp inputGain_;
     GainRamp outputGain_;
+    // Audio thread: the switch of the whole chain, and the dry voice of a
+    // packet while it crossfades.
+    SwitchFade fade_;
+    bool started_ = false;
+    std::vector<float> dry_[2];
     Gate gate_;
     Equaliser equaliser_;
     Compressor compressor_;

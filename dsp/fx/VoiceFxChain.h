@@ -4,12 +4,12 @@
 
 #include "dsp/ParameterHandOver.h"
 #include "dsp/SoundFxPreset.h"
+#include "dsp/SwitchFade.h"
 #include "dsp/fx/DelayEffect.h"
 #include "dsp/fx/ModulationEffect.h"
 #include "dsp/fx/PitchEffect.h"
 #include "dsp/fx/RadioEffect.h"
 #include "dsp/fx/ReverbEffect.h"
-#include "dsp/fx/SwitchFade.h"
 
 #include <array>
 #include <atomic>

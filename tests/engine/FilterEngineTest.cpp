@@ -295,7 +295,7 @@ TEST(FilterEngine, EveryBuiltInVoiceIsAsLoudAsTheDryVoice) {
 }
 
 // Switching voices on air, as the arrow keys do: dry, each built-in voice,
-// dry again, 0.4 s apart, under a steady 220 Hz tone. No step between samples
+// dry again, 0.4 s apart, under a steady 233 Hz tone. No step between samples
 // within 150 ms of a switch is larger than 1.5 times the largest step of the
 // steady parts, and the sound never stops for more than 2 ms (a pitch voice
 // fades in once its shifters flow, instead of leaving their fill silent).
@@ -311,7 +311,7 @@ TEST(FilterEngine, SwitchingVoicesMakesNoClickAndNoGap) {
     const int segment = 19200, packet = 480;
     std::vector<float> out(static_cast<size_t>(segment) * voices.size());
     for (size_t i = 0; i < out.size(); ++i) {
-        out[i] = 0.125f * std::sin(2.0f * 3.14159265f * 220.0f * static_cast<float>(i) / 48000.0f);
+        out[i] = 0.125f * std::sin(2.0f * 3.14159265f * 233.0f * static_cast<float>(i) / 48000.0f);
     }
     for (size_t v = 0; v < voices.size(); ++v) {
         engine.applySoundFxPreset(voices[v]);
@@ -341,6 +341,35 @@ TEST(FilterEngine, SwitchingVoicesMakesNoClickAndNoGap) {
         longest = std::max(longest, quiet);
     }
     EXPECT_LE(longest, 96) << "samples of silence";
+}
+
+// The sound page's bypass switch pressed on air, a chain with 9 dB of gain:
+// the cleaned and the plain voice crossfade instead of stepping.
+TEST(FilterEngine, BypassingTheCleaningChainMakesNoClick) {
+    FilterEngine engine;
+    engine.prepare(kRate);
+    EffectPreset cleaned;
+    cleaned.inputGainDb = 9.0f;
+    const int segment = 9600, switches = 8;
+    std::vector<float> out(static_cast<size_t>(segment * switches));
+    for (size_t i = 0; i < out.size(); ++i) {
+        out[i] = 0.1f * std::sin(2.0f * 3.14159265f * 233.0f * static_cast<float>(i) / 48000.0f);
+    }
+    for (int k = 0; k < switches; ++k) {
+        cleaned.bypass = k % 2 == 1;
+        engine.applyEffectPreset(cleaned);
+        for (int at = 0; at < segment; at += 480) {
+            float* planes[1] = {out.data() + k * segment + at};
+            engine.processAudio(planes, 1, 480);
+        }
+    }
+    float steady = 0.0f, switching = 0.0f;
+    for (size_t i = 1; i < out.size(); ++i) {
+        const float step = std::fabs(out[i] - out[i - 1]);
+        float& into = (i % segment) < 2400 ? switching : steady;
+        into = std::max(into, step);
+    }
+    EXPECT_LE(switching, 1.5f * steady);
 }
 
 } // namespace Lumora

@@ -2,9 +2,10 @@
 
 namespace Lumora {
 
-// An effect's on and off as a crossfade between the sound without it (dry)
-// and with it (wet), over kFadeMs, instead of a step from one sample to the
-// next. The effect keeps running while it fades out.
+// The on and off of an effect, or of a whole chain, as a crossfade between the
+// sound without it (dry) and with it (wet), over kFadeMs, instead of a step
+// from one sample to the next. What is switched keeps running while it fades
+// out.
 class SwitchFade {
 public:
     static constexpr double kFadeMs = 25.0;

@@ -1,4 +1,4 @@
-#include "dsp/fx/SwitchFade.h"
+#include "dsp/SwitchFade.h"
 
 #include <algorithm>
 
