@@ -18,6 +18,7 @@ void DelayEffect::reset() {
         std::fill(line.begin(), line.end(), 0.0f);
     }
     write_ = 0;
+    delay_ = 0.0;
 }
 
 int DelayEffect::delaySamples(float timeMs, double sampleRate) {
@@ -36,19 +37,27 @@ void DelayEffect::process(float* const* channels, int channelCount, int frames,
         return;
     }
     const int d = delaySamples(p.timeMs, sampleRate_);
+    if (delay_ < 1.0) {
+        delay_ = d; // just started (or reset): no glide from nowhere
+    }
     const float feedback = p.feedback;
     const float wet = p.wetMix;
     const float dry = 1.0f - wet;
     const int used = std::min(channelCount, 2);
     int w = write_;
     for (int i = 0; i < frames; ++i) {
-        int r = w - d;
-        if (r < 0) {
-            r += kLineLength;
+        delay_ = delay_ < d ? std::min(delay_ + kGlide, static_cast<double>(d))
+                            : std::max(delay_ - kGlide, static_cast<double>(d));
+        double position = w - delay_;
+        if (position < 0.0) {
+            position += kLineLength;
         }
+        const int r = static_cast<int>(position);
+        const int next = r + 1 == kLineLength ? 0 : r + 1;
+        const float frac = static_cast<float>(position - r);
         for (int c = 0; c < used; ++c) {
             float* line = lines_[c].data();
-            const float delayed = line[r];
+            const float delayed = line[r] + (line[next] - line[r]) * frac;
             const float x = channels[c][i];
             line[w] = delayed * feedback + x;
             channels[c][i] = x * dry + delayed * wet;

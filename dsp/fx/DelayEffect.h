@@ -9,9 +9,16 @@ namespace Lumora {
 // Echo: one delay line of 96000 samples per channel (two seconds at 48 kHz)
 // with one write position shared by both channels, so left and right echoes
 // stay aligned to the sample.
+//
+// A new time glides: the read position moves towards it by at most kGlide
+// samples per sample (read between samples, linearly), as a tape echo's head
+// would, so a dragged time knob bends the echo's pitch briefly instead of
+// cutting it (a jump of the read position is heard as a click). At rest the
+// delay is a whole number of samples.
 class DelayEffect {
 public:
     static constexpr int kLineLength = 96000;
+    static constexpr double kGlide = 0.25;
 
     void prepare(double sampleRate);
     void reset();
@@ -25,6 +32,7 @@ private:
     double sampleRate_ = 48000.0;
     std::vector<float> lines_[2];
     int write_ = 0;
+    double delay_ = 0.0; // where the read position is now, in samples; 0 until the first block
 };
 
 } // namespace Lumora
