@@ -21,6 +21,7 @@ void Chorus::reset() {
         voice.write = 0;
     }
     phase_ = kTwoPi * 0.5 * channelIndex_;
+    sweep_ = -1.0;
 }
 
 void Chorus::process(float* x, int n, float rate, float depth, float feedback, float wet) {
@@ -31,6 +32,8 @@ void Chorus::process(float* x, int n, float rate, float depth, float feedback, f
                                : kMaxSweepMs;
     const double msToSamples = sampleRate_ * 0.001;
     const double sweep = depth * sweepMs * msToSamples;
+    double width = sweep_ < 0.0 ? sweep : sweep_;
+    const double widthStep = (sweep - width) / std::max(n, 1);
     const double base[2] = {kBaseDelayMs[0] * msToSamples, kBaseDelayMs[1] * msToSamples};
     const float voiceFeedback = feedback * kFeedbackShare;
     const float dry = 1.0f - wet;
@@ -45,10 +48,11 @@ void Chorus::process(float* x, int n, float rate, float depth, float feedback, f
     for (int s = 0; s < n; ++s) {
         const float in = x[s];
         const double lfo[2] = {sinPhase, cosPhase};
+        width += widthStep;
         float sum = 0.0f;
         for (int v = 0; v < 2; ++v) {
             Voice& voice = voices_[v];
-            const double offset = base[v] + sweep * lfo[v];
+            const double offset = base[v] + width * lfo[v];
             // Delay of i + frac samples: ring[write − k] was written k samples ago.
             const int i = std::clamp(static_cast<int>(offset), 1, kRingLength - 2);
             const float frac = static_cast<float>(std::clamp(offset - i, 0.0, 1.0));
@@ -71,6 +75,7 @@ void Chorus::process(float* x, int n, float rate, float depth, float feedback, f
         sinPhase = nextSin;
     }
     phase_ = std::fmod(phase_ + increment * n, kTwoPi);
+    sweep_ = sweep;
 }
 
 } // namespace Lumora

@@ -48,6 +48,10 @@ private:
     // LFO phase of the first voice; the second runs a quarter turn ahead, so
     // one rotating phasor gives both (sine and cosine).
     double phase_ = 0.0;
+    // The sweep's width in samples at the end of the last block (below 0:
+    // none yet). A new rate or depth widens it across the block, not at its
+    // first sample, which would move the read position at once (a click).
+    double sweep_ = -1.0;
 };
 
 } // namespace Lumora

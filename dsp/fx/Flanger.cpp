@@ -27,6 +27,7 @@ void Flanger::reset() {
     std::fill(ring_.begin(), ring_.end(), 0.0f);
     write_ = 0;
     phase_ = 0.25 * kTwoPi * channelIndex_;
+    halfSweep_ = -1.0;
 }
 
 void Flanger::process(float* x, int n, float rate, float depth, float feedback, float wet) {
@@ -40,6 +41,8 @@ void Flanger::process(float* x, int n, float rate, float depth, float feedback, 
     const double msToSamples = 0.001 * sampleRate_;
     const double minDelay = kMinDelayMs * msToSamples;
     const double halfSweep = depth * sweepMs * 0.5 * msToSamples;
+    double width = halfSweep_ < 0.0 ? halfSweep : halfSweep_;
+    const double widthStep = (halfSweep - width) / std::max(n, 1);
     const double increment = kTwoPi * rate / sampleRate_;
     const float fb = std::clamp(feedback, -kMaxFeedback, kMaxFeedback);
     const float inputGain = std::sqrt(1.0f - fb * fb);
@@ -52,7 +55,8 @@ void Flanger::process(float* x, int n, float rate, float depth, float feedback, 
     const double rotSin = std::sin(increment);
 
     for (int s = 0; s < n; ++s) {
-        const double delay = minDelay + halfSweep * (1.0 - cosPhase);
+        width += widthStep;
+        const double delay = minDelay + width * (1.0 - cosPhase);
         const int i = static_cast<int>(delay);
         const float frac = static_cast<float>(delay - i);
         // Delay of i + frac samples: ring[write − k] was written k samples ago.
@@ -70,6 +74,7 @@ void Flanger::process(float* x, int n, float rate, float depth, float feedback, 
         sinPhase = nextSin;
     }
     phase_ = std::fmod(phase_ + increment * n, kTwoPi);
+    halfSweep_ = halfSweep;
 }
 
 } // namespace Lumora

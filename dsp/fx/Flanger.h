@@ -37,6 +37,9 @@ private:
     int mask_ = 0;
     int write_ = 0;
     double phase_ = 0.0;
+    // Half the sweep in samples at the end of the last block (below 0: none
+    // yet); a new rate or depth reaches it across the block (see Chorus).
+    double halfSweep_ = -1.0;
 };
 
 } // namespace Lumora

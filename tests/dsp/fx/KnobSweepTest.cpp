@@ -1,0 +1,129 @@
+// Every knob of the voice effects turned across its range in two seconds
+// while the voice plays (a new value each packet, as a mouse drag gives):
+// the sound glides with it. No step between samples during the sweep is
+// larger than 1.5 times the largest step of the steady sound at either end.
+#include "FxTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+
+using namespace Lumora;
+using namespace FxTest;
+
+namespace {
+
+struct Knob {
+    const char* name;
+    std::function<void(SoundFxPreset&, float)> set; // enables the effect too
+    float from;
+    float to;
+};
+
+std::vector<Knob> knobs() {
+    auto pitch = [](float PitchParams::*field) {
+        return [field](SoundFxPreset& p, float v) {
+            p.pitch.enabled = true;
+            p.pitch.*field = v;
+        };
+    };
+    auto mod = [](float ModParams::*field) {
+        return [field](SoundFxPreset& p, float v) {
+            p.mod.enabled = true;
+            p.mod.*field = v;
+        };
+    };
+    auto flanger = [](float ModParams::*field) {
+        return [field](SoundFxPreset& p, float v) {
+            p.mod.enabled = true;
+            p.mod.type = kModFlanger;
+            p.mod.*field = v;
+        };
+    };
+    auto radio = [](float RadioParams::*field) {
+        return [field](SoundFxPreset& p, float v) {
+            p.radio.enabled = true;
+            p.radio.*field = v;
+        };
+    };
+    auto delay = [](float DelayParams::*field) {
+        return [field](SoundFxPreset& p, float v) {
+            p.delay.enabled = true;
+            p.delay.*field = v;
+        };
+    };
+    auto reverb = [](float ReverbParams::*field) {
+        return [field](SoundFxPreset& p, float v) {
+            p.reverb.enabled = true;
+            p.reverb.*field = v;
+        };
+    };
+    return {
+        {"pitch.semitonesA", pitch(&PitchParams::semitonesA), 0.0f, 12.0f},
+        {"pitch.formantShiftA", pitch(&PitchParams::formantShiftA), 0.0f, 0.6f},
+        {"pitch.wetMix", pitch(&PitchParams::wetMix), 0.0f, 1.0f},
+        {"mod.rate", mod(&ModParams::rate), 0.1f, 10.0f},
+        {"mod.depth", mod(&ModParams::depth), 0.0f, 1.0f},
+        {"mod.feedback", mod(&ModParams::feedback), 0.0f, 0.9f},
+        {"mod.wetMix", mod(&ModParams::wetMix), 0.0f, 1.0f},
+        {"flanger.rate", flanger(&ModParams::rate), 0.1f, 10.0f},
+        {"flanger.depth", flanger(&ModParams::depth), 0.0f, 1.0f},
+        {"radio.lowCutHz", radio(&RadioParams::lowCutHz), 100.0f, 2000.0f},
+        {"radio.highCutHz", radio(&RadioParams::highCutHz), 8000.0f, 1000.0f},
+        {"radio.overdrive", radio(&RadioParams::overdrive), 0.0f, 1.0f},
+        {"delay.timeMs", delay(&DelayParams::timeMs), 100.0f, 400.0f},
+        {"delay.feedback", delay(&DelayParams::feedback), 0.0f, 0.9f},
+        {"delay.wetMix", delay(&DelayParams::wetMix), 0.0f, 1.0f},
+        {"reverb.roomSize", reverb(&ReverbParams::roomSize), 0.0f, 1.0f},
+        {"reverb.damping", reverb(&ReverbParams::damping), 0.0f, 1.0f},
+        {"reverb.wetMix", reverb(&ReverbParams::wetMix), 0.0f, 1.0f},
+        {"reverb.lowCutHz", reverb(&ReverbParams::lowCutHz), 40.0f, 740.0f},
+        {"reverb.duckingAmount", reverb(&ReverbParams::duckingAmount), 0.0f, 1.0f},
+    };
+}
+
+class KnobSweep : public ::testing::TestWithParam<Knob> {};
+
+float largestStep(const Signal& y, size_t from, size_t to) {
+    float step = 0.0f;
+    for (size_t i = from + 1; i < to && i < y.size(); ++i) {
+        step = std::max(step, std::fabs(y[i] - y[i - 1]));
+    }
+    return step;
+}
+
+} // namespace
+
+TEST_P(KnobSweep, TurningItWhileTheVoicePlaysMakesNoClick) {
+    const Knob& knob = GetParam();
+    for (const int packet : {480, 1024}) {
+        const int seconds = 48000 / packet; // packets in about a second
+        const int before = seconds / 2, sweep = 2 * seconds, after = seconds / 2;
+        SoundFxPreset p;
+        knob.set(p, knob.from);
+        VoiceFxChain chain;
+        setUp(chain, p);
+        Signal x = sine(233.0, packet * (before + sweep + after), 0.1f);
+        for (int k = 0; k < before + sweep + after; ++k) {
+            const float t = static_cast<float>(std::clamp(k - before, 0, sweep)) / sweep;
+            knob.set(p, knob.from + (knob.to - knob.from) * t);
+            chain.setParameters(p);
+            float* planes[1] = {x.data() + k * packet};
+            chain.process(planes, 1, packet);
+        }
+        const size_t start = static_cast<size_t>(packet * before);
+        const size_t end = static_cast<size_t>(packet * (before + sweep));
+        const float steady =
+            std::max(largestStep(x, start / 2, start), largestStep(x, end + start / 2, x.size()));
+        EXPECT_LE(largestStep(x, start, end + 1440), 1.5f * steady)
+            << knob.name << ", packets of " << packet;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryFxKnob, KnobSweep, ::testing::ValuesIn(knobs()),
+                         [](const ::testing::TestParamInfo<Knob>& knob) {
+                             std::string name = knob.param.name;
+                             std::replace(name.begin(), name.end(), '.', '_');
+                             return name;
+                         });
