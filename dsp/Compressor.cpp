@@ -14,13 +14,7 @@ namespace {
 // The curve's inputs made safe: a ratio below 1 (or not a number) compresses
 // nothing, a knee below 0 is a hard knee, a threshold or make-up that is not a
 // number is 0 dB. Finite, sensible values pass unchanged.
-struct Curve {
-    float threshold;
-    float slope; // 1 − 1/ratio
-    float knee;
-    float makeup;
-    float softScale; // slope / (2·knee), 0 without a knee
-};
+using Curve = CompressorCurve;
 
 float finiteOr(float v, float fallback) {
     return std::isfinite(v) ? v : fallback;
@@ -109,6 +103,7 @@ void Compressor::reset() {
     cachedReleaseMs_ = 0.0f;
     detectorDb_ = -96.0f;
     gainReductionDb_ = 0.0f;
+    hasCurve_ = false;
 }
 
 void Compressor::updateCoefficients(const CompParams& p) {
@@ -127,6 +122,11 @@ float Compressor::gainReductionDb(float envelopeDb, const CompParams& p) {
 void Compressor::process(float* const* planes, int channels, int frames, const CompParams& p) {
     const int used = std::min(channels, 2);
     const Curve curve = curveOf(p);
+    Curve now = hasCurve_ ? curve_ : curve;
+    const float steps = static_cast<float>(std::max(frames, 1));
+    const Curve step{(curve.threshold - now.threshold) / steps, (curve.slope - now.slope) / steps,
+                     (curve.knee - now.knee) / steps, (curve.makeup - now.makeup) / steps,
+                     (curve.softScale - now.softScale) / steps};
     const float a = attackCoeff_;
     const float r = releaseCoeff_;
     float e = envelopeDb_;
@@ -141,7 +141,12 @@ void Compressor::process(float* const* planes, int channels, int frames, const C
             for (int i = 0; i < n; ++i) {
                 const float c = level[i] > e ? a : r;
                 e = c * e + (1.0f - c) * level[i];
-                gain[i] = curve.makeup - reduction(e, curve);
+                now.threshold += step.threshold;
+                now.slope += step.slope;
+                now.knee += step.knee;
+                now.makeup += step.makeup;
+                now.softScale += step.softScale;
+                gain[i] = now.makeup - reduction(e, now);
             }
             dbToGains(gain, n);
             for (int i = 0; i < n; ++i) {
@@ -161,6 +166,8 @@ void Compressor::process(float* const* planes, int channels, int frames, const C
     }
     envelopeDb_ = e;
     detectorDb_ = e;
+    curve_ = curve;
+    hasCurve_ = true;
     gainReductionDb_ = reduction(e, curve);
 }
 

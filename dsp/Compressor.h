@@ -4,6 +4,15 @@
 
 namespace Lumora {
 
+// The static curve's inputs, made safe (see Compressor.cpp).
+struct CompressorCurve {
+    float threshold = 0.0f;
+    float slope = 0.0f; // 1 − 1/ratio
+    float knee = 0.0f;
+    float makeup = 0.0f;
+    float softScale = 0.0f; // slope / (2·knee), 0 without a knee
+};
+
 // Feed-forward compressor with a soft knee, linked over the first two channels.
 // The detector follows the peak level in dB with separate attack and release.
 class Compressor {
@@ -28,6 +37,11 @@ private:
     float cachedReleaseMs_ = 0.0f;
     float detectorDb_ = -96.0f;
     float gainReductionDb_ = 0.0f;
+    // The curve at the end of the last packet: a new threshold, ratio, knee or
+    // make-up is reached across the packet, not at its first sample (a turned
+    // knob would otherwise step the gain once per packet).
+    CompressorCurve curve_;
+    bool hasCurve_ = false;
 };
 
 } // namespace Lumora
