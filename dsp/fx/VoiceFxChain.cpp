@@ -50,6 +50,7 @@ void VoiceFxChain::prepare(double sampleRate, int /*blockLength*/) {
         fade.prepare(sampleRate);
     }
     ran_.fill(false);
+    relaunch_.fill(false);
     started_ = false;
     for (std::vector<float>& dry : dry_) {
         dry.assign(kMaxBlock, 0.0f);
@@ -91,6 +92,7 @@ void VoiceFxChain::process(float* const* planes, int channels, int frames) {
         inputLevelDb_.store(db, std::memory_order_relaxed);
         outputLevelDb_.store(db, std::memory_order_relaxed);
         ran_.fill(false);
+        relaunch_.fill(false);
         // Off, the gains are unity: switched on again, they ramp from there.
         inputGain_.reset();
         outputGain_.reset();
@@ -169,7 +171,18 @@ void VoiceFxChain::runEffects(float* const* ch, int used, int n, bool chainOn) {
         done[static_cast<size_t>(code)] = true;
         SwitchFade& fade = fades_[static_cast<size_t>(code)];
         bool& ran = ran_[static_cast<size_t>(code)];
-        const bool on = chainOn && enabled(code);
+        bool& relaunch = relaunch_[static_cast<size_t>(code)];
+        const bool wanted = chainOn && enabled(code);
+        // A new voice that changes an effect by more than a knob can in one
+        // block (another pitch, a second layer, another kind of modulation)
+        // fades the effect out as it was and in again as it is now.
+        if (relaunch && fade.silent()) {
+            relaunch = false;
+        }
+        if (wanted && ran && !settle_ && jumped(code)) {
+            relaunch = true;
+        }
+        const bool on = wanted && !relaunch;
         if (settle_) {
             fade.settle(on);
         }
@@ -200,6 +213,27 @@ void VoiceFxChain::runEffects(float* const* ch, int used, int n, bool chainOn) {
         ran = on || !fade.silent();
     }
     settle_ = false;
+}
+
+bool VoiceFxChain::jumped(int code) const {
+    const auto apart = [](float a, float b, float by) { return std::fabs(a - b) > by; };
+    switch (code) {
+    case kEffectPitch: {
+        const PitchParams& now = params_.pitch;
+        const PitchParams& was = lastOn_.pitch;
+        return apart(now.semitonesA, was.semitonesA, 1.0f) ||
+               apart(now.formantShiftA, was.formantShiftA, 0.2f) ||
+               now.layerBEnabled != was.layerBEnabled ||
+               (now.layerBEnabled && (apart(now.semitonesB, was.semitonesB, 1.0f) ||
+                                      apart(now.formantShiftB, was.formantShiftB, 0.2f)));
+    }
+    case kEffectModulation:
+        return params_.mod.type != lastOn_.mod.type;
+    case kEffectRadio:
+        return apart(params_.radio.overdrive, lastOn_.radio.overdrive, 0.3f);
+    default:
+        return false;
+    }
 }
 
 bool VoiceFxChain::enabled(int code) const {

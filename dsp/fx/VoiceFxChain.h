@@ -68,6 +68,7 @@ private:
     void processBlock(float* const* ch, int used, int n, bool on, double& sumIn, double& sumOut);
     void runEffects(float* const* ch, int used, int n, bool on);
     bool enabled(int code) const;
+    bool jumped(int code) const;
     void runEffect(int code, float* const* ch, int used, int n, const SoundFxPreset& p);
     void keepSettings(int code);
     void resetEffect(int code);
@@ -88,8 +89,9 @@ private:
     // what it held when it was last switched off).
     std::array<SwitchFade, kEffectCount> fades_{};
     std::array<bool, kEffectCount> ran_{};
-    bool started_ = false; // audio has passed since prepare()
-    bool settle_ = false;  // this block is the first sound: fades start settled
+    std::array<bool, kEffectCount> relaunch_{}; // fading out to come back as the new voice
+    bool started_ = false;                      // audio has passed since prepare()
+    bool settle_ = false; // this block is the first sound: fades start settled
     // Each effect's settings from the last block it was on: an effect fading
     // out goes on sounding as it did, not with the settings of the voice
     // that switched it off.

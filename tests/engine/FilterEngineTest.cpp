@@ -295,19 +295,25 @@ TEST(FilterEngine, EveryBuiltInVoiceIsAsLoudAsTheDryVoice) {
 }
 
 // Switching voices on air, as the arrow keys do: dry, each built-in voice,
-// dry again, 0.4 s apart, under a steady 233 Hz tone. No step between samples
-// within 150 ms of a switch is larger than 1.5 times the largest step of the
-// steady parts, and the sound never stops for more than 2 ms (a pitch voice
-// fades in once its shifters flow, instead of leaving their fill silent).
+// dry again, then from voice to voice, 0.4 s apart, under a steady 233 Hz tone. No step between
+// samples within 150 ms of a switch is larger than 1.5 times the largest step of the steady parts,
+// and the sound never stops for more than 2 ms (a pitch voice fades in once its shifters flow,
+// instead of leaving their fill silent).
 TEST(FilterEngine, SwitchingVoicesMakesNoClickAndNoGap) {
     FilterEngine engine;
     engine.prepare(kRate);
     engine.setSoundFxActive(true);
     std::vector<SoundFxPreset> voices{SoundFxPreset{}};
-    for (const SavedSoundFxPreset& voice : builtInSoundFxPresets()) {
+    const std::vector<SavedSoundFxPreset> builtIn = builtInSoundFxPresets();
+    for (const SavedSoundFxPreset& voice : builtIn) {
         voices.push_back(voice.preset);
         voices.push_back(SoundFxPreset{});
     }
+    // And from one voice straight to another.
+    for (const SavedSoundFxPreset& voice : builtIn) {
+        voices.push_back(voice.preset);
+    }
+    voices.push_back(builtIn[0].preset);
     const int segment = 19200, packet = 480;
     std::vector<float> out(static_cast<size_t>(segment) * voices.size());
     for (size_t i = 0; i < out.size(); ++i) {
