@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <ostream>
 #include <string>
 
 using namespace Lumora;
@@ -94,6 +95,11 @@ float largestStep(const std::vector<float>& y, size_t from, size_t to) {
         step = std::max(step, std::fabs(y[i] - y[i - 1]));
     }
     return step;
+}
+
+// Test names and failures show the knob's name, not its bytes.
+void PrintTo(const CleaningKnob& knob, std::ostream* out) {
+    *out << knob.name;
 }
 
 class CleaningKnobSweep : public ::testing::TestWithParam<CleaningKnob> {};

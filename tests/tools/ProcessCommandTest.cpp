@@ -53,9 +53,14 @@ protected:
 
 } // namespace
 
-TEST_F(ProcessCommand, AppliesTheEffectPresetAndKeepsRateAndChannels) {
-    write("p.json", R"({"name": "louder", "inputGainDb": 6})");
-    ASSERT_EQ(run("--preset " + path("p.json") + " " + path("in.wav") + " " + path("out.wav")), 0)
+// The preset from the start, and from half a second on another one, as the
+// dialog applies it: the gain glides across the packet after the change.
+TEST_F(ProcessCommand, AppliesThePresetsAtTheirTimesAndKeepsRateAndChannels) {
+    write("quieter.json", R"({"name": "quieter", "inputGainDb": -6})");
+    write("quietest.json", R"({"name": "quietest", "inputGainDb": -18})");
+    ASSERT_EQ(run("--preset " + path("quieter.json") + " --at 0.5 --preset " +
+                  path("quietest.json") + " " + path("in.wav") + " " + path("out.wav")),
+              0)
         << errorText();
     WavData in, out;
     std::string error;
@@ -64,13 +69,23 @@ TEST_F(ProcessCommand, AppliesTheEffectPresetAndKeepsRateAndChannels) {
     EXPECT_EQ(out.sampleRate, 44100);
     ASSERT_EQ(out.channels(), 2);
     ASSERT_EQ(out.frames(), in.frames());
-    const float g = std::pow(10.0f, 6.0f / 20.0f);
+    const float first = std::pow(10.0f, -6.0f / 20.0f);
+    const float second = std::pow(10.0f, -18.0f / 20.0f);
+    const int change = 22050; // 0.5 s; applied at the next packet (at 22080)
     for (int c = 0; c < 2; ++c) {
         // After the first packet, across which the gain glides in from unity.
-        for (int i = 4096; i < in.frames(); i += 101) {
-            ASSERT_NEAR(out.planes[c][i], in.planes[c][i] * g, 1e-5f);
+        for (int i = 480; i < change; i += 101) {
+            ASSERT_NEAR(out.planes[c][i], in.planes[c][i] * first, 1e-5f) << i;
+        }
+        for (int i = change + 1024; i < in.frames(); i += 101) {
+            ASSERT_NEAR(out.planes[c][i], in.planes[c][i] * second, 1e-5f) << i;
         }
     }
+    EXPECT_NE(run("--preset " + path("quieter.json") + " --at 0.5 --preset " +
+                  path("quietest.json") + " --at 0.2 --fx " + path("quieter.json") + " " +
+                  path("in.wav") + " " + path("out2.wav")),
+              0)
+        << "--at out of time order";
 }
 
 TEST_F(ProcessCommand, TakesTheRecommendedPresetOfADiagnosisAndASoundEffect) {

@@ -1,10 +1,12 @@
-// lumora-cli process: runs a WAV file through the processing chain and the
-// voice-effects chain, in packets, as the filter would in OBS.
+// lumora-cli process: runs a WAV file through the filter engine (the cleaning
+// chain, the voice effects, the safety limiter), in packets, as the filter does
+// in OBS; `--at SECONDS --preset P.json` and `--at SECONDS --fx FX.json` switch
+// presets mid-file as the dialog applies them, so a voice switch or a knob
+// sweep can be rendered offline.
 #include "Commands.h"
 
 #include "WavFile.h"
-#include "dsp/VoiceChain.h"
-#include "dsp/fx/VoiceFxChain.h"
+#include "engine/FilterEngine.h"
 #include "settings/AppSettings.h"
 #include "settings/JsonText.h"
 #include "settings/SettingsJson.h"
@@ -58,19 +60,33 @@ bool presetObject(const std::string& path, const char* listKey, JsonValue& out,
     return true;
 }
 
+// A preset given on the command line, applied from `seconds` on (0: from the start).
+struct Change {
+    double seconds = 0.0;
+    bool effects = false; // a sound-effect preset, else an effect preset
+    std::string path;
+    JsonValue preset;
+};
+
 } // namespace
 
 int runProcess(const Args& args) {
-    std::string presetPath, fxPath;
+    std::vector<Change> changes;
     std::vector<std::string> files;
     int block = 480;
+    double at = 0.0;
     for (size_t i = 0; i < args.size(); ++i) {
         const std::string& a = args[i];
         const bool hasValue = i + 1 < args.size();
-        if (a == "--preset" && hasValue) {
-            presetPath = args[++i];
-        } else if (a == "--fx" && hasValue) {
-            fxPath = args[++i];
+        if ((a == "--preset" || a == "--fx") && hasValue) {
+            changes.push_back(Change{at, a == "--fx", args[++i], JsonValue{}});
+        } else if (a == "--at" && hasValue) {
+            char* end = nullptr;
+            const double seconds = std::strtod(args[++i].c_str(), &end);
+            if (!end || *end != '\0' || !(seconds >= at)) {
+                return fail("process: --at takes seconds, in time order", 2);
+            }
+            at = seconds;
         } else if (a == "--block" && hasValue) {
             block = std::atoi(args[++i].c_str());
         } else if (!a.empty() && a[0] == '-') {
@@ -79,8 +95,12 @@ int runProcess(const Args& args) {
             files.push_back(a);
         }
     }
-    if (presetPath.empty() || files.size() != 2) {
-        return fail("process: usage: process --preset P.json [--fx FX.json] [--block N] "
+    const bool startsWithPreset = std::any_of(changes.begin(), changes.end(), [](const Change& c) {
+        return c.seconds == 0.0 && !c.effects;
+    });
+    if (!startsWithPreset || files.size() != 2) {
+        return fail("process: usage: process --preset P.json [--fx FX.json] "
+                    "[--at SECONDS (--preset P2.json | --fx FX2.json)]... [--block N] "
                     "IN.wav OUT.wav",
                     2);
     }
@@ -89,15 +109,11 @@ int runProcess(const Args& args) {
     }
 
     std::string error;
-    JsonValue presetJson;
-    if (!presetObject(presetPath, "presets", presetJson, error)) {
-        return fail("process: " + error);
-    }
-    const SavedEffectPreset saved = effectPresetFromJson(presetJson);
-    JsonValue fxJson;
-    const bool withFx = !fxPath.empty();
-    if (withFx && !presetObject(fxPath, "soundFxPresets", fxJson, error)) {
-        return fail("process: " + error);
+    for (Change& change : changes) {
+        if (!presetObject(change.path, change.effects ? "soundFxPresets" : "presets", change.preset,
+                          error)) {
+            return fail("process: " + error);
+        }
     }
 
     WavData audio;
@@ -108,29 +124,35 @@ int runProcess(const Args& args) {
         return fail("process: more than 8 channels are not supported");
     }
 
-    // The chains are large (delay lines, pitch shifters): keep them off the stack.
-    auto chain = std::make_unique<VoiceChain>();
-    auto effects = std::make_unique<VoiceFxChain>();
-    chain->prepare(audio.sampleRate, audio.sampleRate / 10);
-    effects->prepare(audio.sampleRate, audio.sampleRate / 10);
-    EffectPreset preset = saved.preset;
-    preset.name = saved.name;
-    preset.active = true;
-    chain->setParameters(preset);
-    if (withFx) {
-        effects->setParameters(soundFxPresetFromJson(fxJson).preset);
-        effects->setActive(true);
-    }
+    // The engine is large (delay lines, pitch shifters): keep it off the stack.
+    auto engine = std::make_unique<FilterEngine>();
+    engine->prepare(audio.sampleRate);
+    engine->setSoundFxActive(true);
+    size_t next = 0;
+    // As the dialog applies a preset: whole, between two packets.
+    auto applyDue = [&](double now) {
+        for (; next < changes.size() && changes[next].seconds <= now; ++next) {
+            const Change& change = changes[next];
+            if (change.effects) {
+                engine->applySoundFxPreset(soundFxPresetFromJson(change.preset).preset);
+            } else {
+                const SavedEffectPreset saved = effectPresetFromJson(change.preset);
+                EffectPreset preset = saved.preset;
+                preset.name = saved.name;
+                engine->applyEffectPreset(preset);
+            }
+        }
+    };
 
     const int frames = audio.frames();
     for (int start = 0; start < frames; start += block) {
+        applyDue(static_cast<double>(start) / audio.sampleRate);
         const int n = std::min(block, frames - start);
         float* planes[8] = {};
         for (int c = 0; c < audio.channels(); ++c) {
             planes[c] = audio.planes[c].data() + start;
         }
-        chain->process(planes, audio.channels(), n);
-        effects->process(planes, audio.channels(), n);
+        engine->processAudio(planes, audio.channels(), n);
     }
     if (!writeWav(files[1], audio, error)) {
         return fail("process: " + error);

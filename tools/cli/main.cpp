@@ -24,6 +24,7 @@ const char* kUsage =
     "  diagnose --mic M --normal F --loud F --soft F --plosive F --silence F\n"
     "           [--block N] [--lang ja|en]   diagnose five recorded takes\n"
     "  process --preset P.json [--fx FX.json] [--block N] IN.wav OUT.wav\n"
+    "          [--at SECONDS (--preset P2.json | --fx FX2.json)]...   switch mid-file\n"
     "  learn-noise SILENCE.wav [--margin DB]   the spectral noise profile of a room\n";
 
 } // namespace

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <ostream>
 
 using namespace Lumora;
 using namespace FxTest;
@@ -81,6 +82,11 @@ std::vector<Knob> knobs() {
         {"reverb.lowCutHz", reverb(&ReverbParams::lowCutHz), 40.0f, 740.0f},
         {"reverb.duckingAmount", reverb(&ReverbParams::duckingAmount), 0.0f, 1.0f},
     };
+}
+
+// Test names and failures show the knob's name, not its bytes.
+void PrintTo(const Knob& knob, std::ostream* out) {
+    *out << knob.name;
 }
 
 class KnobSweep : public ::testing::TestWithParam<Knob> {};
