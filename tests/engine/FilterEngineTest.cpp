@@ -4,6 +4,7 @@
 #include "engine/FilterEngine.h"
 #include "WavFile.h"
 #include "dsp/AudioMath.h"
+#include "dsp/FilterDesign.h"
 #include "settings/BuiltInPresets.h"
 
 #include <ebur128.h>
@@ -12,6 +13,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cmath>
+#include <functional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -376,6 +378,74 @@ TEST(FilterEngine, BypassingTheCleaningChainMakesNoClick) {
         into = std::max(into, step);
     }
     EXPECT_LE(switching, 1.5f * steady);
+}
+
+// The energy above 6 kHz (where a click is heard against speech) in 5 ms
+// windows, as a power per window.
+std::vector<double> highBandWindows(const std::vector<float>& x) {
+    PreciseBiquad highPass;
+    highPass.setCoefficients(FilterDesign::lowCut(6000.0, kRate));
+    std::vector<double> windows(x.size() / 240, 0.0);
+    for (size_t i = 0; i < windows.size() * 240; ++i) {
+        const double v = highPass.processSample(static_cast<double>(x[i]));
+        windows[i / 240] += v * v;
+    }
+    return windows;
+}
+
+// The same voice switches on recorded speech: within 30 ms of each switch,
+// no 5 ms of the high band is more than 6 dB above what either voice makes
+// of the same words without a switch.
+TEST(FilterEngine, SwitchingVoicesOnSpeechMakesNoBurstAboveSixKilohertz) {
+    const std::vector<float> speech = speakingVoices();
+    ASSERT_GT(speech.size(), 5u * 48000u) << "recorded speech from alsa-utils is needed";
+    std::vector<SoundFxPreset> voices{SoundFxPreset{}};
+    for (const SavedSoundFxPreset& voice : builtInSoundFxPresets()) {
+        voices.push_back(voice.preset);
+    }
+    voices.push_back(SoundFxPreset{});
+    // Each switch where a word is loudest, so that it cannot hide in a pause.
+    const size_t segment = speech.size() / voices.size();
+    std::vector<size_t> switchAt(voices.size(), 0);
+    for (size_t k = 1; k < voices.size(); ++k) {
+        size_t loudest = k * segment;
+        for (size_t i = k * segment - segment / 2; i < k * segment + segment / 2; ++i) {
+            loudest = std::fabs(speech[i]) > std::fabs(speech[loudest]) ? i : loudest;
+        }
+        switchAt[k] = loudest / 480 * 480;
+    }
+    auto render = [&](const std::function<const SoundFxPreset&(size_t)>& voiceAt) {
+        FilterEngine engine;
+        engine.prepare(kRate);
+        engine.setSoundFxActive(true);
+        std::vector<float> out = speech;
+        for (size_t at = 0; at + 480 <= out.size(); at += 480) {
+            engine.applySoundFxPreset(voiceAt(at));
+            float* planes[1] = {out.data() + at};
+            engine.processAudio(planes, 1, 480);
+        }
+        return highBandWindows(out);
+    };
+    const auto switched = render([&](size_t at) -> const SoundFxPreset& {
+        size_t v = 0;
+        while (v + 1 < voices.size() && switchAt[v + 1] <= at) {
+            ++v;
+        }
+        return voices[v];
+    });
+    std::vector<std::vector<double>> steady;
+    for (const SoundFxPreset& voice : voices) {
+        steady.push_back(render([&voice](size_t) -> const SoundFxPreset& { return voice; }));
+    }
+    for (size_t k = 1; k < voices.size(); ++k) {
+        const size_t first = switchAt[k] / 240, last = first + 6; // 30 ms
+        double burst = 0.0, reference = 1e-12;
+        for (size_t w = first; w <= last && w < switched.size(); ++w) {
+            burst = std::max(burst, switched[w]);
+            reference = std::max({reference, steady[k - 1][w], steady[k][w]});
+        }
+        EXPECT_LE(10.0 * std::log10(burst / reference), 6.0) << "switch " << k;
+    }
 }
 
 } // namespace Lumora
