@@ -135,7 +135,8 @@ void VoiceChain::runStages(float* const* planes, int channels, int frames, const
         compressor_.updateCoefficients(p.comp);
     }
     if (p.limiter.enabled) {
-        limiter_.updateCoefficients(p.limiter);
+        limiter_.setCeilingDb(p.limiter.ceilingDb);
+        limiter_.setReleaseMs(p.limiter.releaseMs);
     }
     if (p.eq.enabled) {
         equaliser_.updateCoefficients(p.eq);
@@ -163,9 +164,10 @@ void VoiceChain::runStages(float* const* planes, int channels, int frames, const
         compGainReductionDb_.store(0.0f, std::memory_order_relaxed);
     }
     if (p.limiter.enabled) {
-        limiter_.process(planes, channels, frames, p.limiter);
+        limiter_.process(planes, std::min(channels, 2), frames);
         limiterGainReductionDb_.store(limiter_.gainReductionDb(), std::memory_order_relaxed);
     } else {
+        limiter_.reset(); // switched on again, it starts from unity
         limiterGainReductionDb_.store(0.0f, std::memory_order_relaxed);
     }
 }

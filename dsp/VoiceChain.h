@@ -6,10 +6,10 @@
 #include "dsp/Equaliser.h"
 #include "dsp/GainRamp.h"
 #include "dsp/Gate.h"
-#include "dsp/Limiter.h"
 #include "dsp/NoiseModelLocation.h"
 #include "dsp/NoiseSuppressor.h"
 #include "dsp/ParameterHandOver.h"
+#include "dsp/PeakLimiter.h"
 #include "dsp/SpectralDenoiser.h"
 #include "dsp/SwitchFade.h"
 
@@ -102,7 +102,7 @@ private:
     Gate gate_;
     Equaliser equaliser_;
     Compressor compressor_;
-    Limiter limiter_;
+    PeakLimiter limiter_;
 
     std::atomic<float> inputLevelDb_{-96.0f};
     std::atomic<float> outputLevelDb_{-96.0f};

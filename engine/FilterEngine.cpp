@@ -58,6 +58,8 @@ void FilterEngine::prepare(double sampleRate) {
     analyser_->prepare(sampleRate);
     chain_->prepare(sampleRate, blockHint);
     effects_->prepare(sampleRate, blockHint);
+    safety_.setCeilingDb(kSafetyCeilingDb);
+    safety_.setReleaseMs(kSafetyReleaseMs);
     safety_.prepare(sampleRate);
     pushCleaning();
     pushSoundFx();

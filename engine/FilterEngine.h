@@ -2,7 +2,7 @@
 
 #include "diagnosis/DiagnosisAnalyser.h"
 #include "diagnosis/DiagnosisTaskState.h"
-#include "dsp/SafetyLimiter.h"
+#include "dsp/PeakLimiter.h"
 #include "dsp/VoiceChain.h"
 #include "dsp/fx/VoiceFxChain.h"
 #include "settings/AppSettings.h"
@@ -34,6 +34,12 @@ namespace Lumora {
 //   caller waits for the interface thread, never the other way round.
 class FilterEngine {
 public:
+    // The filter's last stage, always on and not a user setting: nothing
+    // leaves above this ceiling, whatever a voice, a knob or a hot
+    // microphone does upstream (see PeakLimiter for how).
+    static constexpr float kSafetyCeilingDb = -1.0f;
+    static constexpr float kSafetyReleaseMs = 60.0f;
+
     // What a change touched; listeners get a combination.
     enum Change : unsigned {
         kCleaningChanged = 1u << 0,
@@ -153,7 +159,7 @@ private:
     std::unique_ptr<VoiceChain> chain_;
     std::unique_ptr<VoiceFxChain> effects_;
     std::unique_ptr<DiagnosisAnalyser, AlignedDelete> analyser_;
-    SafetyLimiter safety_;
+    PeakLimiter safety_;
     DiagnosisTaskState diagnosisTask_;
     std::unique_ptr<SettingsStore> store_;
 

@@ -201,7 +201,7 @@ float outputPeak(FilterEngine& engine, const std::vector<float>& in) {
 TEST(FilterEngine, NothingLeavesAboveMinusOneDbfsThroughAnyBuiltInVoice) {
     const std::vector<float> speech = fullScaleSpeech();
     ASSERT_GT(speech.size(), 48000u) << "recorded speech from alsa-utils is needed";
-    const float ceiling = dbToGain(SafetyLimiter::kCeilingDb);
+    const float ceiling = dbToGain(FilterEngine::kSafetyCeilingDb);
     EffectPreset hot; // the cleaning chain on, 12 dB of input gain
     hot.inputGainDb = 12.0f;
     std::vector<SavedSoundFxPreset> voices = builtInSoundFxPresets();
@@ -226,7 +226,7 @@ TEST(FilterEngine, TheDiagnosisHearsTheClippingThatTheSafetyLimiterHolds) {
                           ? 1.0f
                           : -1.0f;
     }
-    EXPECT_LE(outputPeak(engine, clipping), dbToGain(SafetyLimiter::kCeilingDb));
+    EXPECT_LE(outputPeak(engine, clipping), dbToGain(FilterEngine::kSafetyCeilingDb));
     EXPECT_TRUE(engine.analyser()->snapshot().clipped);
     // Once the limiter has let go, a voice below the ceiling is not touched.
     outputPeak(engine, std::vector<float>(48000, 0.0f));
