@@ -2,8 +2,8 @@
 // filter): nothing above the ceiling from the first sample, one gain for all
 // channels, a release with its own time constant, and nothing touched below
 // the ceiling.
-#include "DspTestSignals.h"
 #include "dsp/PeakLimiter.h"
+#include "DspTestSignals.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,7 @@
 // The processing chain's frame: hand-over, bypass, gains, meters, channel limits.
 #include "dsp/VoiceChain.h"
 
+#include "DspTestSignals.h"
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -206,13 +207,6 @@ TEST(VoiceChainFrame, AFaderDraggedUnderALowToneMakesNoSteps) {
         float* planes[1] = {x.data() + 480 * k};
         chain.process(planes, 1, 480);
     }
-    auto largestStep = [&x](size_t from, size_t to) {
-        float step = 0.0f;
-        for (size_t i = from + 1; i < to; ++i) {
-            step = std::max(step, std::fabs(x[i] - x[i - 1]));
-        }
-        return step;
-    };
-    const float steady = largestStep(480 * (packets + 1), x.size());
-    EXPECT_LE(largestStep(0, 480 * packets), 1.5f * steady);
+    const float steady = TestSignals::largestStep(x, 480 * (packets + 1), x.size());
+    EXPECT_LE(TestSignals::largestStep(x, 0, 480 * packets), 1.5f * steady);
 }

@@ -7,6 +7,7 @@
 #include "dsp/FilterDesign.h"
 #include "settings/BuiltInPresets.h"
 
+#include "dsp/DspTestSignals.h"
 #include <ebur128.h>
 #include <gtest/gtest.h>
 
@@ -328,19 +329,13 @@ TEST(FilterEngine, SwitchingVoicesMakesNoClickAndNoGap) {
             engine.processAudio(planes, 1, packet);
         }
     }
-    auto largestStep = [&out](size_t from, size_t to) {
-        float step = 0.0f;
-        for (size_t i = from + 1; i < to; ++i) {
-            step = std::max(step, std::fabs(out[i] - out[i - 1]));
-        }
-        return step;
-    };
     float steady = 0.0f;
     for (size_t v = 0; v < voices.size(); ++v) {
-        steady = std::max(steady, largestStep(v * segment + 9600, (v + 1) * segment));
+        steady =
+            std::max(steady, TestSignals::largestStep(out, v * segment + 9600, (v + 1) * segment));
     }
     for (size_t v = 1; v < voices.size(); ++v) {
-        EXPECT_LE(largestStep(v * segment - 1, v * segment + 7200), 1.5f * steady)
+        EXPECT_LE(TestSignals::largestStep(out, v * segment - 1, v * segment + 7200), 1.5f * steady)
             << "switch " << v;
     }
     int quiet = 0, longest = 0;

@@ -2,6 +2,7 @@
 // position.
 #include "FxTestSupport.h"
 
+#include "dsp/DspTestSignals.h"
 #include <gtest/gtest.h>
 
 using namespace Lumora;
@@ -80,14 +81,9 @@ TEST(DelayEffect, ATimeDraggedUnderAToneGlidesWithoutAClick) {
         chain.process(planes, 1, packet);
     }
     const Signal& y = audio.planes[0];
-    auto largestStep = [&y](size_t from, size_t to) {
-        float step = 0.0f;
-        for (size_t i = from + 1; i < to; ++i) {
-            step = std::max(step, std::fabs(y[i] - y[i - 1]));
-        }
-        return step;
-    };
-    const float steady = largestStep(static_cast<size_t>(packet * (drag + 50)), y.size());
-    EXPECT_LE(largestStep(static_cast<size_t>(packet * 10), static_cast<size_t>(packet * drag)),
+    const float steady =
+        TestSignals::largestStep(y, static_cast<size_t>(packet * (drag + 50)), y.size());
+    EXPECT_LE(TestSignals::largestStep(y, static_cast<size_t>(packet * 10),
+                                       static_cast<size_t>(packet * drag)),
               1.5f * steady);
 }
