@@ -21,7 +21,7 @@ QString MainMenu::menuStyle() {
         "QMenu::separator { height: 1px; background: rgba(78,205,196,60); margin: 4px 12px; }");
 }
 
-MainMenu::MainMenu(QWidget* parent, bool easyMode) : QMenu(parent) {
+MainMenu::MainMenu(QWidget* parent, bool easyMode, bool offerFeedback) : QMenu(parent) {
     setStyleSheet(menuStyle());
 
     languageMenu_ = addMenu(QStringLiteral("🌐 ") + tr("Language"));
@@ -72,8 +72,10 @@ MainMenu::MainMenu(QWidget* parent, bool easyMode) : QMenu(parent) {
     });
 
     addSeparator();
-    connect(addAction(QStringLiteral("📬 ") + tr("Send Feedback")), &QAction::triggered, this,
-            &MainMenu::feedbackRequested);
+    if (offerFeedback) {
+        connect(addAction(QStringLiteral("📬 ") + tr("Send Feedback")), &QAction::triggered, this,
+                &MainMenu::feedbackRequested);
+    }
     QAction* version = addAction(QStringLiteral("Tindra  v1.0"));
     version->setEnabled(false);
     connect(addAction(tr("Credits")), &QAction::triggered, this, &MainMenu::creditsRequested);

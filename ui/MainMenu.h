@@ -8,12 +8,13 @@ namespace Lumora {
 
 class ToggleSwitch;
 
-// The "≡" menu: language, Easy/Advanced mode, feedback, version and credits.
-// The dialog builds a fresh one for every click.
+// The "≡" menu: language, Easy/Advanced mode, feedback (only when the build
+// names a feedback address), version and credits. The dialog builds a fresh
+// one for every click.
 class MainMenu : public QMenu {
     Q_OBJECT
 public:
-    MainMenu(QWidget* parent, bool easyMode);
+    MainMenu(QWidget* parent, bool easyMode, bool offerFeedback);
 
     QMenu* languageMenu() const { return languageMenu_; }
     ToggleSwitch* modeSwitch() const { return modeSwitch_; }

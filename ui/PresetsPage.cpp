@@ -44,7 +44,7 @@ PresetsPage::PresetsPage(QWidget* parent) : QWidget(parent) {
     layout->addWidget(bar);
 
     stack_ = new QStackedWidget(this);
-    for (int i = 0; i < kSubPageCount - 1; ++i) {
+    for (int i = 0; i < kKeyAssignment; ++i) {
         auto* placeholder = new QWidget(stack_);
         placeholder->setAttribute(Qt::WA_TranslucentBackground);
         stack_->addWidget(placeholder);
@@ -81,7 +81,8 @@ int PresetsPage::currentSubTab() const {
 }
 
 void PresetsPage::retranslateUi() {
-    const QString labels[kSubPageCount] = {tr("🎹 Key Assign"), tr("🎛 Sound"), tr("🎵 FX"),
+    // Each tab names its page (in the order of SubPage).
+    const QString labels[kSubPageCount] = {tr("🎛 Sound"), tr("🎵 FX"), tr("🎹 Key Assign"),
                                            tr("🎹 Assign")};
     for (int i = 0; i < kSubPageCount; ++i) {
         buttons_[static_cast<size_t>(i)]->setText(labels[i]);
@@ -96,7 +97,7 @@ void PresetsPage::setPanel(int index, QWidget* panel) {
     if (index < 0 || index >= kSubPageCount || !panel) {
         return;
     }
-    if (index == kSubPageCount - 1) {
+    if (index == kKeyAssignment) {
         panel->setAttribute(Qt::WA_TranslucentBackground);
         delete keyAssignScroll_->takeWidget();
         keyAssignScroll_->setWidget(panel);

@@ -15,7 +15,8 @@ namespace Lumora {
 class PresetsPage : public QWidget {
     Q_OBJECT
 public:
-    static constexpr int kSubPageCount = 4;
+    // The sub-pages, in the order of their tabs.
+    enum SubPage { kSoundPresets, kFxPresets, kKeyPresets, kKeyAssignment, kSubPageCount };
 
     explicit PresetsPage(QWidget* parent);
 
@@ -24,8 +25,8 @@ public:
     void retranslateUi();
 
     QPushButton* subTabButton(int index) const { return buttons_[static_cast<size_t>(index)]; }
-    // Sub-pages 0-2 hold the effect, sound-effect and key-assignment preset
-    // panels; sub-page 3 is a scroll area for the key-assignment panel.
+    // The preset sub-pages hold their panels; the key-assignment sub-page is a
+    // scroll area for the key-assignment panel.
     QWidget* subPage(int index) const;
     // Puts a panel into sub-page `index` (replacing the empty placeholder).
     void setPanel(int index, QWidget* panel);

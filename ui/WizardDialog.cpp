@@ -48,19 +48,10 @@ namespace {
 // they drift by about a pixel per frame, which still looks smooth.
 constexpr double kSkyFrameSeconds = 0.045;
 
-// The feedback form; a deployment setting, replaced through setFeedbackUrl.
-const char kDefaultFeedbackUrl[] = "https://forms.gle/lumora-tindra-feedback";
-
-// The presets page's sub-pages, in tab order.
-constexpr int kEffectPresetsPage = 0;
-constexpr int kSoundFxPresetsPage = 1;
-constexpr int kKeyPresetsPage = 2;
-constexpr int kKeyAssignPage = 3;
-
 } // namespace
 
 WizardDialog::WizardDialog(QWidget* parent, FilterEngine* engine)
-    : QDialog(parent), feedbackUrl_(QString::fromLatin1(kDefaultFeedbackUrl)) {
+    : QDialog(parent), feedbackUrl_(QString::fromLatin1(LUMORA_FEEDBACK_URL)) {
     setWindowTitle(QStringLiteral("Tindra"));
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
@@ -270,10 +261,10 @@ void WizardDialog::installPanels() {
     pages.soundFxPresets = fxPresets_ = new SoundFxPresetsPanel(presetsPage_, store);
     pages.keyPresets = keyPresets_ = new KeyAssignPresetsPanel(presetsPage_, store);
     pages.keyAssign = keyAssign_ = new KeyAssignPanel(presetsPage_, store);
-    presetsPage_->setPanel(kEffectPresetsPage, pages.effectPresets);
-    presetsPage_->setPanel(kSoundFxPresetsPage, pages.soundFxPresets);
-    presetsPage_->setPanel(kKeyPresetsPage, pages.keyPresets);
-    presetsPage_->setPanel(kKeyAssignPage, pages.keyAssign);
+    presetsPage_->setPanel(PresetsPage::kSoundPresets, pages.effectPresets);
+    presetsPage_->setPanel(PresetsPage::kFxPresets, pages.soundFxPresets);
+    presetsPage_->setPanel(PresetsPage::kKeyPresets, pages.keyPresets);
+    presetsPage_->setPanel(PresetsPage::kKeyAssignment, pages.keyAssign);
     wirePagesToEngine(binding_, keys_, pages);
     keys_->setViews(badge_, keyBoard_, keyAssign_);
 
@@ -327,7 +318,7 @@ bool WizardDialog::diagnosisShown() const {
 
 bool WizardDialog::keyAssignPageShown() const {
     return !diagnosisShown() && currentTab() == kPresetsTab &&
-           presetsPage_->currentSubTab() == kKeyAssignPage;
+           presetsPage_->currentSubTab() == PresetsPage::kKeyAssignment;
 }
 
 bool WizardDialog::keysTabShown() const {
@@ -353,7 +344,7 @@ void WizardDialog::setLanguage(const QString& code) {
 // ---- Menu ----------------------------------------------------------------------
 
 MainMenu* WizardDialog::buildMainMenu() {
-    auto* menu = new MainMenu(this, easyMode_);
+    auto* menu = new MainMenu(this, easyMode_, !feedbackUrl_.isEmpty());
     connect(menu, &MainMenu::languageChosen, this, &WizardDialog::setLanguage);
     connect(menu, &MainMenu::easyModeChanged, this, [this](bool easy) {
         easyMode_ = easy;

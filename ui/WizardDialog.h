@@ -58,7 +58,6 @@ public:
     void detach();
     FilterEngine* engine() const;
 
-    void setFeedbackUrl(const QUrl& url) { feedbackUrl_ = url; }
     void retranslateUi();
     void selectTab(int index);
     // Applies a language from the menu; the texts follow on the next turn of the
@@ -131,6 +130,8 @@ private:
     DiagnosisPresenter* diagnosis_ = nullptr;
     KeyRouter* keys_ = nullptr;
     bool easyMode_ = true;
+    // The feedback form, named at build time (LUMORA_FEEDBACK_URL); empty: the
+    // menu offers no feedback.
     QUrl feedbackUrl_;
 
     float t_ = 0.0f;
