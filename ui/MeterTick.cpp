@@ -43,7 +43,7 @@ void MeterTick::readLevels(const FilterEngine& engine) {
     levels.chainOutput = chain.outputLevelDb();
     levels.compressorInput = std::max(levels.chainInput, -60.0f);
     levels.compressorReduction = std::max(chain.compressorGainReductionDb(), 0.0f);
-    levels.compressorOutput = std::max(levels.chainOutput, 0.0f);
+    levels.compressorOutput = std::max(levels.chainOutput, -60.0f);
     levels.fxInput = std::max(effects.inputLevelDb(), -96.0f);
     levels.fxOutput = effects.outputLevelDb();
     emit levelsUpdated(levels);

@@ -21,7 +21,7 @@ public:
         float chainOutput = -96.0f;
         float compressorInput = -60.0f;   // clamped below at -60
         float compressorReduction = 0.0f; // clamped below at 0
-        float compressorOutput = 0.0f;    // clamped below at 0
+        float compressorOutput = -60.0f;  // the chain's output, clamped below at -60
         float fxInput = -96.0f;           // floor -96
         float fxOutput = -96.0f;
     };
