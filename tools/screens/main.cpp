@@ -216,8 +216,10 @@ void shootLanguage(Session& s) {
     wizard->nextButton()->click();
     s.run(0.2);
     s.shot(&d, QStringLiteral("wizard-5-analysing"));
+    // The analysis runs on its own thread in real time: wait for it (up to 4 s).
     for (int i = 0; i < 200 && d.controller().state() == DiagnosisController::kAnalysing; ++i) {
         s.run(0.05);
+        QThread::msleep(20);
     }
     s.run(0.2);
     s.shot(&d, QStringLiteral("wizard-6-result"));
