@@ -292,7 +292,7 @@ void KeyAssignPanel::fillChooser(QComboBox* box, const QStringList& names, bool 
                                  const std::string& name) {
     const QSignalBlocker quiet(box);
     box->clear();
-    box->addItem(QStringLiteral("(none)"), QString());
+    box->addItem(tr("(none)"), QString());
     for (const QString& n : names) {
         box->addItem(n, n);
     }
@@ -469,7 +469,7 @@ void KeyAssignPanel::retranslateUi() {
     save_->setToolTip(tr("Save assign preset"));
     load_->setText(tr("📂 Load"));
     load_->setToolTip(tr("Load assign preset"));
-    hint_->setText(QStringLiteral("▼ Click a key to configure"));
+    hint_->setText(tr("▼ Click a key to configure"));
     keyNameLabel_->setText(tr("🏷 Key name:"));
     keyName_->setPlaceholderText(tr("e.g. Singing Mode"));
     triggerLabel_->setText(tr("⏱ Trigger:"));

@@ -540,6 +540,14 @@ Higher = narrower, sharper EQ curve</source>
 <context>
     <name>Lumora::KeyAssignPanel</name>
     <message>
+        <source>(none)</source>
+        <translation>（なし）</translation>
+    </message>
+    <message>
+        <source>▼ Click a key to configure</source>
+        <translation>▼ キーをクリックして設定してね</translation>
+    </message>
+    <message>
         <source>Up</source>
         <translation>上</translation>
     </message>
@@ -605,7 +613,7 @@ Higher = narrower, sharper EQ curve</source>
     </message>
     <message>
         <source>e.g. Singing Mode</source>
-        <translation>例: 歌框モード</translation>
+        <translation>例: 歌枠モード</translation>
     </message>
     <message>
         <source>⏱ Trigger:</source>
