@@ -21,10 +21,10 @@ void PeakLimiter::setCeilingDb(float ceilingDb) {
     if (!std::isfinite(ceilingDb) || ceilingDb == ceilingDb_) {
         return;
     }
-    ceilingDb_ = std::min(ceilingDb, 0.0f);
-    // A hair under the ceiling, so that a sample times its gain cannot round
-    // up past it.
-    ceiling_ = dbToGain(ceilingDb_) * (1.0f - 1e-6f);
+    ceilingDb_ = ceilingDb;
+    // Never above full scale, and a hair under the ceiling, so that a sample
+    // times its gain cannot round up past it.
+    ceiling_ = dbToGain(std::min(ceilingDb, 0.0f)) * (1.0f - 1e-6f);
 }
 
 void PeakLimiter::setReleaseMs(float releaseMs) {

@@ -33,8 +33,8 @@ public:
 
 private:
     double sampleRate_ = 48000.0;
-    float ceilingDb_ = 0.0f;
-    float ceiling_ = 1.0f;
+    float ceilingDb_ = 0.0f;       // as last asked for
+    float ceiling_ = 1.0f - 1e-6f; // its gain, a hair under (0 dB until asked)
     float releaseMs_ = 50.0f;
     float release_ = 0.0f;
     float gain_ = 1.0f;
