@@ -23,44 +23,27 @@ struct Knob {
     float to;
 };
 
+// Sets one field of one effect's settings, switching that effect on.
+template <typename Group>
+std::function<void(SoundFxPreset&, float)> field(Group SoundFxPreset::*group, float Group::*knob) {
+    return [group, knob](SoundFxPreset& p, float v) {
+        (p.*group).enabled = true;
+        (p.*group).*knob = v;
+    };
+}
+
 std::vector<Knob> knobs() {
-    auto pitch = [](float PitchParams::*field) {
-        return [field](SoundFxPreset& p, float v) {
-            p.pitch.enabled = true;
-            p.pitch.*field = v;
-        };
-    };
-    auto mod = [](float ModParams::*field) {
-        return [field](SoundFxPreset& p, float v) {
-            p.mod.enabled = true;
-            p.mod.*field = v;
-        };
-    };
-    auto flanger = [](float ModParams::*field) {
-        return [field](SoundFxPreset& p, float v) {
-            p.mod.enabled = true;
+    auto pitch = [](float PitchParams::*knob) { return field(&SoundFxPreset::pitch, knob); };
+    auto mod = [](float ModParams::*knob) { return field(&SoundFxPreset::mod, knob); };
+    auto flanger = [](float ModParams::*knob) {
+        return [set = field(&SoundFxPreset::mod, knob)](SoundFxPreset& p, float v) {
             p.mod.type = kModFlanger;
-            p.mod.*field = v;
+            set(p, v);
         };
     };
-    auto radio = [](float RadioParams::*field) {
-        return [field](SoundFxPreset& p, float v) {
-            p.radio.enabled = true;
-            p.radio.*field = v;
-        };
-    };
-    auto delay = [](float DelayParams::*field) {
-        return [field](SoundFxPreset& p, float v) {
-            p.delay.enabled = true;
-            p.delay.*field = v;
-        };
-    };
-    auto reverb = [](float ReverbParams::*field) {
-        return [field](SoundFxPreset& p, float v) {
-            p.reverb.enabled = true;
-            p.reverb.*field = v;
-        };
-    };
+    auto radio = [](float RadioParams::*knob) { return field(&SoundFxPreset::radio, knob); };
+    auto delay = [](float DelayParams::*knob) { return field(&SoundFxPreset::delay, knob); };
+    auto reverb = [](float ReverbParams::*knob) { return field(&SoundFxPreset::reverb, knob); };
     return {
         {"pitch.semitonesA", pitch(&PitchParams::semitonesA), 0.0f, 12.0f},
         {"pitch.formantShiftA", pitch(&PitchParams::formantShiftA), 0.0f, 0.6f},
