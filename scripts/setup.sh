@@ -17,6 +17,10 @@ packages=(
   googletest libgtest-dev libgmock-dev libbenchmark-dev
   # fuzzing: clang with libFuzzer
   clang libclang-rt-dev
+  # the Windows build of the settings and platform code, and Wine to run its tests
+  g++-mingw-w64-x86-64 wine64
+  # the interface font's subset (scripts/make-font-subset.sh) and the .deb package
+  python3-fonttools dpkg-dev
   # a display for libobs and OBS, and tools to drive and photograph it
   xvfb xauth xdotool x11-utils x11-apps imagemagick
   # real recorded speech (alsa-utils: one speaker; pocketsphinx-testdata: a
