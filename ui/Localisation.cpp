@@ -16,9 +16,7 @@ static void initLumoraResources() {
     }
     done = true;
     Q_INIT_RESOURCE(lumora_ui);
-#ifdef LUMORA_HAS_FONT_RESOURCE
     Q_INIT_RESOURCE(lumora_font);
-#endif
 }
 
 namespace Lumora {
@@ -113,7 +111,7 @@ QFont appFont(qreal pointSize) {
     int& id = fontIdSlot();
     if (id < 0 && qobject_cast<QGuiApplication*>(QCoreApplication::instance())) {
         // A failed load leaves -1, so the next request tries again.
-        id = QFontDatabase::addApplicationFont(QStringLiteral(":/fonts/Yomogi-Regular.ttf"));
+        id = QFontDatabase::addApplicationFont(QStringLiteral(":/fonts/KleeOne-Lumora-Subset.ttf"));
     }
     QFont font;
     if (id >= 0) {
