@@ -1,10 +1,17 @@
 #pragma once
 
+#include <cstddef>
 #include <ctime>
+#include <optional>
 #include <string>
+#include <string_view>
 
 // The few operating-system services Lumora needs, with one implementation for
 // Windows (the shipping target) and one for POSIX systems (development and CI).
+// Every path is UTF-8, whatever the system's code page: Windows user folders and
+// preset files are often named in Japanese, and a narrow Windows call would turn
+// such a name into question marks. The Windows side converts at its boundary and
+// calls the wide functions only.
 namespace Lumora::Platform {
 
 // The separator used when joining a folder and a file name.
@@ -27,7 +34,22 @@ bool syncFile(const std::string& path);
 bool syncFolder(const std::string& path);
 
 bool fileExists(const std::string& path);
+// A regular file that can be opened for reading.
 bool fileReadable(const std::string& path);
+
+// The whole of a regular file; nothing when it is missing, is not a regular file
+// (opening a FIFO or a device could block for ever), is larger than `maxBytes`
+// or cannot be read.
+std::optional<std::string> readFile(const std::string& path, size_t maxBytes);
+// Creates or truncates a regular file and writes every byte; false, without
+// blocking, when the path names anything else.
+bool writeFile(const std::string& path, std::string_view bytes);
+// Writes a new regular file of our own at `path`: whatever non-folder entry is
+// there first (a stale file, a link, a FIFO) is removed, never followed, and the
+// file is created exclusively, so the bytes cannot land anywhere else.
+bool writeNewFile(const std::string& path, std::string_view bytes);
+// Removes a file or a link (not its target); true when nothing is left there.
+bool removeFile(const std::string& path);
 
 // Converts a calendar time to the local time zone (localtime_r / localtime_s);
 // false when the system cannot.

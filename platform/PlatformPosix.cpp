@@ -88,6 +88,101 @@ bool fileReadable(const std::string& path) {
     return stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode) && access(path.c_str(), R_OK) == 0;
 }
 
+namespace {
+
+// Closes a descriptor on every way out.
+struct Fd {
+    int fd;
+    ~Fd() {
+        if (fd >= 0) {
+            ::close(fd);
+        }
+    }
+};
+
+bool isRegular(int fd) {
+    struct stat st {};
+    return ::fstat(fd, &st) == 0 && S_ISREG(st.st_mode);
+}
+
+bool writeAll(int fd, std::string_view bytes) {
+    size_t done = 0;
+    while (done < bytes.size()) {
+        const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
+        if (n < 0 && errno == EINTR) {
+            continue;
+        }
+        if (n <= 0) {
+            return false;
+        }
+        done += static_cast<size_t>(n);
+    }
+    return true;
+}
+
+bool finish(Fd& file, std::string_view bytes) {
+    const bool written = writeAll(file.fd, bytes);
+    const int fd = file.fd;
+    file.fd = -1;
+    return (::close(fd) == 0) && written;
+}
+
+} // namespace
+
+std::optional<std::string> readFile(const std::string& path, size_t maxBytes) {
+    // O_NONBLOCK: opening a FIFO without a writer returns at once instead of
+    // waiting; it is then refused as not a regular file.
+    Fd file{::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)};
+    struct stat st {};
+    if (file.fd < 0 || ::fstat(file.fd, &st) != 0 || !S_ISREG(st.st_mode) ||
+        static_cast<unsigned long long>(st.st_size) > maxBytes) {
+        return std::nullopt;
+    }
+    std::string bytes;
+    char chunk[16384];
+    for (;;) {
+        const ssize_t n = ::read(file.fd, chunk, sizeof chunk);
+        if (n < 0 && errno == EINTR) {
+            continue;
+        }
+        if (n < 0) {
+            return std::nullopt;
+        }
+        if (n == 0) {
+            return bytes;
+        }
+        bytes.append(chunk, static_cast<size_t>(n));
+        if (bytes.size() > maxBytes) {
+            return std::nullopt; // grew while being read
+        }
+    }
+}
+
+bool writeFile(const std::string& path, std::string_view bytes) {
+    // A FIFO without a reader fails to open (ENXIO) rather than blocking; any
+    // other special file is refused before a byte is written.
+    Fd file{::open(path.c_str(), O_WRONLY | O_CREAT | O_NONBLOCK | O_CLOEXEC, 0666)};
+    if (file.fd < 0 || !isRegular(file.fd) || ::ftruncate(file.fd, 0) != 0) {
+        return false;
+    }
+    return finish(file, bytes);
+}
+
+bool writeNewFile(const std::string& path, std::string_view bytes) {
+    if (!removeFile(path)) {
+        return false;
+    }
+    Fd file{::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666)};
+    if (file.fd < 0) {
+        return false;
+    }
+    return finish(file, bytes);
+}
+
+bool removeFile(const std::string& path) {
+    return ::unlink(path.c_str()) == 0 || errno == ENOENT;
+}
+
 std::string folderOfBinaryContaining(const void* address) {
     Dl_info info{};
     if (dladdr(address, &info) == 0 || !info.dli_fname) {

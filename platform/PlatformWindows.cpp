@@ -1,23 +1,89 @@
 #include "platform/Platform.h"
 
 #define WIN32_LEAN_AND_MEAN
-#include <shlobj.h>
 #include <windows.h>
 
+#include <knownfolders.h>
+#include <shlobj.h>
+
+#include <algorithm>
 #include <string>
+#include <vector>
 
 namespace Lumora::Platform {
 
 namespace {
 
+// UTF-8 to the wide strings of the W calls. Bytes that are not UTF-8 give an
+// empty string, which every call then refuses: better a clear failure than a
+// file of a mangled name.
 std::wstring widen(const std::string& s) {
     if (s.empty()) {
         return {};
     }
-    const int n = MultiByteToWideChar(CP_ACP, 0, s.data(), static_cast<int>(s.size()), nullptr, 0);
+    const int n = MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, s.data(),
+                                      static_cast<int>(s.size()), nullptr, 0);
+    if (n <= 0) {
+        return {};
+    }
     std::wstring w(static_cast<size_t>(n), L'\0');
-    MultiByteToWideChar(CP_ACP, 0, s.data(), static_cast<int>(s.size()), w.data(), n);
+    MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, s.data(), static_cast<int>(s.size()),
+                        w.data(), n);
     return w;
+}
+
+std::string narrow(const wchar_t* w, size_t length) {
+    if (length == 0) {
+        return {};
+    }
+    const int n =
+        WideCharToMultiByte(CP_UTF8, 0, w, static_cast<int>(length), nullptr, 0, nullptr, nullptr);
+    if (n <= 0) {
+        return {};
+    }
+    std::string s(static_cast<size_t>(n), '\0');
+    WideCharToMultiByte(CP_UTF8, 0, w, static_cast<int>(length), s.data(), n, nullptr, nullptr);
+    return s;
+}
+
+// Closes a handle on every way out.
+struct Handle {
+    HANDLE h;
+    ~Handle() {
+        if (h != INVALID_HANDLE_VALUE) {
+            CloseHandle(h);
+        }
+    }
+    bool ok() const { return h != INVALID_HANDLE_VALUE; }
+};
+
+// A file on a disk, not a pipe, a console or a device.
+bool isDiskFile(HANDLE h) {
+    BY_HANDLE_FILE_INFORMATION info{};
+    return GetFileType(h) == FILE_TYPE_DISK && GetFileInformationByHandle(h, &info) &&
+           !(info.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY);
+}
+
+HANDLE openForWriting(const std::string& path, DWORD disposition, DWORD flags) {
+    const std::wstring w = widen(path);
+    if (w.empty()) {
+        return INVALID_HANDLE_VALUE;
+    }
+    return CreateFileW(w.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                       disposition, FILE_ATTRIBUTE_NORMAL | flags, nullptr);
+}
+
+bool writeAll(HANDLE h, std::string_view bytes) {
+    size_t done = 0;
+    while (done < bytes.size()) {
+        const DWORD chunk = static_cast<DWORD>(std::min<size_t>(bytes.size() - done, 1u << 20));
+        DWORD written = 0;
+        if (!WriteFile(h, bytes.data() + done, chunk, &written, nullptr) || written == 0) {
+            return false;
+        }
+        done += written;
+    }
+    return true;
 }
 
 } // namespace
@@ -27,11 +93,13 @@ char pathSeparator() {
 }
 
 std::string userConfigFolder() {
-    char path[MAX_PATH] = {};
-    if (SHGetFolderPathA(nullptr, CSIDL_APPDATA, nullptr, 0, path) != S_OK) {
-        return {};
+    PWSTR path = nullptr;
+    std::string folder;
+    if (SHGetKnownFolderPath(FOLDERID_RoamingAppData, KF_FLAG_DEFAULT, nullptr, &path) == S_OK) {
+        folder = narrow(path, wcslen(path));
     }
-    return path;
+    CoTaskMemFree(path);
+    return folder;
 }
 
 bool makeFolders(const std::string& path) {
@@ -40,42 +108,51 @@ bool makeFolders(const std::string& path) {
     }
     std::string partial;
     for (size_t i = 0; i <= path.size(); ++i) {
-        if (i == path.size() ||
-            ((path[i] == '\\' || path[i] == '/') && i > 0 && path[i - 1] != ':')) {
+        // Skip the drive ("C:") and the server and share of a network path
+        // ("\\server\share"), which cannot be created.
+        if (i == path.size() || ((path[i] == '\\' || path[i] == '/') && i > 0 &&
+                                 path[i - 1] != ':' && path[i - 1] != '\\' && path[i - 1] != '/')) {
             partial.assign(path, 0, i);
-            if (!CreateDirectoryA(partial.c_str(), nullptr) &&
-                GetLastError() != ERROR_ALREADY_EXISTS) {
+            const std::wstring w = widen(partial);
+            if (w.empty()) {
                 return false;
+            }
+            if (!CreateDirectoryW(w.c_str(), nullptr)) {
+                const DWORD error = GetLastError();
+                if (error != ERROR_ALREADY_EXISTS && error != ERROR_ACCESS_DENIED &&
+                    error != ERROR_INVALID_NAME && error != ERROR_BAD_NETPATH &&
+                    error != ERROR_BAD_NET_NAME) {
+                    return false;
+                }
             }
         }
     }
-    const DWORD attrs = GetFileAttributesA(path.c_str());
+    const DWORD attrs = GetFileAttributesW(widen(path).c_str());
     return attrs != INVALID_FILE_ATTRIBUTES && (attrs & FILE_ATTRIBUTE_DIRECTORY);
 }
 
 bool replaceFile(const std::string& from, const std::string& to) {
-    return MoveFileExW(widen(from).c_str(), widen(to).c_str(),
-                       MOVEFILE_REPLACE_EXISTING | MOVEFILE_COPY_ALLOWED) != 0;
+    const std::wstring a = widen(from);
+    const std::wstring b = widen(to);
+    return !a.empty() && !b.empty() &&
+           MoveFileExW(a.c_str(), b.c_str(),
+                       MOVEFILE_REPLACE_EXISTING | MOVEFILE_COPY_ALLOWED |
+                           MOVEFILE_WRITE_THROUGH) != 0;
 }
 
 bool syncFile(const std::string& path) {
-    HANDLE h = CreateFileA(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                           OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (h == INVALID_HANDLE_VALUE) {
-        return false;
-    }
-    const bool ok = FlushFileBuffers(h) != 0;
-    CloseHandle(h);
-    return ok;
+    Handle file{openForWriting(path, OPEN_EXISTING, 0)};
+    return file.ok() && FlushFileBuffers(file.h) != 0;
 }
 
-// NTFS journals directory entries; MoveFileEx is as durable as it gets there.
+// NTFS journals directory entries, and the renames are written through.
 bool syncFolder(const std::string&) {
     return true;
 }
 
 bool fileExists(const std::string& path) {
-    return GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+    const std::wstring w = widen(path);
+    return !w.empty() && GetFileAttributesW(w.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
 bool localTime(std::time_t t, std::tm& out) {
@@ -83,28 +160,98 @@ bool localTime(std::time_t t, std::tm& out) {
 }
 
 bool fileReadable(const std::string& path) {
-    HANDLE h = CreateFileA(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                           FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (h == INVALID_HANDLE_VALUE) {
+    const std::wstring w = widen(path);
+    if (w.empty()) {
         return false;
     }
-    CloseHandle(h);
-    return true;
+    Handle file{CreateFileW(w.c_str(), GENERIC_READ,
+                            FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                            OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)};
+    return file.ok() && isDiskFile(file.h);
+}
+
+std::optional<std::string> readFile(const std::string& path, size_t maxBytes) {
+    const std::wstring w = widen(path);
+    if (w.empty()) {
+        return std::nullopt;
+    }
+    Handle file{CreateFileW(w.c_str(), GENERIC_READ,
+                            FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                            OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)};
+    LARGE_INTEGER size{};
+    if (!file.ok() || !isDiskFile(file.h) || !GetFileSizeEx(file.h, &size) ||
+        static_cast<unsigned long long>(size.QuadPart) > maxBytes) {
+        return std::nullopt;
+    }
+    std::string bytes(static_cast<size_t>(size.QuadPart), '\0');
+    size_t done = 0;
+    while (done < bytes.size()) {
+        DWORD got = 0;
+        if (!ReadFile(file.h, bytes.data() + done, static_cast<DWORD>(bytes.size() - done), &got,
+                      nullptr)) {
+            return std::nullopt;
+        }
+        if (got == 0) {
+            bytes.resize(done); // shrank while being read
+            break;
+        }
+        done += got;
+    }
+    return bytes;
+}
+
+bool writeFile(const std::string& path, std::string_view bytes) {
+    Handle file{openForWriting(path, OPEN_ALWAYS, 0)};
+    if (!file.ok() || !isDiskFile(file.h) || !SetEndOfFile(file.h)) {
+        return false;
+    }
+    return writeAll(file.h, bytes);
+}
+
+bool writeNewFile(const std::string& path, std::string_view bytes) {
+    if (!removeFile(path)) {
+        return false;
+    }
+    Handle file{openForWriting(path, CREATE_NEW, FILE_FLAG_OPEN_REPARSE_POINT)};
+    return file.ok() && isDiskFile(file.h) && writeAll(file.h, bytes);
+}
+
+bool removeFile(const std::string& path) {
+    const std::wstring w = widen(path);
+    if (w.empty()) {
+        return false;
+    }
+    if (DeleteFileW(w.c_str())) {
+        return true;
+    }
+    const DWORD error = GetLastError();
+    return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
 }
 
 std::string folderOfBinaryContaining(const void* address) {
     HMODULE module = nullptr;
-    if (!GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS |
+    if (!GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS |
                                 GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                            static_cast<LPCSTR>(address), &module)) {
+                            static_cast<LPCWSTR>(address), &module)) {
         return {};
     }
-    char path[MAX_PATH] = {};
-    const DWORD n = GetModuleFileNameA(module, path, MAX_PATH);
-    if (n == 0 || n == MAX_PATH) {
-        return {};
+    // Long paths: grow the buffer until the name fits.
+    std::vector<wchar_t> path(MAX_PATH);
+    DWORD n = 0;
+    for (;;) {
+        n = GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size()));
+        if (n == 0) {
+            return {};
+        }
+        if (n < path.size()) {
+            break;
+        }
+        if (path.size() >= 32768) {
+            return {};
+        }
+        path.resize(path.size() * 2);
     }
-    std::string file(path, n);
+    const std::string file = narrow(path.data(), n);
     const auto slash = file.find_last_of("\\/");
     return slash == std::string::npos ? std::string(".") : file.substr(0, slash);
 }
@@ -115,7 +262,15 @@ DynamicLibrary::~DynamicLibrary() {
 
 bool DynamicLibrary::open(const std::string& path) {
     close();
-    handle_ = reinterpret_cast<void*>(LoadLibraryW(widen(path).c_str()));
+    const std::wstring w = widen(path);
+    if (w.empty()) {
+        return false;
+    }
+    // A library given with its folder finds the libraries it needs beside it.
+    const bool inFolder = path.find_first_of("\\/") != std::string::npos;
+    handle_ = reinterpret_cast<void*>(
+        inFolder ? LoadLibraryExW(w.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)
+                 : LoadLibraryW(w.c_str()));
     return handle_ != nullptr;
 }
 

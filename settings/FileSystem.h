@@ -18,6 +18,11 @@ public:
     virtual std::optional<std::string> readFile(const std::string& path) = 0;
     // Truncates and writes all bytes in binary mode; true when every byte went out.
     virtual bool writeFile(const std::string& path, std::string_view bytes) = 0;
+    // Writes a fresh regular file of our own: whatever stood at the path (a link,
+    // a FIFO, a stale file) is removed first, never followed or waited on.
+    virtual bool writeNewFile(const std::string& path, std::string_view bytes) {
+        return writeFile(path, bytes);
+    }
     // Replaces `to` with `from` in one step.
     virtual bool renameFile(const std::string& from, const std::string& to) = 0;
     // Creates the folder and any missing parents; true when it exists afterwards.
