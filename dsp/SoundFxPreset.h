@@ -35,9 +35,11 @@ struct PitchParams {
     float formantShiftB = 0.0f;
     float mixAB = 0.5f;
     bool formantEqEnabled = false;
-    std::array<FormantBand, kFormantBandCount> formantBands{
-        {{400.0f, 0.0f, 1.5f}, {1000.0f, 0.0f, 1.5f}, {2000.0f, 0.0f, 1.5f},
-         {3500.0f, 0.0f, 1.5f}, {7000.0f, 0.0f, 1.5f}}};
+    std::array<FormantBand, kFormantBandCount> formantBands{{{400.0f, 0.0f, 1.5f},
+                                                             {1000.0f, 0.0f, 1.5f},
+                                                             {2000.0f, 0.0f, 1.5f},
+                                                             {3500.0f, 0.0f, 1.5f},
+                                                             {7000.0f, 0.0f, 1.5f}}};
 };
 
 struct ReverbParams {
@@ -74,7 +76,7 @@ struct ModParams {
 
 struct SoundFxPreset {
     float inputGainDb = 0.0f;  // not persisted
-    float outputGainDb = 0.0f; // not persisted
+    float outputGainDb = 0.0f; // stored only when not 0 dB
     PitchParams pitch;
     ReverbParams reverb;
     DelayParams delay;

@@ -363,6 +363,11 @@ JsonValue soundFxPresetToJson(const SavedSoundFxPreset& saved) {
     o.set("radio", radioToJson(p.radio));
     o.set("mod", modToJson(p.mod));
     o.set("effectOrder", std::move(order));
+    // The level that matches a voice's loudness to the dry voice (the built-ins
+    // carry one); a voice without one is stored as it always was.
+    if (p.outputGainDb != 0.0f) {
+        o.set("outputGainDb", p.outputGainDb);
+    }
     return o;
 }
 
@@ -377,6 +382,7 @@ SavedSoundFxPreset soundFxPresetFromJson(const JsonValue& o) {
     p.delay = delayFromJson(member(o, "delay"));
     p.radio = radioFromJson(member(o, "radio"));
     p.mod = modFromJson(member(o, "mod"));
+    p.outputGainDb = asClampedFloat(member(o, "outputGainDb"), 0.0f, kGainMinDb, kGainMaxDb);
     // Only a list of exactly five is an order; anything else keeps the default.
     const JsonValue& order = member(o, "effectOrder");
     if (order.isArray() && order.elements().size() == p.effectOrder.size()) {
