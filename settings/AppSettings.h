@@ -57,6 +57,9 @@ struct KeyAssignPreset {
     std::string name;
     std::string savedAt;
     KeyAssignmentSet assignments;
+    // The assignment Lumora installed, whatever the user has since renamed it:
+    // while it exists the built-ins are not seeded again.
+    bool builtIn = false;
 };
 
 struct DiagnosisHistoryEntry {

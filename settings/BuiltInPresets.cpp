@@ -2,6 +2,8 @@
 
 #include "settings/PresetLists.h"
 
+#include <algorithm>
+
 namespace Lumora {
 
 namespace {
@@ -115,7 +117,14 @@ KeyAssignmentSet builtInKeyAssignments() {
 }
 
 bool seedBuiltIns(AppSettings& s, const std::string& savedAt) {
-    if (findKeyAssignPreset(s, kDefaultKeyAssignPresetName)) {
+    // Deleting the built-in assignment brings the built-ins back, on purpose; a
+    // renamed one is still the built-in, and seeding again would reset the
+    // user's keys and their edited voices.
+    const bool present = std::any_of(s.keyAssignPresets.begin(), s.keyAssignPresets.end(),
+                                     [](const KeyAssignPreset& p) {
+                                         return p.builtIn || p.name == kDefaultKeyAssignPresetName;
+                                     });
+    if (present) {
         return false;
     }
     for (SavedSoundFxPreset preset : builtInSoundFxPresets()) {
@@ -123,7 +132,8 @@ bool seedBuiltIns(AppSettings& s, const std::string& savedAt) {
         putSoundFxPreset(s, std::move(preset));
     }
     s.keyAssignments = builtInKeyAssignments();
-    putKeyAssignPreset(s, KeyAssignPreset{kDefaultKeyAssignPresetName, savedAt, s.keyAssignments});
+    putKeyAssignPreset(
+        s, KeyAssignPreset{kDefaultKeyAssignPresetName, savedAt, s.keyAssignments, true});
     return true;
 }
 

@@ -1,5 +1,7 @@
 #include "settings/PresetLists.h"
 
+#include "settings/BuiltInPresets.h"
+
 #include <algorithm>
 #include <vector>
 
@@ -39,7 +41,73 @@ bool erase(std::vector<T>& list, const std::string& name) {
     return true;
 }
 
+template <typename T>
+T* renameIn(std::vector<T>& list, const std::string& from, const std::string& to) {
+    if (from == to || to.empty() || findByName(list, from) == list.end()) {
+        return nullptr;
+    }
+    erase(list, to); // the user agreed to replace it
+    T& preset = *findByName(list, from);
+    preset.name = to;
+    return &preset;
+}
+
+// Every key slot that can name a preset: the current assignment's and those of
+// each key-assignment preset, default slots included.
+template <typename F>
+void forEachSlot(AppSettings& s, F f) {
+    auto inSet = [&f](KeyAssignmentSet& set) {
+        for (KeyAssignment& key : set.keys) {
+            f(key);
+        }
+        f(set.defaultKey);
+    };
+    inSet(s.keyAssignments);
+    for (KeyAssignPreset& p : s.keyAssignPresets) {
+        inSet(p.assignments);
+    }
+}
+
 } // namespace
+
+bool renameEffectPreset(AppSettings& s, const std::string& from, const std::string& to) {
+    SavedEffectPreset* p = renameIn(s.presets, from, to);
+    if (!p) {
+        return false;
+    }
+    p->preset.name = to;
+    forEachSlot(s, [&](KeyAssignment& key) {
+        if (key.hasEffectPreset && key.effectPresetName == from) {
+            key.effectPresetName = to;
+        }
+    });
+    if (s.lastPresetName == from) {
+        s.lastPresetName = to;
+    }
+    return true;
+}
+
+bool renameSoundFxPreset(AppSettings& s, const std::string& from, const std::string& to) {
+    if (!renameIn(s.soundFxPresets, from, to)) {
+        return false;
+    }
+    forEachSlot(s, [&](KeyAssignment& key) {
+        if (key.hasSoundFxPreset && key.soundFxPresetName == from) {
+            key.soundFxPresetName = to;
+        }
+    });
+    return true;
+}
+
+bool renameKeyAssignPreset(AppSettings& s, const std::string& from, const std::string& to) {
+    KeyAssignPreset* p = renameIn(s.keyAssignPresets, from, to);
+    if (!p) {
+        return false;
+    }
+    // A settings file from before the flag knows the built-in by its name only.
+    p->builtIn = p->builtIn || from == kDefaultKeyAssignPresetName;
+    return true;
+}
 
 void putEffectPreset(AppSettings& s, SavedEffectPreset preset) {
     put(s.presets, std::move(preset));

@@ -22,6 +22,14 @@ bool eraseEffectPreset(AppSettings& s, const std::string& name);
 bool eraseSoundFxPreset(AppSettings& s, const std::string& name);
 bool eraseKeyAssignPreset(AppSettings& s, const std::string& name);
 
+// Renames in place: the preset keeps its place and savedAt, and a different
+// preset already under `to` is replaced. The references follow it: the slots of
+// the current key assignment and of every key-assignment preset, and
+// lastPresetName. False when there is no `from`, or `to` is empty or the same.
+bool renameEffectPreset(AppSettings& s, const std::string& from, const std::string& to);
+bool renameSoundFxPreset(AppSettings& s, const std::string& from, const std::string& to);
+bool renameKeyAssignPreset(AppSettings& s, const std::string& from, const std::string& to);
+
 // The first preset of that name, or null.
 const SavedEffectPreset* findEffectPreset(const AppSettings& s, const std::string& name);
 const SavedSoundFxPreset* findSoundFxPreset(const AppSettings& s, const std::string& name);

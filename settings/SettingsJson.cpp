@@ -23,6 +23,9 @@ JsonValue keyAssignPresetToJson(const KeyAssignPreset& preset) {
     o.set("name", preset.name);
     o.set("savedAt", preset.savedAt);
     o.set("assignments", keyAssignmentSetToJson(preset.assignments));
+    if (preset.builtIn) {
+        o.set("builtIn", true);
+    }
     return o;
 }
 
@@ -31,6 +34,7 @@ KeyAssignPreset keyAssignPresetFromJson(const JsonValue& o) {
     preset.name = asString(member(o, "name"), "");
     preset.savedAt = asString(member(o, "savedAt"), "");
     readKeyAssignmentSet(member(o, "assignments"), preset.assignments);
+    preset.builtIn = asBool(member(o, "builtIn"), false);
     return preset;
 }
 

@@ -36,7 +36,7 @@ const char* describe(FileVerdict verdict) {
     case FileVerdict::Ok:
         return "ok";
     case FileVerdict::NewerVersion:
-        return "written by a newer version (replaced by defaults)";
+        return "written by a newer version (left untouched; nothing is saved over it)";
     case FileVerdict::NotTried:
         return "not needed";
     case FileVerdict::Missing:
@@ -181,24 +181,46 @@ AppSettings SettingsStore::load() {
     return settings;
 }
 
+std::string SettingsStore::damagedPath() const {
+    return settingsPath() + ".damaged";
+}
+
+bool SettingsStore::heldByNewerVersion() const {
+    AppSettings ignored;
+    return readOne(settingsPath(), ignored) == FileVerdict::NewerVersion;
+}
+
 bool SettingsStore::save(const AppSettings& settings) {
-    if (!fs_->makeFolders(folder_)) {
+    // A document from a newer Lumora stays exactly as it is: writing ours over it
+    // would throw away whatever that version keeps that we cannot read. The user
+    // is told (heldByNewerVersion) and nothing is saved until they decide.
+    AppSettings current;
+    const FileVerdict live = readOne(settingsPath(), current);
+    if (live == FileVerdict::NewerVersion || !fs_->makeFolders(folder_)) {
         return false;
     }
     const std::string text = addChecksum(renderJson(toJson(settings)));
     const std::string temp = tempPath();
     // The new text must be on the disk, and read back intact, before the live file
     // is touched: a crash or power loss at any later point leaves either the
-    // previous document or the new one.
-    if (!fs_->writeFile(temp, text) || !fs_->syncFile(temp)) {
+    // previous document or the new one. The temporary file is always created
+    // afresh, so a link or a FIFO left at its name is neither followed nor waited on.
+    if (!fs_->writeNewFile(temp, text) || !fs_->syncFile(temp)) {
         return false;
     }
     std::optional<std::string> back = fs_->readFile(temp);
     if (!back || !verifyAndStrip(*back) || parseJson(*back).value.isNull()) {
         return false;
     }
-    fs_->syncFolder(folder_);                      // the temporary file's entry; best effort
-    fs_->renameFile(settingsPath(), backupPath()); // nothing to keep on the first save
+    fs_->syncFolder(folder_); // the temporary file's entry; best effort
+    // The live file becomes the backup only when it was good. A damaged one (the
+    // document then came from the backup) would otherwise destroy the last good
+    // copy; it is kept aside under its own name for whoever wants to look at it.
+    if (live == FileVerdict::Ok) {
+        fs_->renameFile(settingsPath(), backupPath());
+    } else if (live != FileVerdict::Missing) {
+        fs_->renameFile(settingsPath(), damagedPath());
+    }
     if (!fs_->renameFile(temp, settingsPath())) {
         return false;
     }
@@ -271,6 +293,35 @@ bool SettingsStore::addDiagnosisHistory(DiagnosisHistoryEntry entry) {
     AppSettings s = load();
     pushDiagnosisHistory(s, std::move(entry));
     return save(s);
+}
+
+bool SettingsStore::renameEffectPreset(const std::string& from, const std::string& to) {
+    AppSettings s = load();
+    return Lumora::renameEffectPreset(s, from, to) && save(s);
+}
+
+bool SettingsStore::renameSoundFxPreset(const std::string& from, const std::string& to) {
+    AppSettings s = load();
+    return Lumora::renameSoundFxPreset(s, from, to) && save(s);
+}
+
+bool SettingsStore::renameKeyAssignPreset(const std::string& from, const std::string& to) {
+    AppSettings s = load();
+    return Lumora::renameKeyAssignPreset(s, from, to) && save(s);
+}
+
+bool SettingsStore::markDiagnosisApplied(const std::string& timestamp) {
+    AppSettings s = load();
+    for (DiagnosisHistoryEntry& entry : s.diagnosisHistory) {
+        if (entry.timestamp == timestamp) {
+            if (entry.presetApplied) {
+                return true;
+            }
+            entry.presetApplied = true;
+            return save(s);
+        }
+    }
+    return false;
 }
 
 std::optional<SavedEffectPreset> SettingsStore::findEffectPreset(const std::string& name) {

@@ -41,9 +41,11 @@ struct LoadReport {
 // Load-change-save access to the settings file "settings.json" in one folder.
 // The file starts with a djb2 checksum line; a save goes through
 // "settings.json.tmp", which is flushed to the disk and read back before it
-// replaces the live file, and the replaced file is kept as "settings.json.bak".
-// Loading falls back to the backup and then to the defaults. Nothing is cached:
-// every operation reads the file afresh.
+// replaces the live file, and the replaced file is kept as "settings.json.bak"
+// when it was good, else as "settings.json.damaged" (the backup it was loaded
+// from survives). Loading falls back to the backup and then to the defaults. A
+// live file from a newer version is never written over. Nothing is cached: every
+// operation reads the file afresh.
 class SettingsStore {
 public:
     // An empty folder means $LUMORA_SETTINGS_DIR when set, else the "Lumora"
@@ -55,6 +57,11 @@ public:
     std::string settingsPath() const;
     std::string tempPath() const;
     std::string backupPath() const;
+    std::string damagedPath() const;
+
+    // True when the live file comes from a newer version of Lumora: it is left
+    // untouched and every save returns false, so the caller can say why.
+    bool heldByNewerVersion() const;
 
     // The document, with the built-ins seeded (and then saved once, whatever the
     // save's outcome). Never fails: defaults when nothing usable is on disk.
@@ -80,9 +87,16 @@ public:
     bool deleteSoundFxPreset(const std::string& name);
     bool deleteKeyAssignPreset(const std::string& name);
     bool saveKeyAssignments(const KeyAssignmentSet& assignments);
+    // Renames in one transaction, references following (PresetLists.h).
+    bool renameEffectPreset(const std::string& from, const std::string& to);
+    bool renameSoundFxPreset(const std::string& from, const std::string& to);
+    bool renameKeyAssignPreset(const std::string& from, const std::string& to);
     bool saveAppFields(const AppFields& fields);
     // Newest first; at most 20 entries are kept.
     bool addDiagnosisHistory(DiagnosisHistoryEntry entry);
+    // Records that the preset recommended by the diagnosis of that timestamp was
+    // applied; false when no such entry is kept.
+    bool markDiagnosisApplied(const std::string& timestamp);
 
     // Look-ups on a fresh load (e.g. the filter restoring lastPresetName).
     std::optional<SavedEffectPreset> findEffectPreset(const std::string& name);

@@ -11,6 +11,7 @@
 #include "ui/PresetNamePrompt.h"
 #include "ui/ResultSummaryCard.h"
 #include "ui/ResultsPage.h"
+#include "ui/SaveFailure.h"
 #include "ui/WizardPanel.h"
 
 #include <QMessageBox>
@@ -76,9 +77,8 @@ void DiagnosisPresenter::keepResult(const DiagnosisResult& result) {
     if (SettingsStore* store = binding_->store()) {
         DiagnosisHistoryEntry entry;
         entry.timestamp = nowTimestamp();
-        entry.presetApplied = false;
         entry.result = result;
-        (void)store->addDiagnosisHistory(entry);
+        historyStamp_ = store->addDiagnosisHistory(entry) ? entry.timestamp : std::string();
         emit storeChanged();
     }
 }
@@ -94,6 +94,11 @@ void DiagnosisPresenter::applyFor(const DiagnosisResult& result) {
     hasDiagnosisPreset_ = true;
     binding_->useCleaning(diagnosisPreset_, diagnosisPreset_.name);
     pages_.revert->setEnabled(true);
+    // The history tells which diagnoses the user acted on.
+    SettingsStore* store = binding_->store();
+    if (store && !historyStamp_.empty() && store->markDiagnosisApplied(historyStamp_)) {
+        emit storeChanged();
+    }
 }
 
 void DiagnosisPresenter::applyRecommended() {
@@ -132,8 +137,9 @@ void DiagnosisPresenter::saveFor(const DiagnosisResult& result) {
     saved.preset.name = saved.name;
     SettingsStore* store = binding_->store();
     if (!store || !store->saveEffectPreset(saved)) {
-        QMessageBox::warning(dialog_, title,
-                             tr("The preset could not be saved. Please try again."));
+        QMessageBox::warning(
+            dialog_, title,
+            saveFailureText(store, tr("The preset could not be saved. Please try again.")));
         return;
     }
     emit storeChanged();

@@ -11,6 +11,7 @@
 
 #include <array>
 #include <functional>
+#include <string>
 
 class QPushButton;
 class QWidget;
@@ -89,6 +90,7 @@ private:
     // The latest result first, the one before it second.
     std::array<DiagnosisResult, 2> results_{};
     std::array<bool, 2> hasResult_{{false, false}};
+    std::string historyStamp_; // the newest result's history entry, when it was kept
     EffectPreset diagnosisPreset_;
     bool hasDiagnosisPreset_ = false;
 };

@@ -12,6 +12,7 @@
 #include "ui/NoiseControls.h"
 #include "ui/NoiseLearner.h"
 #include "ui/PresetNamePrompt.h"
+#include "ui/SaveFailure.h"
 #include "ui/SoundShapes.h"
 #include "ui/Theme.h"
 #include "ui/ToggleSwitch.h"
@@ -193,7 +194,8 @@ bool EffectPanel::savePreset() {
     saved.preset.name = saved.name;
     saved.preset.description = saved.description;
     if (!store_->saveEffectPreset(saved)) {
-        QMessageBox::warning(this, title, tr("The preset could not be saved."));
+        QMessageBox::warning(this, title,
+                             saveFailureText(store_, tr("The preset could not be saved.")));
         return false;
     }
     preset_.name = saved.name;

@@ -5,6 +5,7 @@
 #include "settings/SettingsStore.h"
 #include "ui/KeyCap.h"
 #include "ui/PresetNamePrompt.h"
+#include "ui/SaveFailure.h"
 #include "ui/Theme.h"
 
 #include <QAction>
@@ -411,7 +412,8 @@ bool KeyAssignPanel::saveAssignPreset() {
     }
     name = name.trimmed();
     if (!store_->saveKeyAssignPreset(name.toStdString(), set_)) {
-        QMessageBox::warning(this, title, tr("The preset could not be saved."));
+        QMessageBox::warning(this, title,
+                             saveFailureText(store_, tr("The preset could not be saved.")));
         return false;
     }
     emit presetSaved(name);

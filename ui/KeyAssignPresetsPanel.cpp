@@ -87,10 +87,8 @@ bool KeyAssignPresetsPanel::applyNamed(const AppSettings& s, const std::string& 
     return saved;
 }
 
-bool KeyAssignPresetsPanel::copyNamed(const AppSettings& s, const std::string& from,
-                                      const std::string& to) {
-    const KeyAssignPreset* p = findKeyAssignPreset(s, from);
-    return p && store()->saveKeyAssignPreset(to, p->assignments);
+bool KeyAssignPresetsPanel::renameNamed(const std::string& from, const std::string& to) {
+    return store()->renameKeyAssignPreset(from, to);
 }
 
 bool KeyAssignPresetsPanel::eraseNamed(const std::string& name) {

@@ -3,6 +3,7 @@
 #include "settings/SettingsStore.h"
 #include "ui/PresetNamePrompt.h"
 #include "ui/PresetRow.h"
+#include "ui/SaveFailure.h"
 #include "ui/Theme.h"
 
 #include <QFileDialog>
@@ -180,22 +181,12 @@ bool PresetListPanel::renamePreset(const QString& from, const QString& to) {
     if (!store_ || from == to || to.trimmed().isEmpty()) {
         return false;
     }
-    const AppSettings s = store_->load();
-    const std::string a = from.toStdString();
-    const std::string b = to.toStdString();
-    if (!exists(s, a)) {
-        return false;
-    }
-    // Saved under the new name first, so a failure half-way leaves a copy
-    // rather than nothing.
-    if (!copyNamed(s, a, b)) {
-        return false;
-    }
-    const bool erased = eraseNamed(a);
-    renamed(store_->load(), a, b);
+    const bool ok = renameNamed(from.toStdString(), to.toStdString());
     refresh();
-    emit listChanged();
-    return erased;
+    if (ok) {
+        emit listChanged();
+    }
+    return ok;
 }
 
 QString PresetListPanel::deleteQuestion(const QString& name) const {
@@ -248,7 +239,7 @@ bool PresetListPanel::importFromFile(const QString& path, QString* error) {
         return fail(tr("The file holds no presets of this kind."));
     }
     if (!store_->save(s)) {
-        return fail(tr("The settings could not be saved."));
+        return fail(saveFailureText(store_, tr("The settings could not be saved.")));
     }
     refresh();
     emit listChanged();

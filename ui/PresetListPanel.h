@@ -81,8 +81,9 @@ protected:
     virtual bool exists(const AppSettings& settings, const std::string& name) const = 0;
     // The store operations of this kind.
     virtual bool applyNamed(const AppSettings& settings, const std::string& name) = 0;
-    virtual bool copyNamed(const AppSettings& settings, const std::string& from,
-                           const std::string& to) = 0;
+    // One transaction: the preset takes the new name and whatever names it (key
+    // slots, the last preset) follows.
+    virtual bool renameNamed(const std::string& from, const std::string& to) = 0;
     virtual bool eraseNamed(const std::string& name) = 0;
     // Files: how many presets of this kind were put into `settings`.
     virtual int importInto(AppSettings& settings, const std::string& text, std::string& error) {
@@ -97,13 +98,6 @@ protected:
         (void)name;
         (void)text;
         return false;
-    }
-    // Called after a rename so the page can follow (e.g. lastPresetName).
-    virtual void renamed(const AppSettings& settings, const std::string& from,
-                         const std::string& to) {
-        (void)settings;
-        (void)from;
-        (void)to;
     }
 
     bool askName(const QString& title, QString& name);

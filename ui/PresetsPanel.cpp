@@ -69,27 +69,12 @@ bool PresetsPanel::applyNamed(const AppSettings& s, const std::string& name) {
     return saved;
 }
 
-bool PresetsPanel::copyNamed(const AppSettings& s, const std::string& from, const std::string& to) {
-    const SavedEffectPreset* p = findEffectPreset(s, from);
-    if (!p) {
-        return false;
-    }
-    SavedEffectPreset copy = *p;
-    copy.name = to;
-    copy.preset.name = to;
-    return store()->saveEffectPreset(copy);
+bool PresetsPanel::renameNamed(const std::string& from, const std::string& to) {
+    return store()->renameEffectPreset(from, to);
 }
 
 bool PresetsPanel::eraseNamed(const std::string& name) {
     return store()->deleteEffectPreset(name);
-}
-
-void PresetsPanel::renamed(const AppSettings& s, const std::string& from, const std::string& to) {
-    if (s.lastPresetName == from) {
-        AppFields fields = appFieldsOf(s);
-        fields.lastPresetName = to;
-        store()->saveAppFields(fields);
-    }
 }
 
 int PresetsPanel::importInto(AppSettings& s, const std::string& text, std::string& error) {

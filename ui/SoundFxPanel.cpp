@@ -10,6 +10,7 @@
 #include "ui/Knob.h"
 #include "ui/PresetNamePrompt.h"
 #include "ui/ReorderableColumn.h"
+#include "ui/SaveFailure.h"
 #include "ui/Theme.h"
 #include "ui/ToggleSwitch.h"
 
@@ -456,7 +457,8 @@ bool SoundFxPanel::savePreset() {
     saved.description = describe(preset_).toStdString();
     saved.preset = preset_;
     if (!store_->saveSoundFxPreset(saved)) {
-        QMessageBox::warning(this, title, tr("The preset could not be saved."));
+        QMessageBox::warning(this, title,
+                             saveFailureText(store_, tr("The preset could not be saved.")));
         return false;
     }
     emit presetSaved(QString::fromStdString(saved.name));

@@ -49,15 +49,8 @@ bool SoundFxPresetsPanel::applyNamed(const AppSettings& s, const std::string& na
     return true;
 }
 
-bool SoundFxPresetsPanel::copyNamed(const AppSettings& s, const std::string& from,
-                                    const std::string& to) {
-    const SavedSoundFxPreset* p = findSoundFxPreset(s, from);
-    if (!p) {
-        return false;
-    }
-    SavedSoundFxPreset copy = *p;
-    copy.name = to;
-    return store()->saveSoundFxPreset(copy);
+bool SoundFxPresetsPanel::renameNamed(const std::string& from, const std::string& to) {
+    return store()->renameSoundFxPreset(from, to);
 }
 
 bool SoundFxPresetsPanel::eraseNamed(const std::string& name) {

@@ -21,8 +21,7 @@ protected:
     std::vector<Entry> entriesOf(const AppSettings& settings) const override;
     bool exists(const AppSettings& settings, const std::string& name) const override;
     bool applyNamed(const AppSettings& settings, const std::string& name) override;
-    bool copyNamed(const AppSettings& settings, const std::string& from,
-                   const std::string& to) override;
+    bool renameNamed(const std::string& from, const std::string& to) override;
     bool eraseNamed(const std::string& name) override;
     int importInto(AppSettings& settings, const std::string& text, std::string& error) override;
     bool exportNamed(const AppSettings& settings, const std::string& name,

@@ -1364,4 +1364,13 @@ Use this when you want to undo your manual changes.</source>
         <translation>次へ ▶</translation>
     </message>
 </context>
+<context>
+    <name>Lumora::SaveFailure</name>
+    <message>
+        <source>The settings file was written by a newer version of Lumora. It is kept as it is and nothing is saved over it; update Lumora to save again.
+%1</source>
+        <translation>設定ファイルは新しいバージョンの Lumora で書かれています。ファイルはそのまま残し、上書きはしません。保存するには Lumora を更新してください。
+%1</translation>
+    </message>
+</context>
 </TS>

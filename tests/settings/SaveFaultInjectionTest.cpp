@@ -33,9 +33,11 @@ std::string loadedTag(FileSystem& fs, const std::string& folder) {
     return SettingsStore(folder, fs).inspect().settings.lastPresetName;
 }
 
-// Steps of one undisturbed save, as the store performs them.
+// Steps of one undisturbed save over an existing live file, as the store
+// performs them.
 int stepsOfASave() {
     MemoryFileSystem memory;
+    SettingsStore("/s", memory).save(document("before"));
     FaultyFileSystem counter(memory);
     counter.arm(Mode::None, -1);
     SettingsStore("/s", counter).save(document("x"));
@@ -54,6 +56,7 @@ const char* name(Start s) {
 
 TEST(SaveFaultInjection, TheSaveFlushesBeforeItReplaces) {
     MemoryFileSystem memory;
+    ASSERT_TRUE(SettingsStore("/s", memory).save(document("before")));
     FaultyFileSystem fs(memory);
     fs.arm(Mode::None, -1);
     ASSERT_TRUE(SettingsStore("/s", fs).save(document("a")));

@@ -71,9 +71,10 @@ TEST(PresetsPanel, RenamingSavesUnderTheNewNameAndTheCurrentMarkFollows) {
     ASSERT_TRUE(panel.renameWithPrompt(QStringLiteral("配信")));
     const AppSettings s = rig.store->load();
     ASSERT_EQ(s.presets.size(), 2u);
-    EXPECT_EQ(s.presets[0].name, "歌枠");
-    EXPECT_EQ(s.presets[1].name, "ゲーム配信");
-    EXPECT_FLOAT_EQ(s.presets[1].preset.gate.thresholdDb, -50.0f);
+    // Renamed in place: the list keeps its order.
+    EXPECT_EQ(s.presets[0].name, "ゲーム配信");
+    EXPECT_EQ(s.presets[1].name, "歌枠");
+    EXPECT_FLOAT_EQ(s.presets[0].preset.gate.thresholdDb, -50.0f);
     EXPECT_EQ(s.lastPresetName, "ゲーム配信");
     EXPECT_TRUE(panel.rowNamed(QStringLiteral("ゲーム配信"))->isCurrent());
 

@@ -107,6 +107,10 @@ int verify(const Options& o) {
     if (FileSystem::real().exists(store->tempPath())) {
         std::printf("settings.json.tmp: present (left by an unfinished save; harmless)\n");
     }
+    if (FileSystem::real().exists(store->damagedPath())) {
+        std::printf("settings.json.damaged: present (a damaged live file, kept aside so that "
+                    "it never replaced the good backup)\n");
+    }
     std::printf("loaded: %s\n", describe(r.source));
     std::printf("effect presets: %zu, sound-effect presets: %zu, key-assignment presets: %zu, "
                 "diagnoses: %zu\n",
