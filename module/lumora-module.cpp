@@ -1,4 +1,5 @@
 // Module entry points: what OBS calls when it loads and unloads Lumora.
+#include "LumoraVersion.h"
 #include "ui/Localisation.h"
 
 #include <obs-module.h>
@@ -26,7 +27,7 @@ bool obs_module_load(void) {
         Lumora::setPluginDataFolder(QString::fromUtf8(data));
     }
     Lumora::registerFilter();
-    blog(LOG_INFO, "[Lumora] Plugin loaded (v1.0.0)");
+    blog(LOG_INFO, "[Lumora] Plugin loaded (v%s)", Lumora::kVersion);
     return true;
 }
 

@@ -1,5 +1,7 @@
 #include "ui/CreditsDialog.h"
 
+#include "LumoraVersion.h"
+
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QVBoxLayout>
@@ -36,6 +38,10 @@ CreditsDialog::CreditsDialog(QWidget* parent) : QDialog(parent) {
         layout->addWidget(heading);
         layout->addWidget(names);
     }
+    auto* version = new QLabel(QStringLiteral("Lumora ") + QString::fromLatin1(kVersion), this);
+    version->setStyleSheet(QStringLiteral("QLabel { color: #2D1B69; font-size: 9pt; }"));
+    layout->addSpacing(6);
+    layout->addWidget(version);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok, this);
     layout->addSpacing(10);
     layout->addWidget(buttons);

@@ -1,5 +1,6 @@
 #include "ui/MainMenu.h"
 
+#include "LumoraVersion.h"
 #include "ui/Localisation.h"
 #include "ui/ToggleSwitch.h"
 
@@ -76,7 +77,7 @@ MainMenu::MainMenu(QWidget* parent, bool easyMode, bool offerFeedback) : QMenu(p
         connect(addAction(QStringLiteral("📬 ") + tr("Send Feedback")), &QAction::triggered, this,
                 &MainMenu::feedbackRequested);
     }
-    QAction* version = addAction(QStringLiteral("Tindra  v1.0"));
+    QAction* version = addAction(QStringLiteral("Tindra  v") + QString::fromLatin1(kVersion));
     version->setEnabled(false);
     connect(addAction(tr("Credits")), &QAction::triggered, this, &MainMenu::creditsRequested);
 }

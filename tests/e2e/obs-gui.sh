@@ -95,7 +95,7 @@ check() {
   if grep -q "$1" "$log"; then echo "ok: $1"; else echo "missing in OBS log: $1"; status=1; fi
 }
 check "\[Lumora\] audio filter registered"
-check "\[Lumora\] Plugin loaded (v1.0.0)"
+check "\[Lumora\] Plugin loaded (v[0-9]"
 check "\[Lumora\] filter created (sr=48000 ch=2)"
 check "\[Lumora test tap\] apply_sound_fx_preset from another thread: ok"
 check "\[Lumora\] dialog opened; voice effects shown: pitch +12.0 st, reverb$"
