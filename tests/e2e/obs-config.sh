@@ -1,6 +1,8 @@
 # Shared by the end-to-end scripts: a fresh OBS Studio configuration in a
-# throw-away home, with the built plug-in installed as a user plug-in.
+# throw-away home, with the plug-in installed as a user plug-in: the built one,
+# or the one its Debian package ships.
 #   e2e_make_config CONFIG MODULE.so DATA_DIR
+#   e2e_make_config_from_deb CONFIG PACKAGE.deb
 #   e2e_write_scene CONFIG MEDIA_FILE FILTERS_JSON
 #   e2e_install_plugin CONFIG NAME FILE.so
 
@@ -34,6 +36,19 @@ Name=Lumora
 SampleRate=48000
 ChannelSetup=Stereo
 INI
+}
+
+# The package is unpacked (not installed: the system stays as it is) and its
+# module and data folder, from where Debian's OBS reads them, become the user
+# plug-in, so OBS loads byte for byte what the package ships.
+e2e_make_config_from_deb() {
+  local config=$1 deb=$2 root
+  root=$(mktemp -d)
+  dpkg-deb -x "$deb" "$root"
+  e2e_make_config "$config" \
+    "$root/usr/lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)/obs-plugins/lumora.so" \
+    "$root/usr/share/obs/obs-plugins/lumora"
+  rm -rf "$root"
 }
 
 # One scene holding a looping Media Source named "Voice" with the given filters.

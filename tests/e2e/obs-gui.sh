@@ -1,15 +1,20 @@
 #!/usr/bin/env bash
-# End to end in Debian's real OBS Studio under Xvfb: installs the built plug-in into
-# a fresh OBS configuration, loads a scene collection whose voice source carries
-# the Tindra filter, checks OBS's log and keeps screenshots.
+# End to end in Debian's real OBS Studio under Xvfb: installs the plug-in from its
+# Debian package (made by the package test) into a fresh OBS configuration, loads
+# a scene collection whose voice source carries the Tindra filter, checks OBS's
+# log and keeps screenshots.
 #
 # Before the dialog is opened, another plug-in (the test tap, from a thread of its
 # own) sets a voice through Tindra's apply_sound_fx_preset procedure: an octave up
 # in a hall. The dialog must open showing that voice, not its defaults: the log
 # line it writes on opening and the FX page's pitch switch in a screenshot.
-#   obs-gui.sh MODULE.so DATA_DIR TAP.so ARTIFACT_DIR
+#   obs-gui.sh PACKAGE_DIR TAP.so ARTIFACT_DIR
 set -euo pipefail
-module=$1 data=$2 tap=$3 artifacts=$4
+package_dir=$1 tap=$2 artifacts=$3
+debs=("$package_dir"/*.deb)
+if [ ${#debs[@]} -ne 1 ] || [ ! -f "${debs[0]}" ]; then
+  echo "expected the one .deb of the package test in $package_dir, found: ${debs[*]}"; exit 1
+fi
 voice=/usr/share/sounds/alsa/Front_Center.wav
 mkdir -p "$artifacts"
 
@@ -17,7 +22,7 @@ home=$(mktemp -d)
 trap 'rm -rf "$home"' EXIT
 config=$home/.config/obs-studio
 . "$(dirname "$0")/obs-config.sh"
-e2e_make_config "$config" "$module" "$data"
+e2e_make_config_from_deb "$config" "${debs[0]}"
 e2e_install_plugin "$config" lumora-test-tap "$tap"
 octave_hall='{\"name\": \"Octave up in a hall\", \"pitch\": {\"enabled\": true, \"semitonesA\": 12}, \"reverb\": {\"enabled\": true, \"roomSize\": 0.7, \"wetMix\": 0.4}}'
 e2e_write_scene "$config" "$voice" "[
