@@ -3,9 +3,9 @@
 # apt would see: its dependencies, and its files where Debian's OBS Studio reads
 # plug-ins (a stripped module, the data folder, nothing else). The end-to-end
 # test in OBS installs from the package this leaves in PACKAGE_DIR.
-#   package-check.sh CPACK_CONFIG PACKAGE_DIR
+#   package-check.sh CPACK_CONFIG PACKAGE_DIR QT_MAJOR
 set -euo pipefail
-cpack_config=$1 package_dir=$2
+cpack_config=$1 package_dir=$2 qt=$3
 
 rm -f "$package_dir"/*.deb
 cpack --config "$cpack_config" -B "$package_dir"
@@ -21,8 +21,8 @@ fail() { echo "FAIL: $1"; status=1; }
 # Each library the module links must be a dependency, or apt installs a plug-in
 # that OBS cannot load.
 depends=$(dpkg-deb -f "$deb" Depends)
-for needed in "obs-studio (>= 29)" libobs0 libsoundtouch libebur128 libqt5core5a libqt5gui5 \
-              libqt5widgets5; do
+for needed in "obs-studio (>= 29)" libobs0 libsoundtouch libebur128 "libqt${qt}core" \
+              "libqt${qt}gui" "libqt${qt}widgets"; do
   case "$depends" in *"$needed"*) echo "ok: depends on $needed" ;;
                                   *) fail "Depends lacks $needed: $depends" ;; esac
 done
