@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 // The few operating-system services Lumora needs, with one implementation for
 // Windows (the shipping target) and one for POSIX systems (development and CI).
@@ -54,6 +55,16 @@ bool removeFile(const std::string& path);
 // Converts a calendar time to the local time zone (localtime_r / localtime_s);
 // false when the system cannot.
 bool localTime(std::time_t t, std::tm& out);
+
+// A command-line program's arguments in UTF-8 (on Windows from the wide command
+// line: argv holds them in the system's code page, which cannot carry every name).
+std::vector<std::string> commandLine(int argc, char** argv);
+// Standard input and output carry bytes unchanged (no line-ending translation)
+// and the console shows UTF-8 text as such.
+void useUtf8Console();
+
+// An environment variable's value in UTF-8; nothing when it is unset or empty.
+std::optional<std::string> environment(const char* name);
 
 // The folder holding the binary (module or executable) that contains `address`.
 // Empty when it cannot be found.

@@ -4,9 +4,13 @@
 #include <windows.h>
 
 #include <knownfolders.h>
+#include <shellapi.h>
 #include <shlobj.h>
 
 #include <algorithm>
+#include <cstdio>
+#include <fcntl.h>
+#include <io.h>
 #include <string>
 #include <vector>
 
@@ -226,6 +230,35 @@ bool removeFile(const std::string& path) {
     }
     const DWORD error = GetLastError();
     return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+}
+
+std::vector<std::string> commandLine(int argc, char** argv) {
+    int count = 0;
+    LPWSTR* wide = CommandLineToArgvW(GetCommandLineW(), &count);
+    if (!wide) {
+        return std::vector<std::string>(argv, argv + argc);
+    }
+    std::vector<std::string> words;
+    for (int i = 0; i < count; ++i) {
+        words.push_back(narrow(wide[i], wcslen(wide[i])));
+    }
+    LocalFree(wide);
+    return words;
+}
+
+std::optional<std::string> environment(const char* name) {
+    // The narrow getenv gives the value in the system's code page.
+    const wchar_t* value = _wgetenv(widen(name).c_str());
+    if (!value || !*value) {
+        return std::nullopt;
+    }
+    return narrow(value, wcslen(value));
+}
+
+void useUtf8Console() {
+    SetConsoleOutputCP(CP_UTF8);
+    _setmode(_fileno(stdin), _O_BINARY);
+    _setmode(_fileno(stdout), _O_BINARY);
 }
 
 std::string folderOfBinaryContaining(const void* address) {

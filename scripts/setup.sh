@@ -18,7 +18,7 @@ packages=(
   # fuzzing: clang with libFuzzer
   clang libclang-rt-dev
   # the Windows build of the settings and platform code, and Wine to run its tests
-  g++-mingw-w64-x86-64 wine64
+  g++-mingw-w64-x86-64 wine wine64
   # the interface font's subset (scripts/make-font-subset.sh) and the .deb package
   python3-fonttools dpkg-dev
   # a display for libobs and OBS, and tools to drive and photograph it

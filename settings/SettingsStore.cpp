@@ -22,8 +22,8 @@ bool usable(FileVerdict v) {
 }
 
 std::string defaultFolder() {
-    if (const char* over = std::getenv("LUMORA_SETTINGS_DIR"); over && *over) {
-        return over;
+    if (std::optional<std::string> over = Platform::environment("LUMORA_SETTINGS_DIR")) {
+        return *over;
     }
     const std::string base = Platform::userConfigFolder();
     return base.empty() ? std::string(".") : base + Platform::pathSeparator() + "Lumora";

@@ -21,6 +21,9 @@ namespace {
 
 using Mode = FaultyFileSystem::Mode;
 
+// The in-memory folder's file names, joined as this system joins them.
+const SettingsStore kAt("/s");
+
 AppSettings document(const std::string& tag) {
     AppSettings s;
     s.lastPresetName = tag;
@@ -62,11 +65,11 @@ TEST(SaveFaultInjection, TheSaveFlushesBeforeItReplaces) {
     ASSERT_TRUE(SettingsStore("/s", fs).save(document("a")));
     const std::vector<std::string> expected = {
         "mkdir /s",
-        "write /s/settings.json.tmp",
-        "fsync /s/settings.json.tmp",
+        "write " + kAt.tempPath(),
+        "fsync " + kAt.tempPath(),
         "fsync folder /s",
-        "rename /s/settings.json -> /s/settings.json.bak",
-        "rename /s/settings.json.tmp -> /s/settings.json",
+        "rename " + kAt.settingsPath() + " -> " + kAt.backupPath(),
+        "rename " + kAt.tempPath() + " -> " + kAt.settingsPath(),
         "fsync folder /s",
     };
     EXPECT_EQ(fs.steps, expected);
@@ -130,7 +133,7 @@ TEST(SaveFaultInjection, OnlyTheEarlyFolderFlushAndTheBackupRenameMayFail) {
         // makes them durable), and the backup rename only keeps the old document;
         // every other step is essential.
         const bool essential =
-            step != 3 && what != "rename /s/settings.json -> /s/settings.json.bak";
+            step != 3 && what != "rename " + kAt.settingsPath() + " -> " + kAt.backupPath();
         EXPECT_EQ(saved, !essential) << what;
     }
 }
@@ -186,7 +189,7 @@ public:
 TEST(SaveFaultInjection, TheModelCatchesASaveWithoutFlushes) {
     NoFlushFileSystem memory;
     ASSERT_TRUE(SettingsStore("/s", memory).save(document("first")));
-    memory.flushAll("/s/settings.json");
+    memory.flushAll(kAt.settingsPath());
     ASSERT_TRUE(SettingsStore("/s", memory).save(document("second")));
     ASSERT_TRUE(SettingsStore("/s", memory).save(document("third")));
     memory.flushAll("/s"); // the folder's entries reach the disk, the new bytes do not
@@ -210,13 +213,13 @@ TEST(SaveFaultInjection, ATemporaryFileThatReadsBackWrongIsNeverInstalled) {
     } memory;
     ASSERT_TRUE(SettingsStore("/s", memory).save(document("older")));
     ASSERT_TRUE(SettingsStore("/s", memory).save(document("old")));
-    const std::optional<std::string> live = memory.readFile("/s/settings.json");
-    const std::optional<std::string> backup = memory.readFile("/s/settings.json.bak");
+    const std::optional<std::string> live = memory.readFile(kAt.settingsPath());
+    const std::optional<std::string> backup = memory.readFile(kAt.backupPath());
     memory.corrupt = true;
     EXPECT_FALSE(SettingsStore("/s", memory).save(document("new")));
-    EXPECT_EQ(memory.readFile("/s/settings.json"), live);
-    EXPECT_EQ(memory.readFile("/s/settings.json.bak"), backup);
-    EXPECT_TRUE(memory.exists("/s/settings.json.tmp")) << "left behind, overwritten next time";
+    EXPECT_EQ(memory.readFile(kAt.settingsPath()), live);
+    EXPECT_EQ(memory.readFile(kAt.backupPath()), backup);
+    EXPECT_TRUE(memory.exists(kAt.tempPath())) << "left behind, overwritten next time";
 }
 
 TEST(SaveFaultInjection, AFailedFinalRenameLeavesTheBackupForTheNextLoad) {

@@ -1,5 +1,7 @@
 #include "Commands.h"
 
+#include "platform/Platform.h"
+
 #include <cstdio>
 #include <cstring>
 
@@ -35,14 +37,19 @@ int main(int argc, char** argv) {
         std::fputs(kUsage, argc < 2 ? stderr : stdout);
         return argc < 2 ? 2 : 0;
     }
-    const std::string command = argv[1];
-    const Args args(argv + 2, argv + argc);
+    // UTF-8 arguments and output whatever the system's code page: preset names
+    // and folders are often Japanese.
+    const std::vector<std::string> words = Lumora::Platform::commandLine(argc, argv);
+    Lumora::Platform::useUtf8Console();
+    const std::string command = words[1];
+    const Args args(words.begin() + 2, words.end());
     if (command == "settings") {
         return runSettings(args);
     }
     if (command == "presets") {
         return runPresets(args);
     }
+#ifndef LUMORA_CLI_SETTINGS_ONLY
     if (command == "diagnose") {
         return runDiagnose(args);
     }
@@ -52,5 +59,10 @@ int main(int argc, char** argv) {
     if (command == "learn-noise") {
         return runLearnNoise(args);
     }
+#else
+    if (command == "diagnose" || command == "process" || command == "learn-noise") {
+        return fail("'" + command + "' is not part of this build (settings and presets only)", 2);
+    }
+#endif
     return fail("unknown command '" + command + "' (try --help)", 2);
 }
