@@ -67,12 +67,17 @@ if [ -n "$win" ]; then
   if [ -n "$dialog" ]; then
     # Without a window manager nothing raises a window that is clicked: the
     # Filters window may still cover the dialog.
-    xdotool windowraise "$dialog"
-    xdotool windowfocus --sync "$dialog" 2>/dev/null || true
-    sleep 1
+    # A loaded machine may take the raise before the dialog is mapped: twice.
+    for _ in 1 2; do
+      xdotool windowraise "$dialog"
+      xdotool windowfocus --sync "$dialog" 2>/dev/null || true
+      sleep 1
+    done
     eval "$(xdotool getwindowgeometry --shell "$dialog")"
     xdotool mousemove $((X + 291)) $((Y + 740)) click 1
-    sleep 2
+    sleep 1
+    xdotool windowraise "$dialog"
+    sleep 1
     import -window root "$artifacts/obs-dialog-fx.png" 2>/dev/null || true
     convert "$artifacts/obs-dialog-fx.png" -format '%[pixel:p{'$((X + 437))','$((Y + 183))'}]' \
       info: > "$artifacts/pitch-switch-pixel.txt" 2>/dev/null || true
