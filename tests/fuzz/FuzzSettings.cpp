@@ -80,8 +80,15 @@ void checkStore(std::string_view body) {
     Testing::MemoryFileSystem fs;
     fs.put("/s/settings.json", SettingsStore::addChecksum(body));
     SettingsStore store("/s", fs);
+    const std::string file = *fs.readFile("/s/settings.json");
     const AppSettings loaded = store.load();
     checkDocument(loaded);
+    // A newer version's file is never written over, whatever it holds.
+    if (store.heldByNewerVersion()) {
+        check(!store.save(loaded), "a newer version's file refuses the save");
+        check(fs.readFile("/s/settings.json") == file, "a newer version's file is untouched");
+        return;
+    }
     // Whatever loaded must survive its own save: the read-back check may never
     // reject what the writer produced.
     check(store.save(loaded), "a loaded document can be saved");
