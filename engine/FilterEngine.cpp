@@ -49,6 +49,8 @@ FilterEngine::FilterEngine()
     : chain_(std::make_unique<VoiceChain>()), effects_(std::make_unique<VoiceFxChain>()) {
     void* memory = ::operator new(sizeof(DiagnosisAnalyser), std::align_val_t(64));
     analyser_.reset(new (memory) DiagnosisAnalyser());
+    keys_.setTarget(&keyTarget_);
+    keys_.setReader([this] { return readSettings(); });
 }
 
 FilterEngine::~FilterEngine() = default;
@@ -95,7 +97,8 @@ void FilterEngine::restoreFromSettings() {
     }
     if (idle.hasSoundFxPreset) {
         if (const SavedSoundFxPreset* p = findSoundFxPreset(settings, idle.soundFxPresetName)) {
-            applySoundFxPreset(p->preset);
+            fxName_ = p->name;
+            setSoundFxPreset(p->preset, true);
         }
     }
     notify(kAppFieldsChanged);
@@ -133,7 +136,52 @@ void FilterEngine::setGains(float inputDb, float outputDb) {
 }
 
 void FilterEngine::applySoundFxPreset(const SoundFxPreset& preset) {
+    fxName_.clear(); // a preset object, not a stored voice
     setSoundFxPreset(preset, true);
+}
+
+void FilterEngine::applyNamedSoundFxPreset(const SoundFxPreset& preset, const std::string& name) {
+    fxName_ = name;
+    setSoundFxPreset(preset, fxActive_);
+}
+
+std::optional<AppSettings> FilterEngine::readSettings() const {
+    return store_ ? std::optional<AppSettings>(store_->load()) : std::nullopt;
+}
+
+void FilterEngine::pressKey(int slot, bool down) {
+    down ? keys_.press(slot) : keys_.release(slot);
+    notify(kKeysChanged);
+}
+
+void FilterEngine::releaseHeldKey() {
+    if (keys_.heldSlot() != kNoSlot) {
+        keys_.release(keys_.heldSlot());
+        notify(kKeysChanged);
+    }
+}
+
+void FilterEngine::keyAssignmentsChanged() {
+    keys_.refreshIdle();
+    notify(kKeysChanged);
+}
+
+void FilterEngine::KeyTarget::applyEffectPreset(const EffectPreset& preset) {
+    engine_.applyEffectPreset(preset);
+}
+
+void FilterEngine::KeyTarget::applySoundFxPreset(const SoundFxPreset& preset) {
+    applyNamedSoundFxPreset(preset, std::string());
+}
+
+// A voice key means hearing that voice: the effects chain goes on with it (a
+// streamer who binds the hotkeys may never have opened the dialog, where the
+// chain is switched on). Coming back from a key puts the earlier voice back in
+// the same way; a voice with no effect enabled sounds dry.
+void FilterEngine::KeyTarget::applyNamedSoundFxPreset(const SoundFxPreset& preset,
+                                                      const std::string& name) {
+    engine_.fxName_ = name;
+    engine_.setSoundFxPreset(preset, true);
 }
 
 void FilterEngine::setSoundFxPreset(const SoundFxPreset& preset, bool active) {

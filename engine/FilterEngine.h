@@ -6,12 +6,14 @@
 #include "dsp/VoiceChain.h"
 #include "dsp/fx/VoiceFxChain.h"
 #include "settings/AppSettings.h"
+#include "settings/KeyAssignmentRules.h"
 #include "settings/SettingsStore.h"
 
 #include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -45,6 +47,7 @@ public:
         kCleaningChanged = 1u << 0,
         kSoundFxChanged = 1u << 1,
         kAppFieldsChanged = 1u << 2,
+        kKeysChanged = 1u << 3, // a voice key went down or up
     };
     using Listener = std::function<void(unsigned changes)>;
 
@@ -107,6 +110,32 @@ public:
     void applySoundFxPreset(const SoundFxPreset& preset);
     void setSoundFxPreset(const SoundFxPreset& preset, bool active);
     void setSoundFxActive(bool active);
+    // A stored sound-effect preset by the name it is stored under, which
+    // soundFxPresetName() then reports; the effects chain keeps its on/off.
+    void applyNamedSoundFxPreset(const SoundFxPreset& preset, const std::string& name);
+    // The stored name of the voice on air; empty when it is not a stored one
+    // (edited on the FX page, or set from an object).
+    const std::string& soundFxPresetName() const { return fxName_; }
+
+    // ---- voice keys ----
+    // One state for the four voice keys, whoever presses them: the dialog's
+    // arrow keys, OBS hotkeys and obs-websocket's PressKey share it, so a key
+    // held in one and released in another behaves as one key. Slots 0 to 3
+    // (up, down, left, right); the assignments are read from the settings
+    // file at each key. Listeners hear kKeysChanged.
+    void pressKey(int slot, bool down);
+    // Releases a held (Momentary) key, if any: the dialog losing the focus
+    // never sees the key come up.
+    void releaseHeldKey();
+    // The assignments were edited: with no key active the default slot's voice
+    // goes on air at once.
+    void keyAssignmentsChanged();
+    const KeyAssignmentRules& keys() const { return keys_; }
+
+    // The delay the filter adds, in milliseconds, as far as its stages report
+    // it. None reports one yet: the pitch shifter's, which varies while it
+    // runs, is still to be made constant and reported.
+    double latencyMs() const { return 0.0; }
 
     // ---- application fields ----
     // The filter's "recording mode" setting. OBS may update it from any thread
@@ -154,6 +183,22 @@ private:
     void pushCleaning();
     void pushSoundFx();
     void notify(unsigned changes);
+    std::optional<AppSettings> readSettings() const;
+
+    // What the key rules change: the engine's own voice, through its writers.
+    class KeyTarget final : public KeyAssignmentTarget {
+    public:
+        explicit KeyTarget(FilterEngine& engine) : engine_(engine) {}
+        EffectPreset currentEffectPreset() const override { return engine_.cleaning_; }
+        SoundFxPreset currentSoundFxPreset() const override { return engine_.fx_; }
+        std::string currentSoundFxPresetName() const override { return engine_.fxName_; }
+        void applyEffectPreset(const EffectPreset& preset) override;
+        void applySoundFxPreset(const SoundFxPreset& preset) override;
+        void applyNamedSoundFxPreset(const SoundFxPreset& preset, const std::string& name) override;
+
+    private:
+        FilterEngine& engine_;
+    };
     void analyse(const float* const* planes, int planeCount, int frames);
 
     std::unique_ptr<VoiceChain> chain_;
@@ -166,6 +211,9 @@ private:
     EffectPreset cleaning_;
     SoundFxPreset fx_;
     bool fxActive_ = false;
+    std::string fxName_;
+    KeyTarget keyTarget_{*this};
+    KeyAssignmentRules keys_;
     int holds_ = 0;
 
     std::atomic<bool> recordingMode_{false};

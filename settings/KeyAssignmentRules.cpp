@@ -111,6 +111,7 @@ void KeyAssignmentRules::refreshIdle() {
     if (isAssigned(settings->keyAssignments.defaultKey) && !effectSnapshotPresent_) {
         effectSnapshot_ = target_->currentEffectPreset();
         soundFxSnapshot_ = target_->currentSoundFxPreset();
+        soundFxSnapshotName_ = target_->currentSoundFxPresetName();
         effectSnapshotPresent_ = true;
         soundFxSnapshotPresent_ = true;
     }
@@ -136,6 +137,7 @@ void KeyAssignmentRules::press(int slot) {
     if (toggled_ == kNoSlot && held_ == kNoSlot && assigned) {
         effectSnapshot_ = target_->currentEffectPreset();
         soundFxSnapshot_ = target_->currentSoundFxPreset();
+        soundFxSnapshotName_ = target_->currentSoundFxPresetName();
         effectSnapshotPresent_ = true;
         soundFxSnapshotPresent_ = true;
     }
@@ -195,7 +197,7 @@ void KeyAssignmentRules::applySlot(int slot, const std::optional<AppSettings>& s
     }
     if (key.hasSoundFxPreset) {
         if (const SavedSoundFxPreset* p = findSoundFxPreset(*settings, key.soundFxPresetName)) {
-            target_->applySoundFxPreset(p->preset);
+            target_->applyNamedSoundFxPreset(p->preset, p->name);
         }
     }
 }
@@ -225,9 +227,9 @@ void KeyAssignmentRules::restoreDefault(const std::optional<AppSettings>& settin
         fx = findSoundFxPreset(*settings, defaultKey.soundFxPresetName);
     }
     if (fx) {
-        target_->applySoundFxPreset(fx->preset);
+        target_->applyNamedSoundFxPreset(fx->preset, fx->name);
     } else if (soundFxSnapshotPresent_) {
-        target_->applySoundFxPreset(soundFxSnapshot_);
+        target_->applyNamedSoundFxPreset(soundFxSnapshot_, soundFxSnapshotName_);
     }
     soundFxSnapshotPresent_ = false;
 }

@@ -41,6 +41,13 @@ public:
     virtual SoundFxPreset currentSoundFxPreset() const = 0;
     virtual void applyEffectPreset(const EffectPreset& preset) = 0;
     virtual void applySoundFxPreset(const SoundFxPreset& preset) = 0;
+    // The same with the name the preset is stored under (empty for a voice that
+    // was on before a key), for targets that tell which voice is on.
+    virtual void applyNamedSoundFxPreset(const SoundFxPreset& preset, const std::string& name) {
+        (void)name;
+        applySoundFxPreset(preset);
+    }
+    virtual std::string currentSoundFxPresetName() const { return {}; }
 };
 
 // The rounded label that shows the active slot.
@@ -119,6 +126,7 @@ private:
     int held_ = kNoSlot;
     EffectPreset effectSnapshot_;
     SoundFxPreset soundFxSnapshot_;
+    std::string soundFxSnapshotName_;
     bool effectSnapshotPresent_ = false;
     bool soundFxSnapshotPresent_ = false;
     KeyBadge badge_{"", kBadgeIdleStyle};

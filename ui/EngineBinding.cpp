@@ -62,8 +62,40 @@ void EngineBinding::applyEffectPreset(const EffectPreset& preset) {
     writeCleaning(applied, false);
 }
 
-void EngineBinding::applySoundFxPreset(const SoundFxPreset& preset) {
+void EngineBinding::applySoundFxPreset(const SoundFxPreset& preset, const std::string& storedName) {
+    if (engine_ && !storedName.empty()) {
+        engine_->applyNamedSoundFxPreset(preset, storedName);
+        return;
+    }
     writeSoundFx(preset, soundFxActive_, false);
+}
+
+const KeyAssignmentRules& EngineBinding::keys() const {
+    return engine_ ? engine_->keys() : idleKeys_;
+}
+
+void EngineBinding::pressKey(int slot, bool down) {
+    if (engine_) {
+        engine_->pressKey(slot, down);
+        return;
+    }
+    down ? idleKeys_.press(slot) : idleKeys_.release(slot);
+    emit keysChanged();
+}
+
+void EngineBinding::releaseHeldKey() {
+    if (engine_) {
+        engine_->releaseHeldKey();
+    } else if (idleKeys_.heldSlot() != kNoSlot) {
+        idleKeys_.release(idleKeys_.heldSlot());
+        emit keysChanged();
+    }
+}
+
+void EngineBinding::keyAssignmentsChanged() {
+    if (engine_) {
+        engine_->keyAssignmentsChanged();
+    }
 }
 
 void EngineBinding::writeCleaning(const EffectPreset& preset, bool fromPage) {
@@ -105,6 +137,9 @@ void EngineBinding::onEngineChanged(unsigned changes) {
     }
     if (changes & FilterEngine::kSoundFxChanged) {
         emit soundFxChanged();
+    }
+    if (changes & FilterEngine::kKeysChanged) {
+        emit keysChanged();
     }
 }
 

@@ -18,9 +18,7 @@ class SettingsStore;
 // (a procedure, a key, the diagnosis) comes back out as a signal that the pages
 // reload from. Without an engine (a dialog on no filter, the screenshot tool)
 // it keeps its own copies, so the pages behave the same.
-//
-// It is also what an arrow key's voice reads and changes.
-class EngineBinding : public QObject, public KeyAssignmentTarget {
+class EngineBinding : public QObject {
     Q_OBJECT
 public:
     EngineBinding(QObject* parent, FilterEngine* engine);
@@ -47,17 +45,26 @@ public:
     // and a non-empty name becomes the one a new filter starts with.
     void useCleaning(const EffectPreset& preset, const std::string& lastPresetName = {});
 
-    // KeyAssignmentTarget
-    EffectPreset currentEffectPreset() const override { return cleaning_; }
-    SoundFxPreset currentSoundFxPreset() const override { return soundFx_; }
-    void applyEffectPreset(const EffectPreset& preset) override;
-    void applySoundFxPreset(const SoundFxPreset& preset) override;
+    // A preset applied as a whole; the sound-effect one keeps the effects'
+    // on/off, and a stored one is known on air by its name.
+    void applyEffectPreset(const EffectPreset& preset);
+    void applySoundFxPreset(const SoundFxPreset& preset, const std::string& storedName = {});
+
+    // The voice keys: the engine's state, shared with OBS hotkeys and
+    // obs-websocket. Without an engine nothing is assigned: keys only go down
+    // and up.
+    const KeyAssignmentRules& keys() const;
+    void pressKey(int slot, bool down);
+    void releaseHeldKey();
+    void keyAssignmentsChanged();
 
 signals:
     // The cleaning preset changed other than by an edit on a page.
     void cleaningChanged();
     // The same for the sound-effect preset or whether it runs.
     void soundFxChanged();
+    // A voice key went down or up, wherever it was pressed.
+    void keysChanged();
 
 private:
     void writeCleaning(const EffectPreset& preset, bool fromPage);
@@ -71,6 +78,7 @@ private:
     EffectPreset cleaning_;
     SoundFxPreset soundFx_;
     bool soundFxActive_ = true;
+    KeyAssignmentRules idleKeys_;
 };
 
 } // namespace Lumora

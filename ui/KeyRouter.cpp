@@ -46,14 +46,8 @@ bool focusEditsWithArrows() {
 
 KeyRouter::KeyRouter(WizardDialog* dialog, EngineBinding* binding)
     : QObject(dialog), dialog_(dialog), binding_(binding) {
-    rules_.setTarget(binding_);
-    // The assignments are read afresh at every key, from the settings file.
-    rules_.setReader([this]() -> std::optional<AppSettings> {
-        if (SettingsStore* store = binding_->store()) {
-            return store->load();
-        }
-        return std::nullopt;
-    });
+    // Keys pressed elsewhere (OBS hotkeys, obs-websocket) show here too.
+    connect(binding_, &EngineBinding::keysChanged, this, &KeyRouter::showState);
     // Keys reach the dialog's focused child first; the application sees them all.
     qApp->installEventFilter(this);
 }
@@ -70,31 +64,30 @@ void KeyRouter::setViews(KeyBadgeLabel* badge, KeyBadgeBoard* board, KeyAssignPa
     assignPage_ = assignPage;
 }
 
+const KeyAssignmentRules& KeyRouter::rules() const {
+    return binding_->keys();
+}
+
 void KeyRouter::reset() {
-    rules_.reset();
     showState();
 }
 
 void KeyRouter::releaseHeldKey() {
-    const int held = rules_.heldSlot();
-    if (held == kNoSlot) {
-        return;
-    }
-    rules_.release(held);
+    binding_->releaseHeldKey();
     showState();
 }
 
 void KeyRouter::assignmentsChanged() {
-    rules_.refreshIdle();
+    binding_->keyAssignmentsChanged();
     showState();
 }
 
 void KeyRouter::showState() {
     if (badge_) {
-        badge_->showBadge(rules_.badge());
+        badge_->showBadge(rules().badge());
     }
     if (assignPage_) {
-        assignPage_->setLamps(rules_.activeSlot());
+        assignPage_->setLamps(rules().activeSlot());
     }
 }
 
@@ -127,7 +120,7 @@ bool KeyRouter::eventFilter(QObject* watched, QEvent* event) {
         }
         return true;
     }
-    pressed ? rules_.press(slot) : rules_.release(slot);
+    binding_->pressKey(slot, pressed);
     showState();
     return true;
 }

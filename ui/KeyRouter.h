@@ -25,7 +25,8 @@ public:
 
     void setViews(KeyBadgeLabel* badge, KeyBadgeBoard* board, KeyAssignPanel* assignPage);
 
-    // The dialog opens again: no key is down or toggled, whatever happened before.
+    // The dialog opens again: it shows the keys as they are (a key toggled by
+    // an OBS hotkey stays toggled).
     void reset();
     // A momentary key still down when the dialog loses the keyboard will never
     // be seen going up: it is released here and the voice restored.
@@ -33,7 +34,7 @@ public:
     // The assignments were edited: a new default voice is heard at once.
     void assignmentsChanged();
 
-    const KeyAssignmentRules& rules() const { return rules_; }
+    const KeyAssignmentRules& rules() const;
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -42,7 +43,6 @@ private:
 
     WizardDialog* dialog_;
     EngineBinding* binding_;
-    KeyAssignmentRules rules_;
     KeyBadgeLabel* badge_ = nullptr;
     KeyBadgeBoard* board_ = nullptr;
     KeyAssignPanel* assignPage_ = nullptr;

@@ -102,9 +102,10 @@ void wirePagesToEngine(EngineBinding* binding, KeyRouter* keys, const VoicePages
                          preset.recording = saved.recording;
                          binding->useCleaning(preset, saved.name);
                      });
-    QObject::connect(
-        pages.soundFxPresets, &SoundFxPresetsPanel::presetApplied, binding,
-        [binding](const SavedSoundFxPreset& saved) { binding->applySoundFxPreset(saved.preset); });
+    QObject::connect(pages.soundFxPresets, &SoundFxPresetsPanel::presetApplied, binding,
+                     [binding](const SavedSoundFxPreset& saved) {
+                         binding->applySoundFxPreset(saved.preset, saved.name);
+                     });
     QObject::connect(pages.keyPresets, &KeyAssignPresetsPanel::presetApplied, pages.keyAssign,
                      [pages](const KeyAssignPreset&) { pages.keyAssign->reload(); });
 
