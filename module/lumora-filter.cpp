@@ -3,6 +3,8 @@
 #include "module/DialogRegistry.h"
 #include "module/FilterKeys.h"
 #include "module/FilterProcedures.h"
+#include "module/VoiceHotkeys.h"
+#include "module/WebSocketVendor.h"
 #include "platform/Platform.h"
 
 #include <media-io/audio-io.h>
@@ -76,6 +78,8 @@ void* filterCreate(obs_data_t* settings, obs_source_t* source) {
     filterUpdate(engine, settings);
     engine->restoreFromSettings();
     registerFilterProcedures(source, engine);
+    registerVoiceHotkeys(source, engine);
+    watchVoiceChanges(source, engine);
     blog(LOG_INFO, "[Lumora] filter created (sr=%u ch=%u)", sampleRate, channels);
     return engine;
 }
@@ -85,10 +89,15 @@ void filterDestroy(void* data) {
     if (!engine) {
         return;
     }
+    unregisterVoiceHotkeys(engine);
     closeDialogThenRelease(engine, [](FilterEngine* e) {
         delete e;
         blog(LOG_INFO, "[Lumora] filter destroyed");
     });
+}
+
+void filterRemoved(void* data, obs_source_t*) {
+    unregisterVoiceHotkeys(static_cast<FilterEngine*>(data));
 }
 
 obs_audio_data* filterAudio(void* data, obs_audio_data* audio) {
@@ -142,6 +151,7 @@ void registerFilter() {
     info.get_properties = filterProperties;
     info.update = filterUpdate;
     info.filter_audio = filterAudio;
+    info.filter_remove = filterRemoved;
     obs_register_source(&info);
     blog(LOG_INFO, "[Lumora] audio filter registered");
 }

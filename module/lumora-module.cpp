@@ -9,7 +9,8 @@ OBS_MODULE_USE_DEFAULT_LOCALE("lumora", "en-US")
 
 namespace Lumora {
 void registerFilter();
-}
+void registerWebSocketVendor();
+} // namespace Lumora
 
 extern "C" {
 
@@ -29,6 +30,11 @@ bool obs_module_load(void) {
     Lumora::registerFilter();
     blog(LOG_INFO, "[Lumora] Plugin loaded (v%s)", Lumora::kVersion);
     return true;
+}
+
+// obs-websocket takes vendors once every module has loaded.
+void obs_module_post_load(void) {
+    Lumora::registerWebSocketVendor();
 }
 
 void obs_module_unload(void) {

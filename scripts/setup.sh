@@ -34,6 +34,12 @@ if [ "$(id -u)" -ne 0 ]; then
   exit 1
 fi
 
+# Node.js runs the obs-websocket client of the remote-control test (its
+# package comes from the npm registry); a machine that has it keeps its own.
+if ! command -v node >/dev/null || ! command -v npm >/dev/null; then
+  packages+=(nodejs npm)
+fi
+
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

@@ -3,7 +3,7 @@
 # or the one its Debian package ships.
 #   e2e_make_config CONFIG MODULE.so DATA_DIR
 #   e2e_make_config_from_deb CONFIG PACKAGE.deb
-#   e2e_write_scene CONFIG MEDIA_FILE FILTERS_JSON
+#   e2e_write_scene CONFIG MEDIA_FILE FILTERS_JSON [HOTKEYS_JSON]
 #   e2e_install_plugin CONFIG NAME FILE.so
 
 e2e_install_plugin() {
@@ -53,7 +53,8 @@ e2e_make_config_from_deb() {
 
 # One scene holding a looping Media Source named "Voice" with the given filters.
 e2e_write_scene() {
-  local config=$1 media=$2 filters=$3
+  local config=$1 media=$2 filters=$3 hotkeys=${4:-}
+  [ -n "$hotkeys" ] || hotkeys='{}'
   cat > "$config/basic/scenes/lumora.json" <<JSON
 {
   "name": "Lumora",
@@ -68,7 +69,8 @@ e2e_write_scene() {
     {
       "id": "ffmpeg_source", "versioned_id": "ffmpeg_source", "name": "Voice",
       "settings": {"local_file": "$media", "is_local_file": true, "looping": true},
-      "filters": $filters
+      "filters": $filters,
+      "hotkeys": $hotkeys
     }
   ]
 }

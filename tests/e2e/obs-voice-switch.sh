@@ -33,46 +33,11 @@ e2e_write_scene "$config" "$voice" "[
 
 export HOME=$home XDG_CONFIG_HOME=$home/.config LUMORA_SETTINGS_DIR=$home/lumora-settings
 export LIBGL_ALWAYS_SOFTWARE=1 QT_QPA_PLATFORM=xcb
-export config artifacts output
+e2e=$(cd "$(dirname "$0")" && pwd)
+export config artifacts output e2e
 cat > "$home/session.sh" <<'RUN'
 set -u
-marks=$artifacts/cuts.txt
-: > "$marks"
-pid=
-
-# Samples recorded so far (one float per sample of the first channel).
-position() { echo $(( $(stat -c %s "$output" 2>/dev/null || echo 0) / 4 )); }
-# Records SECONDS of output as the cut NAME.
-cut() {
-  local from; from=$(position)
-  sleep "$2"
-  echo "$1 $from $(position)" >> "$marks"
-}
-shot() { import -window root "$artifacts/$1.png" 2>/dev/null || true; }
-fail() { echo "$1"; shot failure; kill "$pid" 2>/dev/null; exit 1; }
-
-start_obs() {
-  local before; before=$(ls "$config"/logs | wc -l)
-  obs --disable-updater --disable-shutdown-check >>"$artifacts/obs-stdout.txt" 2>&1 &
-  pid=$!
-  for _ in $(seq 1 90); do
-    sleep 1
-    kill -0 "$pid" 2>/dev/null || fail "OBS ended while starting"
-    local log; log=$(ls -t "$config"/logs/*.txt 2>/dev/null | head -1)
-    if [ "$(ls "$config"/logs | wc -l)" -gt "$before" ] &&
-       grep -q "\[Lumora\] filter created" "$log"; then
-      # Let the media source play for a while before anything is measured.
-      local start; start=$(position)
-      sleep 4
-      [ $(( $(position) - start )) -gt 96000 ] || fail "the voice source is not playing"
-      win=$(xdotool search --name "OBS [0-9]" | head -1)
-      xdotool windowmove "$win" 0 0 windowsize "$win" 1600 1000
-      sleep 2
-      return
-    fi
-  done
-  fail "Tindra was not created within 90 s"
-}
+. "$e2e/obs-session.sh"
 
 # What a user does: select the voice source, open its filters, press "Open".
 # Keys go to the dialog once it has the input focus.
@@ -106,16 +71,6 @@ hold_up() {
   shot "$1"
   xdotool keyup Up
   sleep 0.5
-}
-
-quit_obs() {
-  xdotool windowfocus --sync "$win"
-  xdotool mousemove 1453 955 click 1 # the Controls dock's "Exit"
-  for _ in $(seq 1 30); do
-    kill -0 "$pid" 2>/dev/null || { wait "$pid"; return; }
-    sleep 1
-  done
-  fail "OBS did not quit"
 }
 
 # First run: keys switch the voice; the default voice is chosen and saved.
