@@ -56,6 +56,7 @@ FilterEngine::FilterEngine()
 FilterEngine::~FilterEngine() = default;
 
 void FilterEngine::prepare(double sampleRate) {
+    sampleRate_ = sampleRate;
     const int blockHint = std::max(1, static_cast<int>(sampleRate / 10));
     analyser_->prepare(sampleRate);
     chain_->prepare(sampleRate, blockHint);
@@ -143,6 +144,21 @@ void FilterEngine::applySoundFxPreset(const SoundFxPreset& preset) {
 void FilterEngine::applyNamedSoundFxPreset(const SoundFxPreset& preset, const std::string& name) {
     fxName_ = name;
     setSoundFxPreset(preset, fxActive_);
+}
+
+double FilterEngine::latencyMs() const {
+    if (sampleRate_ <= 0.0 || holds_ > 0 || !cleaning_.active) {
+        return 0.0;
+    }
+    int samples = 0;
+    if (cleaning_.spectral.enabled) {
+        samples += SpectralDenoiser::kDelay;
+    }
+    // A frame being collected and the model's own frame of lag.
+    if (cleaning_.noise.enabled && chain_->noiseSuppressionAvailable()) {
+        samples += 2 * NoiseSuppressor::kFrameLength;
+    }
+    return 1000.0 * samples / sampleRate_;
 }
 
 std::optional<AppSettings> FilterEngine::readSettings() const {

@@ -132,10 +132,11 @@ public:
     void keyAssignmentsChanged();
     const KeyAssignmentRules& keys() const { return keys_; }
 
-    // The delay the filter adds, in milliseconds, as far as its stages report
-    // it. None reports one yet: the pitch shifter's, which varies while it
-    // runs, is still to be made constant and reported.
-    double latencyMs() const { return 0.0; }
+    // The delay the cleaning chain adds, in milliseconds: its block-based
+    // stages (spectral reduction, neural suppression) delay the whole voice by
+    // their blocks. The pitch shifter's own delay, only in its wet signal and
+    // varying while it runs, is not part of it.
+    double latencyMs() const;
 
     // ---- application fields ----
     // The filter's "recording mode" setting. OBS may update it from any thread
@@ -215,6 +216,7 @@ private:
     KeyTarget keyTarget_{*this};
     KeyAssignmentRules keys_;
     int holds_ = 0;
+    double sampleRate_ = 0.0;
 
     std::atomic<bool> recordingMode_{false};
     std::string lastPresetName_;

@@ -125,7 +125,9 @@ void attach(obs_weak_source_t* weak, int triesLeft) {
 } // namespace
 
 void registerVoiceHotkeys(obs_source* filter, FilterEngine* engine) {
-    if (!filter || !engine) {
+    // The hotkeys find their source from the interface's event queue; a host
+    // without one (a headless libobs) has no hotkeys to offer either.
+    if (!filter || !engine || !QCoreApplication::instance()) {
         return;
     }
     auto hotkeys = std::make_unique<FilterHotkeys>();
