@@ -6,6 +6,22 @@
 #   e2e_write_scene CONFIG MEDIA_FILE FILTERS_JSON [HOTKEYS_JSON]
 #   e2e_install_plugin CONFIG NAME FILE.so
 
+# After a session: OBS's logs, oldest first, as obs-log-1.txt, obs-log-2.txt...
+e2e_collect_logs() {
+  local config=$1 artifacts=$2 n=0 log
+  while IFS= read -r log; do
+    n=$((n + 1))
+    cp "$config/logs/$log" "$artifacts/obs-log-$n.txt"
+  done < <(ls -tr "$config"/logs)
+}
+
+# The tap's recording cut as the session marked it, for the measuring tool:
+# prints one NAME=FILE:FROM:TO argument per line.
+e2e_cuts() {
+  local artifacts=$1 output=$2 name from to
+  while read -r name from to; do echo "$name=$output:$from:$to"; done < "$artifacts/cuts.txt"
+}
+
 e2e_install_plugin() {
   local config=$1 name=$2 file=$3
   mkdir -p "$config/plugins/$name/bin/64bit" "$config/plugins/$name/data"

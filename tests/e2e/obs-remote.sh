@@ -105,19 +105,14 @@ RUN
 
 status=0
 xvfb-run -a -s "-screen 0 1600x1000x24 -r" bash "$home/session.sh" || status=$?
-n=0
-while IFS= read -r log; do
-  n=$((n + 1))
-  cp "$config/logs/$log" "$artifacts/obs-log-$n.txt"
-done < <(ls -tr "$config"/logs)
+e2e_collect_logs "$config" "$artifacts"
 cp "$config/basic/scenes/lumora.json" "$artifacts/scene-collection.json" 2>/dev/null || true
 [ "$status" -eq 0 ] || { echo "the OBS session failed (status $status)"; exit 1; }
 grep -q '\[Lumora\] obs-websocket vendor "Tindra" registered with 5 requests' \
   "$artifacts/obs-log-1.txt" && echo "ok: the vendor registered" ||
   { echo "missing in the log: the vendor's registration"; status=1; }
 
-args=()
-while read -r name from to; do args+=("$name=$output:$from:$to"); done < "$artifacts/cuts.txt"
+mapfile -t args < <(e2e_cuts "$artifacts" "$output")
 # Held F9 is the Up slot (pitch shift and radio): every octave band moves.
 if "$measure" "${args[@]}" \
     --differ dry,hotkey-held,6 --same dry,hotkey-released,2 \

@@ -114,11 +114,7 @@ status=0
 # and press arriving together; on a busy virtual display they can come apart and
 # read as the key being let go, which a held momentary key must not see here.
 xvfb-run -a -s "-screen 0 1600x1000x24 -r" bash "$home/session.sh" || status=$?
-n=0
-while IFS= read -r log; do
-  n=$((n + 1))
-  cp "$config/logs/$log" "$artifacts/obs-log-$n.txt"
-done < <(ls -tr "$config"/logs)
+e2e_collect_logs "$config" "$artifacts"
 [ "$status" -eq 0 ] || { echo "the OBS session failed (status $status)"; exit 1; }
 
 for n in 1 2; do
@@ -130,8 +126,7 @@ for n in 1 2; do
   done
 done
 
-args=()
-while read -r name from to; do args+=("$name=$output:$from:$to"); done < "$artifacts/cuts.txt"
+mapfile -t args < <(e2e_cuts "$artifacts" "$output")
 # Held Up, the radio's band-pass and the shifted pitch move every octave band;
 # the default voice (a pitch shift an octave up and down) moves them less.
 if "$measure" "${args[@]}" \
