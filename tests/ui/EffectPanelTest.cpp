@@ -124,18 +124,13 @@ TEST(EffectPanel, BandsAreAddedUpToFiveAndDeletedWithTheirWasteBin) {
 }
 
 TEST(EffectPanel, CancelOnResetChangesNothingAndOkResetsAllButTheProfile) {
-    applyLanguage(QStringLiteral("en"));
     EffectPanel panel(nullptr);
     const EffectPreset p = somePreset();
     panel.loadPreset(p);
     QSignalSpy edits(&panel, &EffectPanel::presetEdited);
     QSignalSpy resets(&panel, &EffectPanel::resetDone);
-    QString title;
-    QString text;
-    answerNextMessageBox(QMessageBox::Cancel, &title, &text);
+    answerNextMessageBox(QMessageBox::Cancel);
     panel.resetButton()->click();
-    EXPECT_EQ(title, QStringLiteral("Reset"));
-    EXPECT_EQ(text, QStringLiteral("Reset to defaults?"));
     EXPECT_EQ(fileText(panel.currentPreset()), fileText(p));
     EXPECT_EQ(edits.count(), 0);
     EXPECT_EQ(resets.count(), 0);
@@ -148,7 +143,6 @@ TEST(EffectPanel, CancelOnResetChangesNothingAndOkResetsAllButTheProfile) {
     expected.spectral.profileDb = p.spectral.profileDb; // the room stays learned
     EXPECT_EQ(fileText(panel.currentPreset()), fileText(expected));
     EXPECT_DOUBLE_EQ(panel.findChild<Knob*>(QStringLiteral("gateHold"))->value(), 150.0);
-    applyLanguage(QStringLiteral("ja"));
 }
 
 TEST(EffectPanel, EqualiserCurveMatchesTheChainMeasuredWithSineTones) {

@@ -194,8 +194,6 @@ TEST(SoundFxPanel, EveryDefaultEntryTouchesOnlyItsOwnEffect) {
             int on = q.pitch.enabled + q.mod.enabled + q.radio.enabled + q.delay.enabled +
                      q.reverb.enabled;
             EXPECT_EQ(on, 1) << table[i].nameEn;
-            EXPECT_NE(std::string(table[i].nameEn), std::string(table[i].nameJa));
-            EXPECT_STRNE(table[i].descriptionEn, "");
         }
     }
 }
@@ -282,25 +280,19 @@ TEST(SoundFxPanel, AnOrderWithRepeatsShowsEachCardOnceAndIsKeptUntilADrag) {
 }
 
 TEST(SoundFxPanel, CancelOnResetChangesNothingAndOkStartsOver) {
-    applyLanguage(QStringLiteral("en"));
     SoundFxPanel panel(nullptr);
     panel.loadPreset(busyPreset());
     panel.moveSection(kEffectReverb, 0);
     const SoundFxPreset before = panel.currentPreset();
     QSignalSpy edits(&panel, &SoundFxPanel::presetEdited);
-    QString title;
-    QString text;
-    PanelTest::answerNextMessageBox(QMessageBox::Cancel, &title, &text);
+    PanelTest::answerNextMessageBox(QMessageBox::Cancel);
     panel.resetButton()->click();
-    EXPECT_EQ(title, QStringLiteral("Reset"));
-    EXPECT_EQ(text, QStringLiteral("Reset to defaults?"));
     EXPECT_EQ(edited(panel.currentPreset()), edited(before));
     EXPECT_EQ(edits.count(), 0);
     PanelTest::answerNextMessageBox(QMessageBox::Ok);
     EXPECT_TRUE(panel.confirmReset());
     EXPECT_EQ(edited(panel.currentPreset()), edited(SoundFxPreset{}));
     EXPECT_EQ(panel.displayOrder(), SoundFxPreset{}.effectOrder);
-    applyLanguage(QStringLiteral("ja"));
 }
 
 TEST(SoundFxPanel, SavingStoresTheWholeEffectsState) {

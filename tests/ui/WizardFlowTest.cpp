@@ -367,10 +367,6 @@ TEST_F(WizardFlow, WizardTextsFollowTheLanguage) {
         expectText();
         wizard->micButton(kMicDynamic)->click();
         expectText();
-        EXPECT_EQ(wizard->micButton(0)->text(), english ? QStringLiteral("🎙 Dynamic")
-                                                : std::string(language) == "ja"
-                                                    ? QStringLiteral("🎙 ダイナミック")
-                                                    : QStringLiteral("🎙 Dynamic"));
         wizard->startButton()->click();
         tick();
         expectText();
