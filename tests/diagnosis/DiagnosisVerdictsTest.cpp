@@ -75,8 +75,6 @@ TEST(DiagnosisVerdicts, HealthyTakesAreAllGoodInOrder) {
     EXPECT_EQ(r.overall, 0);
     EXPECT_EQ(r.valid, 1);
     EXPECT_EQ(r.micType, kMicDynamic);
-    EXPECT_EQ(r.summaryJa, "いい感じ！このまま使えるよ！");
-    EXPECT_EQ(r.summaryEn, "Sounds great! You're all set!");
     EXPECT_EQ(r.speech.level, -22.0f);
     EXPECT_EQ(r.silence.level, -70.0f);
     EXPECT_EQ(r.soft.level, -34.0f) << "the gate reads the soft take";
@@ -90,16 +88,10 @@ TEST(DiagnosisVerdicts, AllStepsEmpty) {
     for (size_t i = 1; i < 6; ++i) {
         EXPECT_EQ(r.items[i].level, kLevelCaution) << r.items[i].key;
     }
-    EXPECT_EQ(r.items[1].titleEn, "Couldn't capture audio");
     EXPECT_EQ(r.items[1].value, -96.0f);
-    EXPECT_EQ(r.items[2].titleJa, "無音が取れなかったかも");
     EXPECT_EQ(r.items[3].value, 0.0f);
-    EXPECT_EQ(r.items[4].titleEn, "Couldn't measure dynamics");
-    EXPECT_EQ(r.items[5].titleEn, "Couldn't detect pop noise");
     EXPECT_EQ(r.overall, 1);
     EXPECT_EQ(r.micType, kMicUnknown);
-    EXPECT_EQ(r.summaryJa, "ちょっと気になるところがあるかも！");
-    EXPECT_EQ(r.summaryEn, "A few small things to look at!");
 }
 
 TEST(DiagnosisVerdicts, VolumeThresholds) {
@@ -114,11 +106,6 @@ TEST(DiagnosisVerdicts, VolumeThresholds) {
         EXPECT_EQ(levelOf(t, "volume"), c.expected) << c.level;
         EXPECT_EQ(item(judge(t, 0), "volume").value, c.level);
     }
-    TakeSummaries t = healthy();
-    t.normal.level = -50.0f;
-    const DiagnosisItem quiet = item(judge(t, 0), "volume");
-    EXPECT_EQ(quiet.adviceEn, "Target: -24 to -12 dBFS when speaking. If using a condenser mic, "
-                              "check if the PAD switch is on.");
 }
 
 TEST(DiagnosisVerdicts, ClippingReadsTheLoudestOfNormalLoudAndPlosive) {
@@ -140,9 +127,7 @@ TEST(DiagnosisVerdicts, ClippingReadsTheLoudestOfNormalLoudAndPlosive) {
     EXPECT_EQ(c.value, -0.5f);
     t.plosive.peak95 = -5.0f;
     t.plosive.clipped = true;
-    c = item(judge(t, 0), "clipping");
-    EXPECT_EQ(c.level, 2);
-    EXPECT_EQ(c.titleJa, "音が割れてるかも");
+    EXPECT_EQ(levelOf(t, "clipping"), 2);
     t.plosive.clipped = false;
 
     t.normal.clipped = true;
@@ -185,13 +170,6 @@ TEST(DiagnosisVerdicts, NoiseIsJudgedAgainstTheVoice) {
         EXPECT_EQ(n.level, c.expected) << c.why;
         EXPECT_EQ(n.value, c.room) << c.why;
     }
-
-    TakeSummaries t = healthy();
-    t.silence.level = -30.0f;
-    t.silence.noiseFloorMin = -35.0f;
-    EXPECT_EQ(item(judge(t, 0), "noise").titleJa,
-              "バックグラウンドノイズが多いです。エアコン・PC・換気扇など近くにある？"
-              "\xE3\x80\x80静かな環境で録音しましょう。");
 }
 
 // Without a usable speech take only the room's absolute level can be judged.
@@ -235,30 +213,28 @@ TEST(DiagnosisVerdicts, SpeechReferenceLosesLowEndWithDistance) {
 // The distance value is the voice's low-to-mid balance against the average
 // voice through this mic type at its recommended distance: 0 on every mic
 // when the voice is just that, and 4 and 10 dB either side of it the limits.
-TEST(DiagnosisVerdicts, DistanceThresholdsAndAdvice) {
+TEST(DiagnosisVerdicts, DistanceThresholds) {
+    // The title says which way the mic is off; the level says how far.
+    const std::string great = "Distance looks great!", close = "Maybe a touch too close?",
+                      far = "Maybe a bit too far?";
     struct Case {
         int32_t mic;
         float over;
         int expected;
-        const char* titleEn;
-        const char* advice;
+        std::string titleEn;
     } cases[] = {
-        {kMicDynamic, 0.0f, 0, "Distance looks great!", "Great positioning for a dynamic mic!"},
-        {kMicCondenser, 0.0f, 0, "Distance looks great!", "Great positioning for a condenser mic!"},
-        {kMicUsb, 0.0f, 0, "Distance looks great!", "Great positioning for a USB mic!"},
-        {kMicUnknown, 0.0f, 0, "Distance looks great!", ""},
+        {kMicDynamic, 0.0f, 0, great},
+        {kMicCondenser, 0.0f, 0, great},
+        {kMicUsb, 0.0f, 0, great},
+        {kMicUnknown, 0.0f, 0, great},
         {kMicDynamic, 10.5f, 2,
-         "Mic seems too close! Breath from P and B sounds might be hitting it.",
-         "For dynamic mics, aim for 5–15 cm from your mouth"},
-        {kMicUsb, 9.9f, 1, "Maybe a touch too close?",
-         "For USB mics, try 15–25 cm (about arm's reach)"},
-        {kMicCondenser, 4.1f, 1, "Maybe a touch too close?",
-         "Condenser mics are sensitive — aim for 10–20 cm for streaming"},
-        {kMicCondenser, 3.9f, 0, "Distance looks great!", "Great positioning for a condenser mic!"},
-        {kMicUnknown, -3.9f, 0, "Distance looks great!", ""},
-        {kMicUnknown, -4.1f, 1, "Maybe a bit too far?", "Try moving the mic a bit closer!"},
-        {kMicUsb, -10.5f, 2, "Mic seems too far! Your voice isn't coming through clearly.",
-         "Even on a desk, try to keep it within 20–30 cm!"},
+         "Mic seems too close! Breath from P and B sounds might be hitting it."},
+        {kMicUsb, 9.9f, 1, close},
+        {kMicCondenser, 4.1f, 1, close},
+        {kMicCondenser, 3.9f, 0, great},
+        {kMicUnknown, -3.9f, 0, great},
+        {kMicUnknown, -4.1f, 1, far},
+        {kMicUsb, -10.5f, 2, "Mic seems too far! Your voice isn't coming through clearly."},
     };
     for (const Case& c : cases) {
         TakeSummaries t = healthy(c.mic);
@@ -267,7 +243,6 @@ TEST(DiagnosisVerdicts, DistanceThresholdsAndAdvice) {
         EXPECT_NEAR(d.value, c.over, 0.01f) << c.mic << " " << c.over;
         EXPECT_EQ(d.level, c.expected) << c.mic << " " << c.over;
         EXPECT_EQ(d.titleEn, c.titleEn) << c.mic << " " << c.over;
-        EXPECT_EQ(d.adviceEn, c.advice) << c.mic << " " << c.over;
     }
 }
 
@@ -307,7 +282,6 @@ TEST(DiagnosisVerdicts, DistanceCannotBeJudgedWithoutActiveSpeech) {
     DiagnosisItem d = item(judge(t, kMicDynamic), "distance");
     EXPECT_EQ(d.level, 1);
     EXPECT_EQ(d.value, 0.0f);
-    EXPECT_EQ(d.titleEn, "Couldn't determine mic distance");
 
     t = healthy();
     t.normal.valid = false;
@@ -335,7 +309,7 @@ TEST(DiagnosisVerdicts, DynamicsRangeAndAdviceText) {
     EXPECT_EQ(d.adviceEn, "Loud: -14 dBFS / Soft: -32 dBFS / Range: 17 dB");
 
     t.soft.valid = false;
-    EXPECT_EQ(item(judge(t, 0), "dynamics").titleJa, "強弱が判定できなかったかも");
+    EXPECT_EQ(levelOf(t, "dynamics"), 1);
 }
 
 // A pop is a burst of low-frequency pressure, measured against the same
@@ -359,9 +333,6 @@ TEST(DiagnosisVerdicts, PopReadsTheLowBurstOverNormalSpeech) {
     t.plosive.count = 4;
     t.plosive.valid = false;
     EXPECT_EQ(levelOf(t, "pop"), 1);
-    t = healthy();
-    t.normal.valid = false;
-    EXPECT_EQ(item(judge(t, 0), "pop").titleEn, "Couldn't detect pop noise");
 }
 
 TEST(DiagnosisVerdicts, OverallAndSummaries) {
@@ -385,10 +356,8 @@ TEST(DiagnosisVerdicts, OverallAndSummaries) {
 // A language other than "ja" or "en" gets the Japanese summary line and the
 // English labels: the two fall back differently on purpose.
 TEST(DiagnosisVerdicts, LabelsAndSummaryLineUseDifferentLanguageTests) {
-    EXPECT_EQ(statusLabel(2, "ja"), "❌ 警告");
     EXPECT_EQ(statusLabel(2, "en"), "❌ Warning");
     EXPECT_EQ(statusLabel(3, "ja"), "—");
-    EXPECT_EQ(statusLabel(-1, "en"), "—");
 
     const DiagnosisResult r = judge(healthy(), 0);
     EXPECT_EQ(summaryText(r, "en"), r.summaryEn);

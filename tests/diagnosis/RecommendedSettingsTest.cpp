@@ -38,9 +38,6 @@ TEST(RecommendedSettings, RecordingModeAndUndiagnosedLeaveEverythingOff) {
     for (bool recording : {true, false}) {
         const EffectPreset p = recommend(DiagnosisResult{}, recording);
         EXPECT_EQ(p.recording, recording);
-        EXPECT_EQ(p.name, recording ? "録音モード（エフェクトなし）" : "未診断");
-        EXPECT_EQ(p.description,
-                  recording ? "録音用ならこのままがおすすめ！" : "診断を先にやってみてね！");
         EXPECT_FALSE(p.eq.enabled || p.comp.enabled || p.limiter.enabled || p.gate.enabled ||
                      p.spectral.enabled || p.noise.enabled);
         EXPECT_EQ(p.inputGainDb, 0.0f);
@@ -53,7 +50,6 @@ TEST(RecommendedSettings, InputGainFromTheSpeechLevel) {
     EffectPreset p = recommend(diagnosed(-18.0f), false);
     EXPECT_FLOAT_EQ(p.inputGainDb, -7.0f);
     EXPECT_TRUE(startsWith(p.description, "入力ゲインを下げたよ、")) << p.description;
-    EXPECT_EQ(p.name, "配信最適化プリセット");
 
     p = recommend(diagnosed(-30.0f), false);
     EXPECT_EQ(p.inputGainDb, 0.0f) << "a quiet voice is not raised";
@@ -228,23 +224,6 @@ TEST(RecommendedSettings, SpectralReductionNeedsAHeardNoiseSpectrum) {
     p = recommend(r, false);
     EXPECT_FALSE(p.spectral.enabled);
     EXPECT_EQ(p.spectral.profileDb[20], -70.0f) << "the profile is learned all the same";
-}
-
-TEST(RecommendedSettings, DescriptionOfAComputedPreset) {
-    const EffectPreset p = recommend(diagnosed(-18.0f, -70.0f), false);
-    EXPECT_EQ(p.description,
-              "入力ゲインを下げたよ、環境ノイズをゲートでカット、声を5バンドEQで整えた"
-              "よ、声の強弱をコンプで均した、ピーク抑制ON！");
-    EXPECT_EQ(describe(p), p.description);
-
-    EffectPreset off;
-    EXPECT_EQ(describe(off), "いい感じ！特に調整は必要ないかも。");
-    off.recording = true;
-    EXPECT_EQ(describe(off), "録音用ならこのままがおすすめ！");
-    EffectPreset raised;
-    raised.inputGainDb = 3.0f;
-    raised.limiter.enabled = true;
-    EXPECT_EQ(describe(raised), "入力ゲインを上げたよ、ピーク抑制ON！");
 }
 
 } // namespace
