@@ -389,14 +389,3 @@ TEST(SettingsDocument, NumbersAFloatCannotHoldTakeTheDefault) {
     EXPECT_EQ(read(R"({"settings": {"uiScale": -1e39}})").uiScale, 1.0f);
     EXPECT_EQ(read(R"({"settings": {"uiScale": 3e38}})").uiScale, 3e38f);
 }
-
-TEST(SettingsDocument, TimestampHasTheLocalFormat) {
-    const std::string t = nowTimestamp();
-    ASSERT_EQ(t.size(), 19u);
-    for (size_t i : {4u, 7u}) {
-        EXPECT_EQ(t[i], '-');
-    }
-    EXPECT_EQ(t[10], ' ');
-    EXPECT_EQ(t[13], ':');
-    EXPECT_EQ(t[16], ':');
-}
