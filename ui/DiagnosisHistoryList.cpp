@@ -22,9 +22,14 @@ DiagnosisHistoryList::DiagnosisHistoryList(QWidget* parent, SettingsStore* store
     title_->setStyleSheet(QStringLiteral("QLabel { color: #2D1B69; font-size: 10pt;"
                                          " font-weight: bold; background: transparent; }"));
     layout->addWidget(title_);
+    // On a card of its own, like every other text over the sky.
     empty_ = new QLabel(this);
+    empty_->setWordWrap(true);
+    empty_->setAlignment(Qt::AlignCenter);
     empty_->setStyleSheet(
-        QStringLiteral("QLabel { color: #6B4EA0; font-size: 9pt; background: transparent; }"));
+        QStringLiteral("QLabel { color: #6B4EA0; font-size: 9pt; padding: 14px 18px;"
+                       "  background: rgba(255,255,255,210); border-radius: 12px; }"));
+    markPanel(empty_, 12);
     layout->addWidget(empty_);
     cards_ = new QVBoxLayout();
     cards_->setSpacing(6);

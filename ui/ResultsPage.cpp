@@ -10,6 +10,9 @@
 #include <QScrollArea>
 #include <QVBoxLayout>
 
+#include <algorithm>
+#include <vector>
+
 namespace Lumora {
 
 ResultsPage::ResultsPage(QWidget* parent) : QWidget(parent) {
@@ -81,7 +84,6 @@ void ResultsPage::retranslateUi() {
     placeholder_->setText(tr("Run the diagnosis to see advice here."));
     applyButton_->setText(tr("🔧 Apply recommended settings"));
     saveButton_->setText(tr("💾 Save preset"));
-    rerunButton_->setText(tr("🔄 Run diagnosis again"));
     render();
 }
 
@@ -93,6 +95,8 @@ void ResultsPage::render() {
     placeholder_->setVisible(!hasResult_);
     applyButton_->setEnabled(hasResult_);
     saveButton_->setEnabled(hasResult_);
+    // "Again" only once there was a first time.
+    rerunButton_->setText(hasResult_ ? tr("🔄 Run diagnosis again") : tr("🎤 Start diagnosis"));
     if (!hasResult_) {
         emit contentChanged();
         return;
@@ -100,7 +104,13 @@ void ResultsPage::render() {
     int row = 0;
     summary_ = new ResultSummaryCard(content_, result_);
     contentLayout_->insertWidget(row++, summary_);
-    for (const DiagnosisItem& item : result_.items) {
+    // The worst verdicts first: the first view under the summary's chip shows
+    // what the chip names (a warning below the fold reads as a false alarm).
+    std::vector<DiagnosisItem> items = result_.items;
+    std::stable_sort(
+        items.begin(), items.end(),
+        [](const DiagnosisItem& a, const DiagnosisItem& b) { return a.level > b.level; });
+    for (const DiagnosisItem& item : items) {
         auto* card = new AdviceCard(content_, item);
         contentLayout_->insertWidget(row++, card);
         cards_.append(card);

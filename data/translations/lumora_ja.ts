@@ -1070,6 +1070,10 @@ Save one from the Sound tab or from the diagnosis results.</source>
         <source>🔄 Run diagnosis again</source>
         <translation>🔄 もう一度診断する</translation>
     </message>
+    <message>
+        <source>🎤 Start diagnosis</source>
+        <translation>🎤 診断をはじめる</translation>
+    </message>
 </context>
 <context>
     <name>Lumora::SoundFxPanel</name>
