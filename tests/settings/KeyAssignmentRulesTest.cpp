@@ -98,23 +98,6 @@ TEST(KeyAssignmentRules, MomentaryAppliesWhileHeldAndRestoresTheVoiceBefore) {
     EXPECT_FALSE(f.rules.handleKeyEvent(ArrowKey::Other, true, false));
 }
 
-TEST(KeyAssignmentRules, ToggleAppliesUntilPressedAgain) {
-    Fixture f;
-    f.rules.press(1);
-    EXPECT_EQ(f.rules.toggledSlot(), 1);
-    EXPECT_EQ(f.target.log, (std::vector<std::string>{"effect:sing", "fx:200"}));
-    EXPECT_TRUE(f.target.effect.active);
-    EXPECT_EQ(f.rules.badge().text, kDown + "  歌枠（切替中）"); // keyName wins
-    f.rules.release(1); // a toggle key's release does nothing
-    EXPECT_EQ(f.rules.toggledSlot(), 1);
-    EXPECT_EQ(f.target.log.size(), 2u);
-    f.rules.press(1);
-    EXPECT_EQ(f.rules.toggledSlot(), kNoSlot);
-    EXPECT_EQ(f.target.log, (std::vector<std::string>{"effect:sing", "fx:200",
-                                                      "effect:snapshot(inactive)", "fx:5"}));
-    EXPECT_EQ(f.rules.badge().text, "");
-}
-
 TEST(KeyAssignmentRules, PressingTheToggledKeyAgainRestoresTheDefaultSlot) {
     Fixture f;
     f.stored.keyAssignments.defaultKey = {KeyMode::Toggle, true, true, "talk", "cave", ""};
