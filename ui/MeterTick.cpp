@@ -9,14 +9,15 @@
 namespace Lumora {
 
 namespace {
-constexpr int kTickMs = 16;
+constexpr int kForegroundTickMs = 33;
+constexpr int kBackgroundTickMs = 100;
 // A longer step (the machine was busy, the window was minimised) would make the
 // animation jump and the diagnosis's clocks skip.
 constexpr double kMaxStep = 0.1;
 } // namespace
 
 MeterTick::MeterTick(QObject* parent) : QObject(parent), timer_(new QTimer(this)) {
-    timer_->setInterval(kTickMs);
+    timer_->setInterval(kForegroundTickMs);
     connect(timer_, &QTimer::timeout, this,
             [this] { advance(static_cast<double>(elapsed_.restart()) / 1000.0); });
 }
@@ -28,6 +29,10 @@ void MeterTick::start() {
 
 void MeterTick::stop() {
     timer_->stop();
+}
+
+void MeterTick::setForeground(bool foreground) {
+    timer_->setInterval(foreground ? kForegroundTickMs : kBackgroundTickMs);
 }
 
 void MeterTick::advance(double dt) {

@@ -9,9 +9,12 @@ namespace Lumora {
 
 class FilterEngine;
 
-// The dialog's clock: a 16 ms timer whose ticks drive the animation and the
-// running diagnosis, and the reading of the engine's meters that the level
-// meters and displays are fed from on each tick.
+// The dialog's clock: a timer whose ticks drive the animation and the running
+// diagnosis, and the reading of the engine's meters that the level meters and
+// displays are fed from on each tick. 30 ticks a second while the dialog is
+// the active window (meters and the sky's drift look smooth at it, and each
+// tick may cost a repaint pass); 10 while the streamer works elsewhere, where
+// the meters only need to show that the voice is there.
 class MeterTick : public QObject {
     Q_OBJECT
 public:
@@ -32,6 +35,8 @@ public:
     // Starts the timer; the first step is measured from now.
     void start();
     void stop();
+    // The rate: foreground (the active window) or background.
+    void setForeground(bool foreground);
     // One tick with the given time step (capped at 0.1 s): emits ticked().
     void advance(double dt);
     quint64 count() const { return count_; }

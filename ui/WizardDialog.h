@@ -119,6 +119,7 @@ private:
     QWidget* buildKeysPage(QWidget* parent);
     void installPanels();
     void onTick(double dt);
+    void advanceSky(double dt);
     void showLevels(const MeterTick::Levels& levels);
     void showWizard(bool shown);
     void showMainMenu();

@@ -5,8 +5,9 @@
 //   xvfb-run -a -s "-screen 0 1280x1024x24" lumora-screens OUT_DIR [ja|en ...]
 //
 // With --idle-cpu SECONDS it instead leaves the dialog open and idle on the
-// diagnose tab with its real 16 ms timer, and prints the share of one core the
-// process used (CPU time over wall time), without and with a silent filter.
+// diagnose tab with its real timer, and prints the share of one core the
+// process used (CPU time over wall time): with no dialog, with the dialog the
+// active window, and with the dialog behind another window.
 //
 // A filter state is built without OBS and fed with recorded speech, so the
 // meters move and the diagnosis records real snapshots.
@@ -247,31 +248,42 @@ double cpuSeconds() {
     return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
 }
 
+// Runs the event loop for `seconds` and prints the process's CPU share.
+void measure(const char* what, double seconds, const Lumora::WizardDialog* dialog) {
+    // Let the first full paint and the font loading pass before measuring.
+    QEventLoop settle;
+    QTimer::singleShot(2000, &settle, &QEventLoop::quit);
+    settle.exec();
+    const quint64 ticksBefore = dialog ? dialog->tickCount() : 0;
+    const double cpuBefore = cpuSeconds();
+    QElapsedTimer wall;
+    wall.start();
+    QEventLoop loop;
+    QTimer::singleShot(static_cast<int>(seconds * 1000.0), &loop, &QEventLoop::quit);
+    loop.exec();
+    const double cpu = cpuSeconds() - cpuBefore;
+    const double elapsed = static_cast<double>(wall.elapsed()) / 1000.0;
+    const double ticks = dialog ? static_cast<double>(dialog->tickCount() - ticksBefore) : 0.0;
+    std::printf("%-34s %.2f s CPU in %.2f s = %.2f %% of one core (%.1f ticks a second)\n", what,
+                cpu, elapsed, 100.0 * cpu / elapsed, ticks / elapsed);
+}
+
+// The dialog on a filter fed nothing (OBS idle), open on the diagnose tab with
+// its real timer: the active window, then behind another window; and the
+// process with no dialog at all, for comparison.
 int measureIdleCpu(double seconds) {
-    for (bool withFilter : {false, true}) {
-        Lumora::FilterEngine state;
-        state.prepare(kRate);
-        Lumora::WizardDialog dialog(nullptr, withFilter ? &state : nullptr);
-        dialog.show();
-        // Let the first full paint and the font loading pass before measuring.
-        QEventLoop settle;
-        QTimer::singleShot(2000, &settle, &QEventLoop::quit);
-        settle.exec();
-        const quint64 ticksBefore = dialog.tickCount();
-        const double cpuBefore = cpuSeconds();
-        QElapsedTimer wall;
-        wall.start();
-        QEventLoop loop;
-        QTimer::singleShot(static_cast<int>(seconds * 1000.0), &loop, &QEventLoop::quit);
-        loop.exec();
-        const double cpu = cpuSeconds() - cpuBefore;
-        const double elapsed = static_cast<double>(wall.elapsed()) / 1000.0;
-        std::printf("idle on the diagnose tab %s filter: %.2f s CPU in %.2f s = %.2f %% of one "
-                    "core (%llu ticks, %.1f per second)\n",
-                    withFilter ? "with a" : "without a", cpu, elapsed, 100.0 * cpu / elapsed,
-                    static_cast<unsigned long long>(dialog.tickCount() - ticksBefore),
-                    static_cast<double>(dialog.tickCount() - ticksBefore) / elapsed);
-    }
+    Lumora::FilterEngine state;
+    state.prepare(kRate);
+    measure("no dialog:", seconds, nullptr);
+    Lumora::WizardDialog dialog(nullptr, &state);
+    dialog.show();
+    dialog.activateWindow();
+    measure("dialog open, the active window:", seconds, &dialog);
+    QWidget other;
+    other.resize(300, 200);
+    other.show();
+    other.activateWindow();
+    measure("dialog open, another window active:", seconds, &dialog);
     return 0;
 }
 
