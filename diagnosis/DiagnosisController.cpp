@@ -282,7 +282,7 @@ std::string DiagnosisController::currentText(const std::string& language) const 
         if (!hasResult_) {
             return kNoResultText.pick(language);
         }
-        return language == "en" ? result_.summaryEn : result_.summaryJa;
+        return language == "ja" ? result_.summaryJa : result_.summaryEn;
     case kOfferSave:
         return kOfferSaveText.pick(language);
     case kEnd:

@@ -16,7 +16,10 @@ struct BilingualText {
     const char* ja = "";
     const char* en = "";
 
-    const char* pick(const std::string& language) const { return language == "en" ? en : ja; }
+    // Japanese for "ja" and English for every other language: the interface
+    // has only these two, and a screen half in a language the user did not
+    // choose helps nobody.
+    const char* pick(const std::string& language) const { return language == "ja" ? ja : en; }
     bool empty() const { return ja[0] == '\0' && en[0] == '\0'; }
 };
 

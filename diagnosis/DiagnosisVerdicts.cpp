@@ -356,7 +356,7 @@ std::string statusLabel(int32_t level, const std::string& language) {
 }
 
 const std::string& summaryText(const DiagnosisResult& result, const std::string& language) {
-    return language == "en" ? result.summaryEn : result.summaryJa;
+    return language == "ja" ? result.summaryJa : result.summaryEn;
 }
 
 } // namespace Lumora

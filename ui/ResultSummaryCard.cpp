@@ -69,8 +69,7 @@ QString ResultSummaryCard::verdict() const {
 }
 
 QString ResultSummaryCard::summaryFor(const DiagnosisResult& result) {
-    const bool en = currentLanguage() == QLatin1String("en");
-    return QString::fromStdString(en ? result.summaryEn : result.summaryJa);
+    return QString::fromStdString(isJapanese() ? result.summaryJa : result.summaryEn);
 }
 
 QString ResultSummaryCard::micTypeName(int micType) {

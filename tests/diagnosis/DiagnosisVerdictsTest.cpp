@@ -362,7 +362,7 @@ TEST(DiagnosisVerdicts, LabelsAndSummaryLineUseDifferentLanguageTests) {
     const DiagnosisResult r = judge(healthy(), 0);
     EXPECT_EQ(summaryText(r, "en"), r.summaryEn);
     EXPECT_EQ(summaryText(r, "ja"), r.summaryJa);
-    EXPECT_EQ(summaryText(r, "fr"), r.summaryJa);
+    EXPECT_EQ(summaryText(r, "fr"), r.summaryEn);
     EXPECT_EQ(statusLabel(0, "fr"), "✅ Good");
 }
 
