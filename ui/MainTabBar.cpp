@@ -28,7 +28,7 @@ const char kPlainText[] = "QLabel { font-size: 8pt; color: #9B9BB8; background: 
 MainTabBar::MainTabBar(QWidget* parent) : QWidget(parent) {
     setObjectName(QStringLiteral("mainTabBar"));
     setAttribute(Qt::WA_StyledBackground);
-    setFixedHeight(72);
+    setFixedHeight(kHeight);
     // Cascades to the tabs and labels too, but each of them sets its own.
     setStyleSheet(QStringLiteral("QWidget { background: rgba(255,255,255,235);"
                                  " border-top: 1px solid rgba(78,205,196,80); }"));

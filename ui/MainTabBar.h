@@ -15,6 +15,7 @@ class MainTabBar : public QWidget {
     Q_OBJECT
 public:
     static constexpr int kTabCount = 6;
+    static constexpr int kHeight = 72;
 
     explicit MainTabBar(QWidget* parent);
 

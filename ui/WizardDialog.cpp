@@ -34,10 +34,14 @@
 #include <QPaintEvent>
 #include <QPainter>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QStackedWidget>
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <cmath>
 
 namespace Lumora {
@@ -75,7 +79,7 @@ WizardDialog::WizardDialog(QWidget* parent, FilterEngine* engine)
     keys_ = new KeyRouter(this, binding_);
     buildUi();
     installPanels();
-    setFixedSize(500, 776);
+    fitToHeight(kHeight);
     retranslateUi();
 
     sky_.setPixmaps(QPixmap(imagePath(QStringLiteral("starshape.png"))),
@@ -159,7 +163,10 @@ void WizardDialog::buildUi() {
     content_->addWidget(fxPage_);
     content_->addWidget(presetsPage_);
     content_->addWidget(buildKeysPage(content_));
-    mainLayout->addWidget(content_, 1);
+    // The pages keep their designed height; on a screen too short for the
+    // window they scroll between the header and the tab bar (see fitToHeight).
+    frame_ = scrollFrame(main, content_, kHeight - kHeaderHeight - MainTabBar::kHeight - 2);
+    mainLayout->addWidget(frame_, 1);
 
     tabBar_ = new MainTabBar(main);
     mainLayout->addWidget(tabBar_);
@@ -169,8 +176,9 @@ void WizardDialog::buildUi() {
     }
 
     wizardPanel_ = new WizardPanel(root_);
+    wizardFrame_ = scrollFrame(root_, wizardPanel_, kHeight);
     root_->addWidget(main);
-    root_->addWidget(wizardPanel_);
+    root_->addWidget(wizardFrame_);
     root_->setCurrentIndex(0);
     selectTab(kDiagnoseTab);
 
@@ -198,7 +206,7 @@ void WizardDialog::buildUi() {
 
 QWidget* WizardDialog::buildHeader(QWidget* parent) {
     auto* header = new QWidget(parent);
-    header->setFixedHeight(56);
+    header->setFixedHeight(kHeaderHeight);
     auto* row = new QHBoxLayout(header);
     row->setContentsMargins(16, 10, 16, 10);
     auto* title = new QLabel(QStringLiteral("Tindra"), header);
@@ -390,8 +398,40 @@ void WizardDialog::paintEvent(QPaintEvent* event) {
     sky_.paint(painter, event->region(), t_, panels_.region(this));
 }
 
+QScrollArea* WizardDialog::scrollFrame(QWidget* parent, QWidget* page, int designedHeight) {
+    auto* frame = new QScrollArea(parent);
+    frame->setFrameShape(QFrame::NoFrame);
+    frame->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    frame->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    frame->setWidgetResizable(true);
+    frame->setStyleSheet(Styles::scrollArea());
+    frame->viewport()->setAutoFillBackground(false);
+    page->setMinimumHeight(designedHeight);
+    frame->setWidget(page);
+    return frame;
+}
+
+void WizardDialog::fitToHeight(int available) {
+    const int height = std::clamp(available, kMinHeight, kHeight);
+    const bool scrolls = height < kHeight;
+    int bar = 0;
+    for (QScrollArea* frame : {frame_, wizardFrame_}) {
+        frame->setVerticalScrollBarPolicy(scrolls ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff);
+        bar = scrolls ? frame->verticalScrollBar()->sizeHint().width() : 0;
+    }
+    setFixedSize(kWidth + bar, height);
+    sky_.setSize(size(), devicePixelRatioF());
+}
+
 void WizardDialog::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
+    // A 1366 x 768 laptop, or 1080p at 150 %, has less room than the window
+    // wants once the taskbar and the title bar are counted.
+    if (!event->spontaneous()) {
+        if (const QScreen* s = screen()) {
+            fitToHeight(s->availableGeometry().height() - kWindowFrameAllowance);
+        }
+    }
     if (!event->spontaneous()) {
         keys_->reset();
     }

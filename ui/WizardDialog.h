@@ -9,6 +9,7 @@
 
 class QLabel;
 class QPushButton;
+class QScrollArea;
 class QStackedWidget;
 
 namespace Lumora {
@@ -48,11 +49,26 @@ class WizardDialog : public QDialog {
 public:
     enum Tab { kDiagnoseTab, kResultsTab, kSoundTab, kFxTab, kPresetsTab, kKeysTab };
 
+    // The window's designed size, in logical pixels.
+    static constexpr int kWidth = 500;
+    static constexpr int kHeight = 776;
+    // The shortest it gets, and what the title bar and borders are taken to need.
+    static constexpr int kMinHeight = 360;
+    static constexpr int kWindowFrameAllowance = 48;
+    static constexpr int kHeaderHeight = 56;
+
     // `engine` may be null: the dialog then shows its pages but drives no filter.
     // With an engine, opening the dialog switches both chains on with what the
     // filter has.
     WizardDialog(QWidget* parent, FilterEngine* engine);
     ~WizardDialog() override;
+
+    // Sizes the window for `available` pixels of height: its designed size
+    // when that fits, else shorter, with the pages scrolling inside it (the
+    // window is made when it opens, for the screen it opens on).
+    void fitToHeight(int available);
+    // The scrolling frame of the pages (between the header and the tab bar).
+    QScrollArea* frame() const { return frame_; }
 
     // Stops the clock and lets go of the engine, which is about to be freed.
     void detach();
@@ -120,6 +136,7 @@ private:
     void installPanels();
     void onTick(double dt);
     void advanceSky(double dt);
+    static QScrollArea* scrollFrame(QWidget* parent, QWidget* page, int designedHeight);
     void showLevels(const MeterTick::Levels& levels);
     void showWizard(bool shown);
     void showMainMenu();
@@ -140,6 +157,8 @@ private:
     SkyBackground sky_;
     PanelTracker panels_;
 
+    QScrollArea* frame_ = nullptr;
+    QScrollArea* wizardFrame_ = nullptr;
     QStackedWidget* root_ = nullptr;
     QStackedWidget* content_ = nullptr;
     KeyBadgeLabel* badge_ = nullptr;
