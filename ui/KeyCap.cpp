@@ -2,6 +2,8 @@
 
 #include <QPainter>
 
+#include <algorithm>
+
 namespace Lumora {
 
 KeyCap::KeyCap(QWidget* parent, int slot) : QAbstractButton(parent), slot_(slot) {
@@ -46,6 +48,16 @@ void KeyCap::setFlash(bool on) {
     }
 }
 
+QStringList KeyCap::nameLines(const QString& name) {
+    for (const QChar plus : {QChar(0xFF0B), QChar('+')}) {
+        const int at = name.indexOf(plus, 1);
+        if (at > 0) {
+            return {name.left(at).trimmed(), name.mid(at).trimmed()};
+        }
+    }
+    return {name};
+}
+
 void KeyCap::paintEvent(QPaintEvent*) {
     QPainter p(this);
     p.setRenderHint(QPainter::Antialiasing);
@@ -71,26 +83,31 @@ void KeyCap::paintEvent(QPaintEvent*) {
     p.drawRoundedRect(key, 10, 10);
 
     const QColor ink = flash_ || isDown() ? Qt::white : QColor(0x2D, 0x1B, 0x69);
+    const QStringList lines = nameLines(name_);
+    // Two lines of name leave the glyph a little less room.
+    const bool twoLines = lines.size() > 1;
     QFont glyphFont = font();
-    glyphFont.setPointSizeF(13.0);
+    glyphFont.setPointSizeF(twoLines ? 10.0 : 13.0);
     glyphFont.setBold(true);
     p.setFont(glyphFont);
     p.setPen(ink);
-    p.drawText(QRectF(key.left(), key.top() + 2, key.width(), 24), Qt::AlignCenter, glyph_);
+    p.drawText(QRectF(key.left(), key.top() + 1, key.width(), twoLines ? 17 : 24), Qt::AlignCenter,
+               glyph_);
 
+    // Never below a readable size (inside OBS a shrinking name ended at 6 pt,
+    // cut off): a long name is elided instead, and shown whole in the tool tip.
     QFont nameFont = font();
-    qreal size = 8.0;
-    nameFont.setPointSizeF(size);
-    while (size > 6.0 && QFontMetricsF(nameFont).horizontalAdvance(name_) > key.width() - 10) {
-        size -= 0.5;
-        nameFont.setPointSizeF(size);
-    }
+    nameFont.setPointSizeF(kNamePointSize);
     p.setFont(nameFont);
     p.setPen(flash_ || isDown() ? Qt::white : QColor(0x6B, 0x4E, 0xA0));
-    const QString shown =
-        QFontMetricsF(nameFont).elidedText(name_, Qt::ElideRight, key.width() - 10);
-    p.drawText(QRectF(key.left() + 5, key.top() + 27, key.width() - 10, 20), Qt::AlignCenter,
-               shown);
+    const QFontMetricsF metrics(nameFont);
+    const qreal lineHeight = std::min(metrics.height(), (key.height() - 19.0) / 2.0);
+    qreal y = twoLines ? key.top() + 18 : key.top() + 26 + lineHeight * 0.3;
+    for (const QString& line : lines) {
+        const QString shown = metrics.elidedText(line, Qt::ElideRight, key.width() - 10);
+        p.drawText(QRectF(key.left() + 5, y, key.width() - 10, lineHeight), Qt::AlignCenter, shown);
+        y += lineHeight;
+    }
 
     // The lamp; the default slot has none (it is never the active slot).
     if (slot_ >= 4) {

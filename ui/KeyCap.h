@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractButton>
+#include <QStringList>
 
 namespace Lumora {
 
@@ -13,6 +14,11 @@ class KeyCap : public QAbstractButton {
 public:
     static constexpr int kLogicalWidth = 120;
     static constexpr int kLogicalHeight = 60;
+    static constexpr qreal kNamePointSize = 9.0;
+
+    // The name as the key shows it: a combined voice ("A＋B") on two lines,
+    // the second starting with its "＋", so the two names never run together.
+    static QStringList nameLines(const QString& name);
 
     KeyCap(QWidget* parent, int slot);
 

@@ -1,4 +1,5 @@
 #include "ui/GainFader.h"
+#include "ui/KeyCap.h"
 #include "ui/LevelMeter.h"
 #include "ui/PanelTracker.h"
 #include "ui/PeakHold.h"
@@ -159,3 +160,18 @@ TEST(PanelTracker, CoversVisiblePanelsClippedByTheirContainers) {
 
 } // namespace
 } // namespace Lumora
+
+// A key cap's name: a combined voice on two lines split before its "＋", each
+// line at a readable size (a shrinking name was cut off inside OBS).
+TEST(KeyCap, CombinedVoiceNamesStandOnTwoLines) {
+    EXPECT_EQ(
+        Lumora::KeyCap::nameLines(QStringLiteral("コンピューターシステム＋FMラジオ")),
+        QStringList({QStringLiteral("コンピューターシステム"), QStringLiteral("＋FMラジオ")}));
+    EXPECT_EQ(Lumora::KeyCap::nameLines(QStringLiteral("Robot + Radio")),
+              QStringList({QStringLiteral("Robot"), QStringLiteral("+ Radio")}));
+    EXPECT_EQ(Lumora::KeyCap::nameLines(QStringLiteral("デスゲーム")),
+              QStringList({QStringLiteral("デスゲーム")}));
+    EXPECT_EQ(Lumora::KeyCap::nameLines(QStringLiteral("＋ only")),
+              QStringList({QStringLiteral("＋ only")}));
+    EXPECT_GE(Lumora::KeyCap::kNamePointSize, 9.0);
+}
