@@ -140,7 +140,6 @@ DynamicsControls::DynamicsControls(QWidget* parent, EffectPreset* preset)
     layout->addWidget(line);
 
     limiter_ = new SubGroup(this, true);
-    limiter_->setTitle(QStringLiteral("Limiter"));
     auto* limiterRow = new QHBoxLayout();
     limiterRow->addWidget(knobs_.add(
         this, kCeiling, [this]() -> float& { return preset_->limiter.ceilingDb; }, edit));
@@ -181,6 +180,7 @@ void DynamicsControls::retranslateUi() {
     singing_->setText(tr("🎤 Singing Mode"));
     singing_->setToolTip(tr("Middle threshold, 4:1, small knee, 30 ms attack:\nholds belted "
                             "notes and keeps the song's dynamics"));
+    limiter_->setTitle(tr("Limiter"));
     limiter_->toggle()->setToolTip(tr("Limiter on/off"));
     knobs_.retranslate();
 }

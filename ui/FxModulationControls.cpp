@@ -74,9 +74,8 @@ FxModulationControls::FxModulationControls(QWidget* parent, SoundFxPreset* prese
     typeRow->addWidget(typeCaption_);
     types_ = new QButtonGroup(this);
     types_->setExclusive(true);
-    const char* names[] = {"Chorus", "Flanger", "Tremolo"};
     for (int type = kModChorus; type <= kModTremolo; ++type) {
-        auto* radio = new QRadioButton(QString::fromLatin1(names[type]), this);
+        auto* radio = new QRadioButton(this);
         radio->setStyleSheet(Styles::radioButton("#005577"));
         radio->setCursor(Qt::PointingHandCursor);
         types_->addButton(radio, type);
@@ -133,6 +132,10 @@ void FxModulationControls::setEasyMode(bool easy) {
 
 void FxModulationControls::retranslateUi() {
     typeCaption_->setText(tr("Type"));
+    const QString names[] = {tr("Chorus"), tr("Flanger"), tr("Tremolo")};
+    for (int type = kModChorus; type <= kModTremolo; ++type) {
+        typeButton(type)->setText(names[type]);
+    }
     knobs_.retranslate();
 }
 

@@ -177,6 +177,10 @@ holds belted notes and keeps the song&apos;s dynamics</source>
         <source>Limiter on/off</source>
         <translation>リミッターのオン/オフ</translation>
     </message>
+    <message>
+        <source>Limiter</source>
+        <translation>リミッター</translation>
+    </message>
 </context>
 <context>
     <name>Lumora::EffectPanel</name>
@@ -405,6 +409,18 @@ Higher = more metallic</source>
     <message>
         <source>Share of the effect in the output</source>
         <translation>出力に混ぜるエフェクトの割合</translation>
+    </message>
+    <message>
+        <source>Chorus</source>
+        <translation>コーラス</translation>
+    </message>
+    <message>
+        <source>Flanger</source>
+        <translation>フランジャー</translation>
+    </message>
+    <message>
+        <source>Tremolo</source>
+        <translation>トレモロ</translation>
     </message>
 </context>
 <context>
@@ -1091,7 +1107,7 @@ Save one from the Sound tab or from the diagnosis results.</source>
     </message>
     <message>
         <source>Save Sound FX Preset</source>
-        <translation>Sound FXプリセットを保存</translation>
+        <translation>FXプリセットを保存</translation>
     </message>
     <message>
         <source>Enter a preset name:</source>
@@ -1260,12 +1276,12 @@ Higher = clearer words</source>
     <name>Lumora::SoundFxPresetsPanel</name>
     <message>
         <source>Sound FX presets</source>
-        <translation>Sound FXプリセット</translation>
+        <translation>FXプリセット</translation>
     </message>
     <message>
         <source>No Sound FX presets yet.
 Save one from the FX tab.</source>
-        <translation>Sound FXプリセットはまだありません。
+        <translation>FXプリセットはまだありません。
 FXタブから保存できます。</translation>
     </message>
 </context>
