@@ -1,6 +1,7 @@
 #include "ui/AdviceCard.h"
 
 #include "ui/Localisation.h"
+#include "ui/PhraseBreaks.h"
 #include "ui/Theme.h"
 
 #include <QHBoxLayout>
@@ -47,13 +48,13 @@ AdviceCard::AdviceCard(QWidget* parent, const DiagnosisItem& item) : QWidget(par
     const bool ja = isJapanese();
     const std::string& title = ja ? item.titleJa : item.titleEn;
     const std::string& advice = ja ? item.adviceJa : item.adviceEn;
-    title_ = new QLabel(QString::fromStdString(title), this);
+    title_ = new QLabel(keepPhrases(QString::fromStdString(title)), this);
     title_->setWordWrap(true);
     title_->setTextFormat(Qt::PlainText);
     title_->setStyleSheet(QStringLiteral("QLabel { color: #2D1B69; font-size: 10pt;"
                                          " background: transparent; }"));
     layout->addWidget(title_);
-    advice_ = new QLabel(QString::fromStdString(advice), this);
+    advice_ = new QLabel(keepPhrases(QString::fromStdString(advice)), this);
     advice_->setWordWrap(true);
     advice_->setTextFormat(Qt::PlainText);
     advice_->setStyleSheet(QStringLiteral("QLabel { color: #6B4EA0; font-size: 9pt;"
@@ -69,10 +70,10 @@ QString AdviceCard::verdict() const {
     return verdict_->text();
 }
 QString AdviceCard::title() const {
-    return title_->text();
+    return withoutJoiners(title_->text());
 }
 QString AdviceCard::advice() const {
-    return advice_->text();
+    return withoutJoiners(advice_->text());
 }
 QString AdviceCard::valueText() const {
     return value_->text();

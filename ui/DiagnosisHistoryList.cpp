@@ -3,6 +3,7 @@
 #include "settings/SettingsStore.h"
 #include "ui/AdviceCard.h"
 #include "ui/Localisation.h"
+#include "ui/PhraseBreaks.h"
 #include "ui/Theme.h"
 
 #include <QFrame>
@@ -143,7 +144,7 @@ void DiagnosisHistoryList::refresh() {
 
 void DiagnosisHistoryList::retranslateUi() {
     title_->setText(QStringLiteral("📋 ") + tr("Diagnosis history"));
-    empty_->setText(tr("No diagnosis yet."));
+    empty_->setText(keepPhrases(tr("No diagnosis yet.")));
     refresh();
 }
 

@@ -2,6 +2,7 @@
 
 #include "ui/LevelMeter.h"
 #include "ui/Localisation.h"
+#include "ui/PhraseBreaks.h"
 #include "ui/Theme.h"
 
 #include <QGridLayout>
@@ -118,15 +119,17 @@ HomePanel::HomePanel(QWidget* parent) : QWidget(parent) {
 }
 
 void HomePanel::retranslateUi() {
-    title_->setText(tr("Let's check your voice!"));
-    description_->setText(tr("Tell Tindra your mic, then speak, say \"pa pa pa\" and keep quiet "
-                             "for a few seconds each. You get six verdicts and settings that "
-                             "suit your voice."));
+    title_->setText(keepPhrases(tr("Let's check your voice!")));
+    description_->setText(
+        keepPhrases(tr("Tell Tindra your mic, then speak, say \"pa pa pa\" and keep quiet "
+                       "for a few seconds each. You get six verdicts and settings that "
+                       "suit your voice.")));
     startButton_->setText(tr("🎤 Start diagnosis"));
     levelsTitle_->setText(QStringLiteral("🎚 ") + tr("Live levels"));
     micLabel_->setText(tr("MIC"));
     outputLabel_->setText(tr("OUT"));
-    noLevels_->setText(tr("Open this window from the Tindra filter to see your levels."));
+    noLevels_->setText(
+        keepPhrases(tr("Open this window from the Tindra filter to see your levels.")));
 }
 
 void HomePanel::setLevels(float micDb, float outputDb) {
@@ -149,7 +152,7 @@ void HomePanel::setLevelsAvailable(bool available) {
 
 void HomePanel::setStatus(const QString& text) {
     if (status_->text() != text) {
-        status_->setText(text);
+        status_->setText(keepPhrases(text));
     }
     status_->setVisible(!text.isEmpty());
 }

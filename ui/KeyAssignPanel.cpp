@@ -4,6 +4,7 @@
 #include "settings/PresetLists.h"
 #include "settings/SettingsStore.h"
 #include "ui/KeyCap.h"
+#include "ui/PhraseBreaks.h"
 #include "ui/PresetNamePrompt.h"
 #include "ui/SaveFailure.h"
 #include "ui/Theme.h"
@@ -476,9 +477,9 @@ void KeyAssignPanel::retranslateUi() {
     keyName_->setPlaceholderText(tr("e.g. Singing Mode"));
     triggerLabel_->setText(tr("⏱ Trigger:"));
     toggle_->setText(tr("🔁 Toggle"));
-    toggleNote_->setText(tr("Press once to apply, press again to disable"));
+    toggleNote_->setText(keepPhrases(tr("Press once to apply, press again to disable")));
     momentary_->setText(tr("◎ Momentary"));
-    momentaryNote_->setText(tr("Apply only while held"));
+    momentaryNote_->setText(keepPhrases(tr("Apply only while held")));
     effectLabel_->setText(tr("🎛 Sound:"));
     soundFxLabel_->setText(QStringLiteral("🎵 FX:"));
     defaultHeading_->setText(tr("Default state settings\nPreset applied when no key is pressed"));

@@ -1,6 +1,7 @@
 #include "ui/PresetListPanel.h"
 
 #include "settings/SettingsStore.h"
+#include "ui/PhraseBreaks.h"
 #include "ui/PresetNamePrompt.h"
 #include "ui/PresetRow.h"
 #include "ui/SaveFailure.h"
@@ -131,7 +132,7 @@ void PresetListPanel::refresh() {
 
 void PresetListPanel::retranslateUi() {
     title_->setText(pageTitle());
-    empty_->setText(emptyText());
+    empty_->setText(keepPhrases(emptyText()));
     import_->setText(QStringLiteral("📥 ") + tr("Import"));
     import_->setToolTip(tr("Add presets from a preset file (.json)"));
     for (PresetRow* r : rows_) {

@@ -1,5 +1,6 @@
 #include "ui/PresetRow.h"
 
+#include "ui/PhraseBreaks.h"
 #include "ui/Theme.h"
 #include "ui/TrashButton.h"
 
@@ -42,7 +43,7 @@ PresetRow::PresetRow(QWidget* parent, const QString& name, const QString& descri
     text->setSpacing(2);
     auto* titleRow = new QHBoxLayout();
     titleRow->setSpacing(6);
-    title_ = new QLabel(name, this);
+    title_ = new QLabel(keepPhrases(name), this);
     title_->setStyleSheet(QStringLiteral("QLabel { color: #2D1B69; font-size: 10pt;"
                                          " font-weight: bold; background: transparent; }"));
     title_->setWordWrap(true);
@@ -54,7 +55,7 @@ PresetRow::PresetRow(QWidget* parent, const QString& name, const QString& descri
     mark_->setVisible(current);
     titleRow->addWidget(mark_, 0, Qt::AlignTop);
     text->addLayout(titleRow);
-    description_ = new QLabel(description, this);
+    description_ = new QLabel(keepPhrases(description), this);
     description_->setWordWrap(true);
     description_->setVisible(!description.isEmpty());
     description_->setStyleSheet(

@@ -1,6 +1,7 @@
 #include "ui/ResultsPage.h"
 
 #include "ui/AdviceCard.h"
+#include "ui/PhraseBreaks.h"
 #include "ui/ResultSummaryCard.h"
 #include "ui/Theme.h"
 
@@ -81,7 +82,7 @@ void ResultsPage::showResult(const DiagnosisResult* result) {
 }
 
 void ResultsPage::retranslateUi() {
-    placeholder_->setText(tr("Run the diagnosis to see advice here."));
+    placeholder_->setText(keepPhrases(tr("Run the diagnosis to see advice here.")));
     applyButton_->setText(tr("🔧 Apply recommended settings"));
     saveButton_->setText(tr("💾 Save preset"));
     render();

@@ -18,6 +18,7 @@
 #include "ui/MainTabBar.h"
 #include "ui/MeterFaderWidget.h"
 #include "ui/PageWiring.h"
+#include "ui/PhraseBreaks.h"
 #include "ui/PresetsPage.h"
 #include "ui/PresetsPanel.h"
 #include "ui/ResultsPage.h"
@@ -305,8 +306,9 @@ void WizardDialog::retranslateUi() {
     soundPage_->retranslateUi();
     fxPage_->retranslateUi();
     presetsPage_->retranslateUi();
-    keysHint_->setText(tr("Press an arrow key: it lights up here. Assign voices to the keys "
-                          "under Presets."));
+    keysHint_->setText(
+        keepPhrases(tr("Press an arrow key: it lights up here. Assign voices to the keys "
+                       "under Presets.")));
     diagnosis_->retranslate();
 }
 

@@ -4,6 +4,7 @@
 #include "ui/CountdownWidget.h"
 #include "ui/LevelMeter.h"
 #include "ui/Localisation.h"
+#include "ui/PhraseBreaks.h"
 #include "ui/Theme.h"
 #include "ui/WizardTips.h"
 
@@ -255,8 +256,9 @@ QWidget* WizardPanel::buildButtonsPage(std::initializer_list<QPushButton*> butto
 }
 
 void WizardPanel::setTextIfChanged(QLabel* label, const QString& text) {
-    if (label->text() != text) {
-        label->setText(text);
+    const QString shown = keepPhrases(text);
+    if (label->text() != shown) {
+        label->setText(shown);
     }
 }
 
@@ -374,13 +376,13 @@ void WizardPanel::refresh(const DiagnosisController& controller, double dt, floa
 }
 
 QString WizardPanel::bubbleText() const {
-    return bubble_->text();
+    return withoutJoiners(bubble_->text());
 }
 QString WizardPanel::hintText() const {
-    return hint_->isHidden() ? QString() : hint_->text();
+    return hint_->isHidden() ? QString() : withoutJoiners(hint_->text());
 }
 QString WizardPanel::tipText() const {
-    return tip_->isHidden() ? QString() : tip_->text();
+    return tip_->isHidden() ? QString() : withoutJoiners(tip_->text());
 }
 int WizardPanel::actionPage() const {
     return actions_->currentIndex();

@@ -6,6 +6,7 @@
 #include "settings/SettingsStore.h"
 #include "settings/support/TempFolder.h"
 #include "ui/Localisation.h"
+#include "ui/PhraseBreaks.h"
 #include "ui/PresetsPage.h"
 #include "ui/WizardDialog.h"
 
@@ -16,6 +17,7 @@
 #include <QRegularExpression>
 #include <QStackedWidget>
 #include <QTest>
+#include <QTextLayout>
 #include <QTimer>
 #include <gtest/gtest.h>
 
@@ -57,21 +59,43 @@ QStringList visibleTexts(QWidget* root) {
     return texts;
 }
 
-TEST(JapaneseWalk, EveryPageShowsNoUntranslatedEnglish) {
+// The dialog on a real engine and settings file, in Japanese, with a way to
+// visit every tab and presets sub-page.
+struct JapaneseDialog {
     Testing::TempFolder folder;
     FilterEngine engine;
-    engine.prepare(48000.0);
-    engine.setStore(std::make_unique<SettingsStore>(folder.path()));
-    engine.restoreFromSettings();
-    applyLanguage(QStringLiteral("ja"));
-    WizardDialog dialog(nullptr, &engine);
-    dialog.show();
-    dialog.tickTimer()->stop();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(&dialog));
+    std::unique_ptr<WizardDialog> dialog;
+    JapaneseDialog() {
+        engine.prepare(48000.0);
+        engine.setStore(std::make_unique<SettingsStore>(folder.path()));
+        engine.restoreFromSettings();
+        applyLanguage(QStringLiteral("ja"));
+        dialog = std::make_unique<WizardDialog>(nullptr, &engine);
+        dialog->show();
+        dialog->tickTimer()->stop();
+    }
+    template <typename F>
+    void visitEveryPage(F check) {
+        for (int tab = 0; tab <= WizardDialog::kKeysTab; ++tab) {
+            dialog->selectTab(tab);
+            if (tab == WizardDialog::kPresetsTab) {
+                for (int sub = 0; sub < PresetsPage::kSubPageCount; ++sub) {
+                    dialog->presetsPage()->selectSubTab(sub);
+                    check(QStringLiteral("presets %1").arg(sub));
+                }
+            } else {
+                check(QStringLiteral("tab %1").arg(tab));
+            }
+        }
+    }
+};
 
+TEST(JapaneseWalk, EveryPageShowsNoUntranslatedEnglish) {
+    JapaneseDialog d;
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(d.dialog.get()));
     const QRegularExpression word(QStringLiteral("[A-Za-z][A-Za-z]+"));
-    auto check = [&](const QString& where) {
-        for (const QString& text : visibleTexts(&dialog)) {
+    d.visitEveryPage([&](const QString& where) {
+        for (const QString& text : visibleTexts(d.dialog.get())) {
             if (text.startsWith(QLatin1Char('<'))) {
                 continue; // rich text: its tags are not words
             }
@@ -82,18 +106,51 @@ TEST(JapaneseWalk, EveryPageShowsNoUntranslatedEnglish) {
                                             << "\" in \"" << text.toStdString() << "\"";
             }
         }
-    };
-    for (int tab = 0; tab <= WizardDialog::kKeysTab; ++tab) {
-        dialog.selectTab(tab);
-        if (tab == WizardDialog::kPresetsTab) {
-            for (int sub = 0; sub < PresetsPage::kSubPageCount; ++sub) {
-                dialog.presetsPage()->selectSubTab(sub);
-                check(QStringLiteral("presets %1").arg(sub));
+    });
+}
+
+// Wrapped Japanese never breaks inside a phrase ("「プ" / "リセット」") or
+// leaves an opening bracket at a line's end: every wrapped label is laid out
+// at its real width and each line end is checked.
+TEST(JapaneseWalk, WrappedTextBreaksOnlyBetweenPhrases) {
+    JapaneseDialog d;
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(d.dialog.get()));
+    int linesChecked = 0;
+    d.visitEveryPage([&](const QString& where) {
+        QCoreApplication::processEvents();
+        for (QLabel* label : d.dialog->findChildren<QLabel*>()) {
+            if (!label->isVisibleTo(d.dialog.get()) || !label->wordWrap() ||
+                label->text().startsWith(QLatin1Char('<')) || label->contentsRect().width() < 20) {
+                continue;
             }
-        } else {
-            check(QStringLiteral("tab %1").arg(tab));
+            const QString text = label->text();
+            QTextLayout layout(text, label->font());
+            QTextOption option;
+            option.setWrapMode(QTextOption::WordWrap);
+            layout.setTextOption(option);
+            layout.beginLayout();
+            QString shown = withoutJoiners(text);
+            for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+                line.setLineWidth(label->contentsRect().width() - 2 * label->margin());
+                const int end = line.textStart() + line.textLength();
+                if (end <= 0 || end >= text.size()) {
+                    continue;
+                }
+                ++linesChecked;
+                // The characters either side of the break, joiners aside.
+                const QString before = withoutJoiners(text.left(end)).trimmed();
+                const QString after = withoutJoiners(text.mid(end)).trimmed();
+                if (before.isEmpty() || after.isEmpty()) {
+                    continue;
+                }
+                EXPECT_TRUE(phraseBreakAllowed(before.back(), after.front()))
+                    << where.toStdString() << ": \"" << before.toStdString() << "\" | \""
+                    << after.toStdString() << "\"";
+            }
+            layout.endLayout();
         }
-    }
+    });
+    EXPECT_GE(linesChecked, 3); // the walk did see wrapped Japanese
 }
 
 } // namespace
