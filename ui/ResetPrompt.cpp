@@ -6,10 +6,10 @@
 namespace Lumora {
 
 bool confirmResetToDefaults(QWidget* parent) {
-    // The texts keep the translation context the sound panel gave them.
-    const char* context = "Lumora::EffectPanel";
-    QMessageBox box(QMessageBox::Question, QCoreApplication::translate(context, "Reset"),
-                    QCoreApplication::translate(context, "Reset to defaults?"),
+    // Literal contexts, so that regenerating the translation source finds them.
+    QMessageBox box(QMessageBox::Question,
+                    QCoreApplication::translate("Lumora::ResetPrompt", "Reset"),
+                    QCoreApplication::translate("Lumora::ResetPrompt", "Reset to defaults?"),
                     QMessageBox::Ok | QMessageBox::Cancel, parent);
     box.setDefaultButton(QMessageBox::Cancel);
     return box.exec() == QMessageBox::Ok;

@@ -185,14 +185,6 @@ holds belted notes and keeps the song&apos;s dynamics</source>
 <context>
     <name>Lumora::EffectPanel</name>
     <message>
-        <source>Reset</source>
-        <translation>リセット</translation>
-    </message>
-    <message>
-        <source>Reset to defaults?</source>
-        <translation>デフォルトに戻しますか？</translation>
-    </message>
-    <message>
         <source>Manual adjustment preset</source>
         <translation>手動調整プリセット</translation>
     </message>
@@ -1094,14 +1086,6 @@ Save one from the Sound tab or from the diagnosis results.</source>
 <context>
     <name>Lumora::SoundFxPanel</name>
     <message>
-        <source>Reset</source>
-        <translation>リセット</translation>
-    </message>
-    <message>
-        <source>Reset to defaults?</source>
-        <translation>デフォルトに戻しますか？</translation>
-    </message>
-    <message>
         <source>No effects</source>
         <translation>エフェクトなし</translation>
     </message>
@@ -1391,6 +1375,17 @@ Use this when you want to undo your manual changes.</source>
 %1</source>
         <translation>設定ファイルは新しいバージョンの Lumora で書かれています。ファイルはそのまま残し、上書きはしません。保存するには Lumora を更新してください。
 %1</translation>
+    </message>
+</context>
+<context>
+    <name>Lumora::ResetPrompt</name>
+    <message>
+        <source>Reset</source>
+        <translation>リセット</translation>
+    </message>
+    <message>
+        <source>Reset to defaults?</source>
+        <translation>デフォルトに戻しますか？</translation>
     </message>
 </context>
 </TS>
