@@ -153,5 +153,30 @@ TEST(JapaneseWalk, WrappedTextBreaksOnlyBetweenPhrases) {
     EXPECT_GE(linesChecked, 3); // the walk did see wrapped Japanese
 }
 
+// No single-line text is wider than its widget: a clipped word in Japanese
+// reads as a different word.
+TEST(JapaneseWalk, NoSingleLineTextIsClipped) {
+    JapaneseDialog d;
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(d.dialog.get()));
+    int labelsChecked = 0;
+    d.visitEveryPage([&](const QString& where) {
+        QCoreApplication::processEvents();
+        for (QLabel* label : d.dialog->findChildren<QLabel*>()) {
+            if (!label->isVisibleTo(d.dialog.get()) || label->wordWrap() ||
+                label->text().isEmpty() || label->text().startsWith(QLatin1Char('<')) ||
+                label->text().contains(QLatin1Char('\n'))) {
+                continue;
+            }
+            ++labelsChecked;
+            const int needed = label->fontMetrics().horizontalAdvance(label->text());
+            const int room = label->contentsRect().width() - 2 * label->margin();
+            EXPECT_LE(needed, room + 1)
+                << where.toStdString() << ": \"" << label->text().toStdString() << "\" needs "
+                << needed << " px, has " << room;
+        }
+    });
+    EXPECT_GT(labelsChecked, 30); // the walk did measure the pages' labels
+}
+
 } // namespace
 } // namespace Lumora
