@@ -13,6 +13,7 @@
 #include "ui/KeyBadgeBoard.h"
 #include "ui/KeyBadgeLabel.h"
 #include "ui/KeyRouter.h"
+#include "ui/KeysPage.h"
 #include "ui/Localisation.h"
 #include "ui/MainMenu.h"
 #include "ui/MainTabBar.h"
@@ -116,6 +117,10 @@ void WizardDialog::detach() {
     homePanel_->setLevelsAvailable(false);
 }
 
+KeyBadgeBoard* WizardDialog::keyBoard() const {
+    return keysPage_->board();
+}
+
 FilterEngine* WizardDialog::engine() const {
     return binding_->engine();
 }
@@ -163,7 +168,8 @@ void WizardDialog::buildUi() {
     content_->addWidget(soundPage_);
     content_->addWidget(fxPage_);
     content_->addWidget(presetsPage_);
-    content_->addWidget(buildKeysPage(content_));
+    keysPage_ = new KeysPage(content_);
+    content_->addWidget(keysPage_);
     // The pages keep their designed height; on a screen too short for the
     // window they scroll between the header and the tab bar (see fitToHeight).
     frame_ = scrollFrame(main, content_, kHeight - kHeaderHeight - MainTabBar::kHeight - 2);
@@ -227,27 +233,6 @@ QWidget* WizardDialog::buildHeader(QWidget* parent) {
     return header;
 }
 
-QWidget* WizardDialog::buildKeysPage(QWidget* parent) {
-    auto* page = new QWidget(parent);
-    page->setAttribute(Qt::WA_TranslucentBackground);
-    auto* column = new QVBoxLayout(page);
-    column->setContentsMargins(24, 24, 24, 24);
-    column->setSpacing(16);
-    keysHint_ = new QLabel(page);
-    keysHint_->setObjectName(QStringLiteral("keysHint"));
-    keysHint_->setWordWrap(true);
-    keysHint_->setAlignment(Qt::AlignCenter);
-    keysHint_->setStyleSheet(QStringLiteral(
-        "#keysHint { background: rgba(255,255,255,210); color: #6B4EA0; font-size: 10pt;"
-        " border-radius: 14px; padding: 14px 20px; }"));
-    markPanel(keysHint_, 14);
-    keyBoard_ = new KeyBadgeBoard(page);
-    column->addWidget(keysHint_);
-    column->addWidget(keyBoard_, 0, Qt::AlignHCenter);
-    column->addStretch(1);
-    return page;
-}
-
 // The sound, FX and presets panels on their pages, bound to the engine.
 void WizardDialog::installPanels() {
     FilterEngine* engine = binding_->engine();
@@ -277,7 +262,7 @@ void WizardDialog::installPanels() {
     presetsPage_->setPanel(PresetsPage::kKeyPresets, pages.keyPresets);
     presetsPage_->setPanel(PresetsPage::kKeyAssignment, pages.keyAssign);
     wirePagesToEngine(binding_, keys_, pages);
-    keys_->setViews(badge_, keyBoard_, keyAssign_);
+    keys_->setViews(badge_, keysPage_->board(), keyAssign_);
 
     connect(diagnosis_, &DiagnosisPresenter::storeChanged, effectPresets_,
             &PresetsPanel::refreshAll);
@@ -306,9 +291,7 @@ void WizardDialog::retranslateUi() {
     soundPage_->retranslateUi();
     fxPage_->retranslateUi();
     presetsPage_->retranslateUi();
-    keysHint_->setText(
-        keepPhrases(tr("Press an arrow key: it lights up here. Assign voices to the keys "
-                       "under Presets.")));
+    keysPage_->retranslateUi();
     diagnosis_->retranslate();
 }
 

@@ -25,6 +25,7 @@ class HomePanel;
 class KeyAssignPanel;
 class KeyAssignPresetsPanel;
 class KeyBadgeBoard;
+class KeysPage;
 class KeyBadgeLabel;
 class KeyRouter;
 class MainMenu;
@@ -113,7 +114,7 @@ public:
     KeyAssignPanel* keyAssignPanel() const { return keyAssign_; }
     FxPage* fxPage() const { return fxPage_; }
     PresetsPage* presetsPage() const { return presetsPage_; }
-    KeyBadgeBoard* keyBoard() const { return keyBoard_; }
+    KeyBadgeBoard* keyBoard() const;
     KeyBadgeLabel* keyBadge() const { return badge_; }
     WizardPanel* wizardPanel() const { return wizardPanel_; }
     QPushButton* menuButton() const { return menuButton_; }
@@ -132,7 +133,6 @@ protected:
 private:
     void buildUi();
     QWidget* buildHeader(QWidget* parent);
-    QWidget* buildKeysPage(QWidget* parent);
     void installPanels();
     void onTick(double dt);
     void advanceSky(double dt);
@@ -175,8 +175,7 @@ private:
     SoundFxPresetsPanel* fxPresets_ = nullptr;
     KeyAssignPresetsPanel* keyPresets_ = nullptr;
     KeyAssignPanel* keyAssign_ = nullptr;
-    QLabel* keysHint_ = nullptr;
-    KeyBadgeBoard* keyBoard_ = nullptr;
+    KeysPage* keysPage_ = nullptr;
     WizardPanel* wizardPanel_ = nullptr;
 };
 

@@ -1292,10 +1292,6 @@ Use this when you want to undo your manual changes.</source>
         <source>Menu</source>
         <translation>メニュー</translation>
     </message>
-    <message>
-        <source>Press an arrow key: it lights up here. Assign voices to the keys under Presets.</source>
-        <translation>矢印キーを押すと、ここが光るよ。キーへの声の割り当ては「プリセット」からできるよ。</translation>
-    </message>
 </context>
 <context>
     <name>Lumora::WizardPanel</name>
@@ -1386,6 +1382,13 @@ Use this when you want to undo your manual changes.</source>
     <message>
         <source>Reset to defaults?</source>
         <translation>デフォルトに戻しますか？</translation>
+    </message>
+</context>
+<context>
+    <name>Lumora::KeysPage</name>
+    <message>
+        <source>Press an arrow key: it lights up here. Assign voices to the keys under Presets.</source>
+        <translation>矢印キーを押すと、ここが光るよ。キーへの声の割り当ては「プリセット」からできるよ。</translation>
     </message>
 </context>
 </TS>
