@@ -192,12 +192,18 @@ void FilterEngine::KeyTarget::applySoundFxPreset(const SoundFxPreset& preset) {
 
 // A voice key means hearing that voice: the effects chain goes on with it (a
 // streamer who binds the hotkeys may never have opened the dialog, where the
-// chain is switched on). Coming back from a key puts the earlier voice back in
-// the same way; a voice with no effect enabled sounds dry.
+// chain is switched on). Coming back from the keys puts the earlier voice back
+// as it was, effects on or off.
 void FilterEngine::KeyTarget::applyNamedSoundFxPreset(const SoundFxPreset& preset,
                                                       const std::string& name) {
     engine_.fxName_ = name;
     engine_.setSoundFxPreset(preset, true);
+}
+
+void FilterEngine::KeyTarget::restoreSoundFxPreset(const SoundFxPreset& preset,
+                                                   const std::string& name, bool on) {
+    engine_.fxName_ = name;
+    engine_.setSoundFxPreset(preset, on);
 }
 
 void FilterEngine::setSoundFxPreset(const SoundFxPreset& preset, bool active) {

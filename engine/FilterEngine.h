@@ -193,9 +193,12 @@ private:
         EffectPreset currentEffectPreset() const override { return engine_.cleaning_; }
         SoundFxPreset currentSoundFxPreset() const override { return engine_.fx_; }
         std::string currentSoundFxPresetName() const override { return engine_.fxName_; }
+        bool currentSoundFxOn() const override { return engine_.fxActive_; }
         void applyEffectPreset(const EffectPreset& preset) override;
         void applySoundFxPreset(const SoundFxPreset& preset) override;
         void applyNamedSoundFxPreset(const SoundFxPreset& preset, const std::string& name) override;
+        void restoreSoundFxPreset(const SoundFxPreset& preset, const std::string& name,
+                                  bool on) override;
 
     private:
         FilterEngine& engine_;

@@ -112,6 +112,7 @@ void KeyAssignmentRules::refreshIdle() {
         effectSnapshot_ = target_->currentEffectPreset();
         soundFxSnapshot_ = target_->currentSoundFxPreset();
         soundFxSnapshotName_ = target_->currentSoundFxPresetName();
+        soundFxSnapshotOn_ = target_->currentSoundFxOn();
         effectSnapshotPresent_ = true;
         soundFxSnapshotPresent_ = true;
     }
@@ -138,6 +139,7 @@ void KeyAssignmentRules::press(int slot) {
         effectSnapshot_ = target_->currentEffectPreset();
         soundFxSnapshot_ = target_->currentSoundFxPreset();
         soundFxSnapshotName_ = target_->currentSoundFxPresetName();
+        soundFxSnapshotOn_ = target_->currentSoundFxOn();
         effectSnapshotPresent_ = true;
         soundFxSnapshotPresent_ = true;
     }
@@ -229,7 +231,7 @@ void KeyAssignmentRules::restoreDefault(const std::optional<AppSettings>& settin
     if (fx) {
         target_->applyNamedSoundFxPreset(fx->preset, fx->name);
     } else if (soundFxSnapshotPresent_) {
-        target_->applyNamedSoundFxPreset(soundFxSnapshot_, soundFxSnapshotName_);
+        target_->restoreSoundFxPreset(soundFxSnapshot_, soundFxSnapshotName_, soundFxSnapshotOn_);
     }
     soundFxSnapshotPresent_ = false;
 }

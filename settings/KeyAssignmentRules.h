@@ -48,6 +48,14 @@ public:
         applySoundFxPreset(preset);
     }
     virtual std::string currentSoundFxPresetName() const { return {}; }
+    // Whether the effects run now, and putting back the voice from before the
+    // first key with that on/off, for targets that keep both.
+    virtual bool currentSoundFxOn() const { return true; }
+    virtual void restoreSoundFxPreset(const SoundFxPreset& preset, const std::string& name,
+                                      bool on) {
+        (void)on;
+        applyNamedSoundFxPreset(preset, name);
+    }
 };
 
 // The rounded label that shows the active slot.
@@ -127,6 +135,7 @@ private:
     EffectPreset effectSnapshot_;
     SoundFxPreset soundFxSnapshot_;
     std::string soundFxSnapshotName_;
+    bool soundFxSnapshotOn_ = true;
     bool effectSnapshotPresent_ = false;
     bool soundFxSnapshotPresent_ = false;
     KeyBadge badge_{"", kBadgeIdleStyle};

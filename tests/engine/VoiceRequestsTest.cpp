@@ -113,14 +113,18 @@ TEST_F(VoiceRequestsTest, ApplyEffectPresetByNameOrAsAnObject) {
 
 TEST_F(VoiceRequestsTest, PressKeyFollowsTheSlotsTrigger) {
     const auto builtIns = builtInSoundFxPresets();
-    // Up is momentary: the voice while it is down, the previous one after.
+    // Up is momentary: the voice while it is down (heard even with the effects
+    // off), the previous one after, effects off again.
+    ASSERT_FALSE(engine_.soundFxActive());
     ASSERT_EQ(errorOf(ask("PressKey", R"({"sourceName": "Mic", "key": "up", "down": true})")), "");
     EXPECT_EQ(engine_.soundFxPresetName(), builtIns[0].name);
+    EXPECT_TRUE(engine_.soundFxActive());
     EXPECT_EQ(asString(member(ask("GetState", R"({"sourceName": "Mic"})"), "activeSlot"), ""),
               "up");
     ask("PressKey", R"({"sourceName": "Mic", "key": "up", "down": false})");
     EXPECT_EQ(engine_.keys().activeSlot(), kNoSlot);
     EXPECT_NE(engine_.soundFxPresetName(), builtIns[0].name);
+    EXPECT_FALSE(engine_.soundFxActive());
     // Left toggles: on at one press, off at the next; its release does nothing.
     ask("PressKey", R"({"sourceName": "Mic", "key": "left", "down": true})");
     ask("PressKey", R"({"sourceName": "Mic", "key": "left", "down": false})");
