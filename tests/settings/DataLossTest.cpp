@@ -6,6 +6,7 @@
 #include "settings/BuiltInPresets.h"
 #include "settings/PresetLists.h"
 #include "settings/SettingsStore.h"
+#include "settings/support/TaggedDocument.h"
 #include "settings/support/TempFolder.h"
 
 #include <gtest/gtest.h>
@@ -21,16 +22,10 @@
 #endif
 
 using namespace Lumora;
+using Lumora::Testing::taggedDocument;
 using Lumora::Testing::TempFolder;
 
 namespace {
-
-AppSettings tagged(const std::string& tag) {
-    AppSettings s;
-    s.lastPresetName = tag;
-    seedBuiltIns(s, "2024-01-01 00:00:00");
-    return s;
-}
 
 std::string liveTag(const SettingsStore& store) {
     return store.inspect().settings.lastPresetName;
@@ -41,15 +36,15 @@ std::string liveTag(const SettingsStore& store) {
 TEST(SettingsDataLoss, ADamagedLiveFileNeverReplacesTheGoodBackup) {
     TempFolder dir;
     SettingsStore store(dir.path());
-    ASSERT_TRUE(store.save(tagged("older")));
-    ASSERT_TRUE(store.save(tagged("good")));
+    ASSERT_TRUE(store.save(taggedDocument("older")));
+    ASSERT_TRUE(store.save(taggedDocument("good")));
     // The live file is damaged: the document now comes from the backup.
     std::string damaged = TempFolder::read(store.settingsPath());
     damaged[damaged.size() / 2] ^= 0x20;
     TempFolder::write(store.settingsPath(), damaged);
     EXPECT_EQ(store.inspect().source, LoadSource::Backup);
 
-    ASSERT_TRUE(store.save(tagged("after")));
+    ASSERT_TRUE(store.save(taggedDocument("after")));
     EXPECT_EQ(liveTag(store), "after");
     // The backup still holds the last good copy, the damaged file is kept aside.
     AppSettings backup;
@@ -59,7 +54,7 @@ TEST(SettingsDataLoss, ADamagedLiveFileNeverReplacesTheGoodBackup) {
     EXPECT_EQ(TempFolder::read(store.damagedPath()), damaged);
 
     // The next save rotates normally again.
-    ASSERT_TRUE(store.save(tagged("next")));
+    ASSERT_TRUE(store.save(taggedDocument("next")));
     SettingsStore::readDocument(TempFolder::read(store.backupPath()), true, backup);
     EXPECT_EQ(backup.lastPresetName, "after");
 }
@@ -67,7 +62,7 @@ TEST(SettingsDataLoss, ADamagedLiveFileNeverReplacesTheGoodBackup) {
 TEST(SettingsDataLoss, AFileFromANewerVersionIsNeverWrittenOver) {
     TempFolder dir;
     SettingsStore store(dir.path());
-    ASSERT_TRUE(store.save(tagged("backup")));
+    ASSERT_TRUE(store.save(taggedDocument("backup")));
     const std::string newer =
         SettingsStore::addChecksum(R"({"version": 3, "futureField": {"kept": true}})");
     TempFolder::write(store.settingsPath(), newer);
@@ -75,7 +70,7 @@ TEST(SettingsDataLoss, AFileFromANewerVersionIsNeverWrittenOver) {
 
     EXPECT_TRUE(store.heldByNewerVersion());
     (void)store.load(); // would seed and save the built-ins into an older file
-    EXPECT_FALSE(store.save(tagged("ours")));
+    EXPECT_FALSE(store.save(taggedDocument("ours")));
     EXPECT_FALSE(store.saveAppFields(AppFields{}));
     EXPECT_EQ(TempFolder::read(store.settingsPath()), newer);
     EXPECT_EQ(TempFolder::read(store.backupPath()), backupBefore);
@@ -87,13 +82,13 @@ TEST(SettingsDataLoss, ALinkOrAFifoAtTheTemporaryNameIsReplacedNotUsed) {
     TempFolder dir;
     TempFolder elsewhere;
     SettingsStore store(dir.path());
-    ASSERT_TRUE(store.save(tagged("first")));
+    ASSERT_TRUE(store.save(taggedDocument("first")));
 
     // A link: the save must not write through it.
     const std::string victim = elsewhere.file("precious.txt");
     TempFolder::write(victim, "keep me");
     ASSERT_EQ(symlink(victim.c_str(), store.tempPath().c_str()), 0);
-    ASSERT_TRUE(store.save(tagged("through-link")));
+    ASSERT_TRUE(store.save(taggedDocument("through-link")));
     EXPECT_EQ(TempFolder::read(victim), "keep me");
     EXPECT_EQ(liveTag(store), "through-link");
 
@@ -102,7 +97,7 @@ TEST(SettingsDataLoss, ALinkOrAFifoAtTheTemporaryNameIsReplacedNotUsed) {
     auto done = std::make_shared<std::promise<bool>>();
     std::future<bool> saved = done->get_future();
     std::thread([done, folder = dir.path()] {
-        done->set_value(SettingsStore(folder).save(tagged("past-fifo")));
+        done->set_value(SettingsStore(folder).save(taggedDocument("past-fifo")));
     }).detach();
     ASSERT_EQ(saved.wait_for(std::chrono::seconds(10)), std::future_status::ready)
         << "the save hung on a FIFO";

@@ -6,6 +6,7 @@
 #include "settings/SettingsStore.h"
 #include "settings/support/FaultyFileSystem.h"
 #include "settings/support/MemoryFileSystem.h"
+#include "settings/support/TaggedDocument.h"
 #include "settings/support/TempFolder.h"
 
 #include <gtest/gtest.h>
@@ -15,6 +16,7 @@
 using namespace Lumora;
 using Lumora::Testing::FaultyFileSystem;
 using Lumora::Testing::MemoryFileSystem;
+using Lumora::Testing::taggedDocument;
 using Lumora::Testing::TempFolder;
 
 namespace {
@@ -23,13 +25,6 @@ using Mode = FaultyFileSystem::Mode;
 
 // The in-memory folder's file names, joined as this system joins them.
 const SettingsStore kAt("/s");
-
-AppSettings document(const std::string& tag) {
-    AppSettings s;
-    s.lastPresetName = tag;
-    seedBuiltIns(s, "2024-01-01 00:00:00"); // loading it writes nothing
-    return s;
-}
 
 // The tag of the document that loads, or "" for the defaults.
 std::string loadedTag(FileSystem& fs, const std::string& folder) {
@@ -40,10 +35,10 @@ std::string loadedTag(FileSystem& fs, const std::string& folder) {
 // performs them.
 int stepsOfASave() {
     MemoryFileSystem memory;
-    SettingsStore("/s", memory).save(document("before"));
+    SettingsStore("/s", memory).save(taggedDocument("before"));
     FaultyFileSystem counter(memory);
     counter.arm(Mode::None, -1);
-    SettingsStore("/s", counter).save(document("x"));
+    SettingsStore("/s", counter).save(taggedDocument("x"));
     return counter.stepCount();
 }
 
@@ -59,10 +54,10 @@ const char* name(Start s) {
 
 TEST(SaveFaultInjection, TheSaveFlushesBeforeItReplaces) {
     MemoryFileSystem memory;
-    ASSERT_TRUE(SettingsStore("/s", memory).save(document("before")));
+    ASSERT_TRUE(SettingsStore("/s", memory).save(taggedDocument("before")));
     FaultyFileSystem fs(memory);
     fs.arm(Mode::None, -1);
-    ASSERT_TRUE(SettingsStore("/s", fs).save(document("a")));
+    ASSERT_TRUE(SettingsStore("/s", fs).save(taggedDocument("a")));
     const std::vector<std::string> expected = {
         "mkdir /s",
         "write " + kAt.tempPath(),
@@ -87,17 +82,18 @@ TEST(SaveFaultInjection, EveryStepFailingOrCrashingOnARealDisk) {
                 TempFolder dir;
                 SettingsStore plain(dir.path());
                 if (start != Start::Empty) {
-                    ASSERT_TRUE(plain.save(document(start == Start::LiveOnly ? "old" : "older")));
+                    ASSERT_TRUE(
+                        plain.save(taggedDocument(start == Start::LiveOnly ? "old" : "older")));
                 }
                 if (start == Start::LiveAndBackup) {
-                    ASSERT_TRUE(plain.save(document("old")));
+                    ASSERT_TRUE(plain.save(taggedDocument("old")));
                 }
                 const std::string liveBefore = TempFolder::read(plain.settingsPath());
                 const std::string backupBefore = TempFolder::read(plain.backupPath());
 
                 FaultyFileSystem fs(FileSystem::real());
                 fs.arm(mode, step);
-                const bool saved = SettingsStore(dir.path(), fs).save(document("new"));
+                const bool saved = SettingsStore(dir.path(), fs).save(taggedDocument("new"));
 
                 const std::string tag = loadedTag(FileSystem::real(), dir.path());
                 if (saved) {
@@ -113,7 +109,7 @@ TEST(SaveFaultInjection, EveryStepFailingOrCrashingOnARealDisk) {
                     EXPECT_EQ(TempFolder::read(plain.backupPath()), backupBefore);
                 }
                 // Whatever happened, the next save succeeds and loads.
-                ASSERT_TRUE(plain.save(document("retry")));
+                ASSERT_TRUE(plain.save(taggedDocument("retry")));
                 EXPECT_EQ(loadedTag(FileSystem::real(), dir.path()), "retry");
             }
         }
@@ -125,9 +121,9 @@ TEST(SaveFaultInjection, OnlyTheEarlyFolderFlushAndTheBackupRenameMayFail) {
     for (int step = 0; step < steps; ++step) {
         MemoryFileSystem memory;
         FaultyFileSystem fs(memory);
-        SettingsStore(("/s"), memory).save(document("old"));
+        SettingsStore(("/s"), memory).save(taggedDocument("old"));
         fs.arm(Mode::Fail, step);
-        const bool saved = SettingsStore("/s", fs).save(document("new"));
+        const bool saved = SettingsStore("/s", fs).save(taggedDocument("new"));
         const std::string& what = fs.steps[static_cast<size_t>(step)];
         // The flush of the folder before the renames is best effort (the final one
         // makes them durable), and the backup rename only keeps the old document;
@@ -143,12 +139,12 @@ TEST(SaveFaultInjection, PowerLossAfterAnyStepKeepsTheOldOrTheNewDocument) {
     for (int step = 0; step <= steps; ++step) {
         SCOPED_TRACE("power lost before step " + std::to_string(step));
         MemoryFileSystem memory;
-        ASSERT_TRUE(SettingsStore("/s", memory).save(document("older")));
-        ASSERT_TRUE(SettingsStore("/s", memory).save(document("old")));
+        ASSERT_TRUE(SettingsStore("/s", memory).save(taggedDocument("older")));
+        ASSERT_TRUE(SettingsStore("/s", memory).save(taggedDocument("old")));
 
         FaultyFileSystem fs(memory);
         fs.arm(Mode::Crash, step);
-        const bool saved = SettingsStore("/s", fs).save(document("new"));
+        const bool saved = SettingsStore("/s", fs).save(taggedDocument("new"));
         memory.powerLoss();
 
         const std::string tag = loadedTag(memory, "/s");
@@ -163,9 +159,9 @@ TEST(SaveFaultInjection, PowerLossRightAfterTwoQuickSavesLosesNothing) {
     // The classic loss: two saves in a row, whose new files were never flushed,
     // leave a live file and a backup that are both empty after a power cut.
     MemoryFileSystem memory;
-    ASSERT_TRUE(SettingsStore("/s", memory).save(document("first")));
-    ASSERT_TRUE(SettingsStore("/s", memory).save(document("second")));
-    ASSERT_TRUE(SettingsStore("/s", memory).save(document("third")));
+    ASSERT_TRUE(SettingsStore("/s", memory).save(taggedDocument("first")));
+    ASSERT_TRUE(SettingsStore("/s", memory).save(taggedDocument("second")));
+    ASSERT_TRUE(SettingsStore("/s", memory).save(taggedDocument("third")));
     memory.powerLoss();
     EXPECT_EQ(loadedTag(memory, "/s"), "third");
 }
@@ -188,10 +184,10 @@ public:
 
 TEST(SaveFaultInjection, TheModelCatchesASaveWithoutFlushes) {
     NoFlushFileSystem memory;
-    ASSERT_TRUE(SettingsStore("/s", memory).save(document("first")));
+    ASSERT_TRUE(SettingsStore("/s", memory).save(taggedDocument("first")));
     memory.flushAll(kAt.settingsPath());
-    ASSERT_TRUE(SettingsStore("/s", memory).save(document("second")));
-    ASSERT_TRUE(SettingsStore("/s", memory).save(document("third")));
+    ASSERT_TRUE(SettingsStore("/s", memory).save(taggedDocument("second")));
+    ASSERT_TRUE(SettingsStore("/s", memory).save(taggedDocument("third")));
     memory.flushAll("/s"); // the folder's entries reach the disk, the new bytes do not
     memory.powerLoss();
     EXPECT_EQ(loadedTag(memory, "/s"), "") << "both files empty: the defaults load";
@@ -211,12 +207,12 @@ TEST(SaveFaultInjection, ATemporaryFileThatReadsBackWrongIsNeverInstalled) {
         }
         bool corrupt = false;
     } memory;
-    ASSERT_TRUE(SettingsStore("/s", memory).save(document("older")));
-    ASSERT_TRUE(SettingsStore("/s", memory).save(document("old")));
+    ASSERT_TRUE(SettingsStore("/s", memory).save(taggedDocument("older")));
+    ASSERT_TRUE(SettingsStore("/s", memory).save(taggedDocument("old")));
     const std::optional<std::string> live = memory.readFile(kAt.settingsPath());
     const std::optional<std::string> backup = memory.readFile(kAt.backupPath());
     memory.corrupt = true;
-    EXPECT_FALSE(SettingsStore("/s", memory).save(document("new")));
+    EXPECT_FALSE(SettingsStore("/s", memory).save(taggedDocument("new")));
     EXPECT_EQ(memory.readFile(kAt.settingsPath()), live);
     EXPECT_EQ(memory.readFile(kAt.backupPath()), backup);
     EXPECT_TRUE(memory.exists(kAt.tempPath())) << "left behind, overwritten next time";
@@ -225,10 +221,10 @@ TEST(SaveFaultInjection, ATemporaryFileThatReadsBackWrongIsNeverInstalled) {
 TEST(SaveFaultInjection, AFailedFinalRenameLeavesTheBackupForTheNextLoad) {
     TempFolder dir;
     SettingsStore plain(dir.path());
-    ASSERT_TRUE(plain.save(document("old")));
+    ASSERT_TRUE(plain.save(taggedDocument("old")));
     FaultyFileSystem fs(FileSystem::real());
     fs.arm(Mode::Fail, 5); // rename settings.json.tmp -> settings.json
-    EXPECT_FALSE(SettingsStore(dir.path(), fs).save(document("new")));
+    EXPECT_FALSE(SettingsStore(dir.path(), fs).save(taggedDocument("new")));
     EXPECT_FALSE(TempFolder::exists(plain.settingsPath()));
     EXPECT_TRUE(TempFolder::exists(plain.backupPath()));
     EXPECT_TRUE(TempFolder::exists(plain.tempPath()));
