@@ -14,10 +14,10 @@ AdviceCard::AdviceCard(QWidget* parent, const DiagnosisItem& item) : QWidget(par
     setObjectName(QStringLiteral("adviceCard"));
     setAttribute(Qt::WA_StyledBackground);
     const QColor accent = Palette::verdictColour(item.level);
-    setStyleSheet(QStringLiteral("#adviceCard { background: rgba(255,255,255,215);"
-                                 " border: 1px solid rgba(180,160,220,90);"
-                                 " border-left: 4px solid %1; border-radius: 14px; }")
-                      .arg(accent.name()));
+    setStyleSheet(themed(QStringLiteral("#adviceCard { background: {white@215};"
+                                        " border: 1px solid {lilacLine@90};"
+                                        " border-left: 4px solid %1; border-radius: 14px; }")
+                             .arg(accent.name())));
 
     markPanel(this, 14);
     auto* layout = new QVBoxLayout(this);
@@ -26,19 +26,14 @@ AdviceCard::AdviceCard(QWidget* parent, const DiagnosisItem& item) : QWidget(par
     auto* head = new QHBoxLayout();
     head->setSpacing(8);
     heading_ = new QLabel(metricName(item.key), this);
-    heading_->setStyleSheet(QStringLiteral("QLabel { color: #2D1B69; font-size: 10pt;"
-                                           " font-weight: bold; background: transparent; }"));
+    heading_->setStyleSheet(
+        themed(QStringLiteral("QLabel { color: {ink}; font-size: 10pt;"
+                              " font-weight: bold; background: transparent; }")));
     value_ = new QLabel(formatValue(item), this);
-    value_->setStyleSheet(QStringLiteral("QLabel { color: #9B9BB8; font-size: 8pt;"
-                                         " background: transparent; }"));
+    value_->setStyleSheet(themed(QStringLiteral("QLabel { color: {muted}; font-size: 8pt;"
+                                                " background: transparent; }")));
     verdict_ = new QLabel(verdictLabel(item.level), this);
-    verdict_->setStyleSheet(QStringLiteral("QLabel { background: rgba(%1,%2,%3,40); color: %4;"
-                                           " border-radius: 9px; padding: 2px 8px; font-size: 8pt;"
-                                           " font-weight: bold; }")
-                                .arg(accent.red())
-                                .arg(accent.green())
-                                .arg(accent.blue())
-                                .arg(accent.darker(135).name()));
+    verdict_->setStyleSheet(Styles::verdictChip(item.level));
     head->addWidget(heading_);
     head->addStretch(1);
     head->addWidget(value_);
@@ -51,14 +46,14 @@ AdviceCard::AdviceCard(QWidget* parent, const DiagnosisItem& item) : QWidget(par
     title_ = new QLabel(keepPhrases(QString::fromStdString(title)), this);
     title_->setWordWrap(true);
     title_->setTextFormat(Qt::PlainText);
-    title_->setStyleSheet(QStringLiteral("QLabel { color: #2D1B69; font-size: 10pt;"
-                                         " background: transparent; }"));
+    title_->setStyleSheet(themed(QStringLiteral("QLabel { color: {ink}; font-size: 10pt;"
+                                                " background: transparent; }")));
     layout->addWidget(title_);
     advice_ = new QLabel(keepPhrases(QString::fromStdString(advice)), this);
     advice_->setWordWrap(true);
     advice_->setTextFormat(Qt::PlainText);
-    advice_->setStyleSheet(QStringLiteral("QLabel { color: #6B4EA0; font-size: 9pt;"
-                                          " background: transparent; }"));
+    advice_->setStyleSheet(themed(QStringLiteral("QLabel { color: {lilac}; font-size: 9pt;"
+                                                 " background: transparent; }")));
     advice_->setVisible(!advice.empty());
     layout->addWidget(advice_);
 }

@@ -14,8 +14,8 @@ namespace Lumora {
 CollapsibleSection::CollapsibleSection(QWidget* parent) : QFrame(parent) {
     setObjectName(QStringLiteral("collapsibleSection"));
     setAttribute(Qt::WA_StyledBackground);
-    setStyleSheet(QStringLiteral("QFrame#collapsibleSection { background: rgba(255,255,255,215);"
-                                 " border: 1px solid rgba(0,170,210,60); border-radius: 12px; }"));
+    setStyleSheet(themed(QStringLiteral("QFrame#collapsibleSection { background: {white@215};"
+                                        " border: 1px solid {blue@60}; border-radius: 12px; }")));
     markPanel(this, 12);
 
     auto* outer = new QVBoxLayout(this);
@@ -28,8 +28,8 @@ CollapsibleSection::CollapsibleSection(QWidget* parent) : QFrame(parent) {
     row->setSpacing(4);
 
     handle_ = new QLabel(QStringLiteral("⠿"), header);
-    handle_->setStyleSheet(
-        QStringLiteral("QLabel { color: #B0C8D8; font-size: 13pt; background: transparent; }"));
+    handle_->setStyleSheet(themed(
+        QStringLiteral("QLabel { color: {greyCool}; font-size: 13pt; background: transparent; }")));
     handle_->setCursor(Qt::OpenHandCursor);
     handle_->installEventFilter(this);
     handle_->hide();
@@ -39,13 +39,13 @@ CollapsibleSection::CollapsibleSection(QWidget* parent) : QFrame(parent) {
     arrow_->setAutoRaise(true);
     arrow_->setCursor(Qt::PointingHandCursor);
     arrow_->setFixedSize(20, 20);
-    arrow_->setStyleSheet(QStringLiteral("QToolButton { color: #0077AA; border: none;"
-                                         " background: transparent; font-size: 9pt; }"));
+    arrow_->setStyleSheet(themed(QStringLiteral("QToolButton { color: {blueInk}; border: none;"
+                                                " background: transparent; font-size: 9pt; }")));
     row->addWidget(arrow_);
 
     title_ = new QLabel(header);
-    title_->setStyleSheet(QStringLiteral("QLabel { color: #2D1B69; font-size: 10pt;"
-                                         " font-weight: bold; background: transparent; }"));
+    title_->setStyleSheet(themed(QStringLiteral("QLabel { color: {ink}; font-size: 10pt;"
+                                                " font-weight: bold; background: transparent; }")));
     title_->setCursor(Qt::PointingHandCursor);
     title_->installEventFilter(this);
     row->addWidget(title_, 1);

@@ -1,4 +1,5 @@
 #include "ui/CompressorDisplay.h"
+#include "ui/Theme.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -103,14 +104,14 @@ void CompressorDisplay::paintEvent(QPaintEvent*) {
     const qreal w = width() / s;
     const qreal h = kLogicalHeight;
 
-    p.setPen(QPen(QColor(0, 170, 210, 70), 1.0));
-    p.setBrush(QColor(0, 60, 95, 225));
+    p.setPen(QPen(Palette::colour(Palette::kBlue, 70), 1.0));
+    p.setBrush(Palette::colour(Palette::kDisplay, Palette::kDisplayAlpha));
     p.drawRoundedRect(QRectF(0.5, 0.5, w - 1.0, h - 1.0), 8, 8);
 
     QFont small = font();
     small.setPointSizeF(6.5);
     p.setFont(small);
-    const QColor label(180, 220, 235, 170);
+    const QColor label = Palette::colour(Palette::kDisplayText, Palette::kDisplayTextAlpha);
 
     // Static curve, input -60..0 dB across, output -60..0 dB up.
     const QRectF curve(10.0, 6.0, h - 24.0, h - 24.0);
@@ -119,17 +120,17 @@ void CompressorDisplay::paintEvent(QPaintEvent*) {
         const double c = std::clamp(db, static_cast<double>(kFloorDb), 0.0);
         return curve.bottom() - (c - kFloorDb) / -kFloorDb * curve.height();
     };
-    p.setPen(QPen(QColor(255, 255, 255, 26), 1.0));
+    p.setPen(QPen(Palette::colour(Palette::kWhite, 26), 1.0));
     for (int db = -48; db < 0; db += 12) {
         p.drawLine(QPointF(cx(db), curve.top()), QPointF(cx(db), curve.bottom()));
         p.drawLine(QPointF(curve.left(), cy(db)), QPointF(curve.right(), cy(db)));
     }
-    p.setPen(QPen(QColor(255, 255, 255, 60), 1.0, Qt::DashLine));
+    p.setPen(QPen(Palette::colour(Palette::kWhite, 60), 1.0, Qt::DashLine));
     p.drawLine(QPointF(cx(kFloorDb), cy(kFloorDb)), QPointF(cx(0), cy(0)));
     p.setBrush(Qt::NoBrush);
     p.drawRect(curve);
     if (comp_.enabled && comp_.thresholdDb > kFloorDb && comp_.thresholdDb < 0.0f) {
-        p.setPen(QPen(QColor(0xF2, 0xA6, 0x3B, 150), 1.0, Qt::DotLine));
+        p.setPen(QPen(Palette::colour(Palette::kWarn, 150), 1.0, Qt::DotLine));
         p.drawLine(QPointF(cx(comp_.thresholdDb), curve.top()),
                    QPointF(cx(comp_.thresholdDb), curve.bottom()));
     }
@@ -143,8 +144,9 @@ void CompressorDisplay::paintEvent(QPaintEvent*) {
         const QPointF pt(cx(in), cy(out));
         i == 0 ? path.moveTo(pt) : path.lineTo(pt);
     }
-    p.setPen(QPen(
-        comp_.enabled || limiter_.enabled ? QColor(0x6F, 0xF0, 0xE6) : QColor(150, 170, 185), 2.0));
+    p.setPen(QPen(comp_.enabled || limiter_.enabled ? Palette::colour(Palette::kGlowTeal)
+                                                    : Palette::colour(Palette::kGreyCool),
+                  2.0));
     p.drawPath(path);
     const Point& now = at(kHistory - 1);
     if (now.in > kFloorDb) {
@@ -153,7 +155,7 @@ void CompressorDisplay::paintEvent(QPaintEvent*) {
             out = std::min(out, static_cast<double>(limiter_.ceilingDb));
         }
         p.setPen(QPen(Qt::white, 1.0));
-        p.setBrush(QColor(0xF2, 0xA6, 0x3B));
+        p.setBrush(Palette::colour(Palette::kWarn));
         p.drawEllipse(QPointF(cx(now.in), cy(out)), 3.5, 3.5);
     }
     p.setPen(label);
@@ -167,7 +169,7 @@ void CompressorDisplay::paintEvent(QPaintEvent*) {
     }
     auto hx = [&](int i) { return hist.left() + hist.width() * i / (kHistory - 1.0); };
     auto hy = [&](float db) { return hist.bottom() - (db - kFloorDb) / -kFloorDb * hist.height(); };
-    p.setPen(QPen(QColor(255, 255, 255, 26), 1.0));
+    p.setPen(QPen(Palette::colour(Palette::kWhite, 26), 1.0));
     p.setBrush(Qt::NoBrush);
     p.drawRect(hist);
     QPainterPath reduction;
@@ -178,7 +180,7 @@ void CompressorDisplay::paintEvent(QPaintEvent*) {
     reduction.lineTo(hist.right(), hist.top());
     reduction.closeSubpath();
     p.setPen(Qt::NoPen);
-    p.setBrush(QColor(0xF2, 0xA6, 0x3B, 150));
+    p.setBrush(Palette::colour(Palette::kWarn, 150));
     p.drawPath(reduction);
     QPainterPath input;
     QPainterPath output;
@@ -189,18 +191,18 @@ void CompressorDisplay::paintEvent(QPaintEvent*) {
         i == 0 ? output.moveTo(b) : output.lineTo(b);
     }
     p.setBrush(Qt::NoBrush);
-    p.setPen(QPen(QColor(200, 180, 240, 200), 1.2));
+    p.setPen(QPen(Palette::colour(Palette::kLilacPale, 200), 1.2));
     p.drawPath(input);
-    p.setPen(QPen(QColor(0x6F, 0xF0, 0xE6), 1.5));
+    p.setPen(QPen(Palette::colour(Palette::kGlowTeal), 1.5));
     p.drawPath(output);
 
-    p.setPen(QColor(200, 180, 240, 220));
+    p.setPen(Palette::colour(Palette::kLilacMist));
     p.drawText(QRectF(hist.left() + 4, hist.bottom() + 2, 40, 12), Qt::AlignLeft,
                QStringLiteral("IN"));
-    p.setPen(QColor(0x6F, 0xF0, 0xE6));
+    p.setPen(Palette::colour(Palette::kGlowTeal));
     p.drawText(QRectF(hist.left() + 30, hist.bottom() + 2, 40, 12), Qt::AlignLeft,
                QStringLiteral("OUT"));
-    p.setPen(QColor(0xF2, 0xA6, 0x3B));
+    p.setPen(Palette::colour(Palette::kAmber));
     p.drawText(QRectF(hist.left() + 64, hist.bottom() + 2, 40, 12), Qt::AlignLeft,
                QStringLiteral("GR"));
 }

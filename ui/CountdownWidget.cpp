@@ -1,6 +1,7 @@
 #include "ui/CountdownWidget.h"
 
 #include "ui/Localisation.h"
+#include "ui/Theme.h"
 
 #include <QPainter>
 
@@ -55,19 +56,19 @@ void CountdownWidget::paintEvent(QPaintEvent*) {
 
     const QRectF ring(12, 12, 116, 116);
     p.setPen(Qt::NoPen);
-    p.setBrush(QColor(255, 255, 255, 215));
+    p.setBrush(Palette::colour(Palette::kWhite, 215));
     p.drawEllipse(QRectF(4, 4, 132, 132));
 
-    QPen track(QColor(200, 180, 240, 90), 10);
+    QPen track(Palette::colour(Palette::kLilacPale, 90), 10);
     track.setCapStyle(Qt::RoundCap);
     p.setPen(track);
     p.setBrush(Qt::NoBrush);
     p.drawEllipse(ring);
 
-    QPen arc(QColor(0x4E, 0xCD, 0xC4), 10);
+    QPen arc(Palette::colour(Palette::kTeal), 10);
     arc.setCapStyle(Qt::RoundCap);
     if (mode_ == Mode::Countdown) {
-        arc.setColor(QColor(0xB8, 0xA4, 0xF0));
+        arc.setColor(Palette::colour(Palette::kLilacPale));
     }
     p.setPen(arc);
     if (mode_ == Mode::Busy) {
@@ -82,23 +83,23 @@ void CountdownWidget::paintEvent(QPaintEvent*) {
         font.setPointSizeF(40);
         font.setBold(true);
         p.setFont(font);
-        p.setPen(QColor(0x2D, 0x1B, 0x69));
+        p.setPen(Palette::colour(Palette::kInk));
         p.drawText(QRectF(0, 0, 140, 140), Qt::AlignCenter, QString::number(seconds_));
     } else if (mode_ == Mode::Recording) {
         p.setPen(Qt::NoPen);
-        p.setBrush(QColor(0xE8, 0x5D, 0x75));
+        p.setBrush(Palette::colour(Palette::kBad));
         p.drawEllipse(QPointF(70, 52), 7, 7);
         font.setPointSizeF(22);
         font.setBold(true);
         p.setFont(font);
-        p.setPen(QColor(0x2D, 0x1B, 0x69));
+        p.setPen(Palette::colour(Palette::kInk));
         p.drawText(QRectF(0, 62, 140, 40), Qt::AlignCenter, QString::number(seconds_));
     } else {
         p.setPen(Qt::NoPen);
         for (int i = 0; i < 3; ++i) {
             const double phase = spinner_ / 360.0 * 2.0 * M_PI * 2.0 - i * 0.9;
             const int alpha = static_cast<int>(120 + 120 * (0.5 + 0.5 * std::sin(phase)));
-            p.setBrush(QColor(0x6B, 0x4E, 0xA0, std::clamp(alpha, 0, 255)));
+            p.setBrush(Palette::colour(Palette::kLilac, std::clamp(alpha, 0, 255)));
             p.drawEllipse(QPointF(52 + i * 18, 70), 5, 5);
         }
     }

@@ -1,6 +1,7 @@
 #include "ui/CreditsDialog.h"
 
 #include "LumoraVersion.h"
+#include "ui/Theme.h"
 
 #include <QDialogButtonBox>
 #include <QLabel>
@@ -12,7 +13,7 @@ CreditsDialog::CreditsDialog(QWidget* parent) : QDialog(parent) {
     setWindowTitle(QStringLiteral("Tindra ") + tr("Credits"));
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     setMinimumWidth(300);
-    setStyleSheet(QStringLiteral("QDialog { background: white; }"));
+    setStyleSheet(themed(QStringLiteral("QDialog { background: {white}; }")));
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(20, 16, 20, 12);
@@ -30,16 +31,16 @@ CreditsDialog::CreditsDialog(QWidget* parent) : QDialog(parent) {
     };
     for (const Section& section : sections) {
         auto* heading = new QLabel(section.heading, this);
-        heading->setStyleSheet(QStringLiteral(
-            "QLabel { color: #00A896; font-size: 10pt; font-weight: bold; padding-top: 8px; }"));
+        heading->setStyleSheet(themed(QStringLiteral(
+            "QLabel { color: {tealInk}; font-size: 10pt; font-weight: bold; padding-top: 8px; }")));
         auto* names = new QLabel(section.names, this);
-        names->setStyleSheet(QStringLiteral("QLabel { color: #2D1B69; font-size: 10pt; }"));
+        names->setStyleSheet(themed(QStringLiteral("QLabel { color: {ink}; font-size: 10pt; }")));
         names->setWordWrap(true);
         layout->addWidget(heading);
         layout->addWidget(names);
     }
     auto* version = new QLabel(QStringLiteral("Lumora ") + QString::fromLatin1(kVersion), this);
-    version->setStyleSheet(QStringLiteral("QLabel { color: #2D1B69; font-size: 9pt; }"));
+    version->setStyleSheet(themed(QStringLiteral("QLabel { color: {ink}; font-size: 9pt; }")));
     layout->addSpacing(6);
     layout->addWidget(version);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok, this);

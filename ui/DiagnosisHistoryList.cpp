@@ -20,16 +20,16 @@ DiagnosisHistoryList::DiagnosisHistoryList(QWidget* parent, SettingsStore* store
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(6);
     title_ = new QLabel(this);
-    title_->setStyleSheet(QStringLiteral("QLabel { color: #2D1B69; font-size: 10pt;"
-                                         " font-weight: bold; background: transparent; }"));
+    title_->setStyleSheet(themed(QStringLiteral("QLabel { color: {ink}; font-size: 10pt;"
+                                                " font-weight: bold; background: transparent; }")));
     layout->addWidget(title_);
     // On a card of its own, like every other text over the sky.
     empty_ = new QLabel(this);
     empty_->setWordWrap(true);
     empty_->setAlignment(Qt::AlignCenter);
     empty_->setStyleSheet(
-        QStringLiteral("QLabel { color: #6B4EA0; font-size: 9pt; padding: 14px 18px;"
-                       "  background: rgba(255,255,255,210); border-radius: 12px; }"));
+        themed(QStringLiteral("QLabel { color: {lilac}; font-size: 9pt; padding: 14px 18px;"
+                              "  background: {white@210}; border-radius: 12px; }")));
     markPanel(empty_, 12);
     layout->addWidget(empty_);
     cards_ = new QVBoxLayout();
@@ -73,10 +73,10 @@ QWidget* DiagnosisHistoryList::makeCard(const DiagnosisHistoryEntry& entry) {
     auto* card = new QFrame(this);
     card->setObjectName(QStringLiteral("historyCard"));
     card->setAttribute(Qt::WA_StyledBackground);
-    card->setStyleSheet(QStringLiteral("QFrame#historyCard { background: rgba(255,255,255,210);"
-                                       " border: 1px solid rgba(180,160,220,90);"
-                                       " border-radius: 10px; }"
-                                       "QLabel { background: transparent; }"));
+    card->setStyleSheet(themed(QStringLiteral("QFrame#historyCard { background: {white@210};"
+                                              " border: 1px solid {lilacLine@90};"
+                                              " border-radius: 10px; }"
+                                              "QLabel { background: transparent; }")));
     markPanel(card, 10);
     auto* layout = new QVBoxLayout(card);
     layout->setContentsMargins(10, 6, 10, 8);
@@ -84,25 +84,22 @@ QWidget* DiagnosisHistoryList::makeCard(const DiagnosisHistoryEntry& entry) {
 
     auto* top = new QHBoxLayout();
     auto* when = new QLabel(QString::fromStdString(entry.timestamp), card);
-    when->setStyleSheet(QStringLiteral("QLabel { color: #2D1B69; font-size: 9pt;"
-                                       " font-weight: bold; }"));
+    when->setStyleSheet(themed(QStringLiteral("QLabel { color: {ink}; font-size: 9pt;"
+                                              " font-weight: bold; }")));
     top->addWidget(when);
     auto* mic = new QLabel(QStringLiteral("🎙 ") + micTypeName(entry.result.micType), card);
-    mic->setStyleSheet(QStringLiteral("QLabel { color: #6B4EA0; font-size: 8pt; }"));
+    mic->setStyleSheet(themed(QStringLiteral("QLabel { color: {lilac}; font-size: 8pt; }")));
     top->addWidget(mic);
     top->addStretch(1);
     if (entry.presetApplied) {
         auto* applied = new QLabel(QStringLiteral("🔧 ") + tr("Applied"), card);
         applied->setToolTip(tr("The recommended settings were applied"));
-        applied->setStyleSheet(QStringLiteral("QLabel { color: #007799; font-size: 8pt; }"));
+        applied->setStyleSheet(
+            themed(QStringLiteral("QLabel { color: {blueInk}; font-size: 8pt; }")));
         top->addWidget(applied);
     }
-    const QColor colour = Palette::verdictColour(entry.result.overall);
     auto* overall = new QLabel(verdictLabel(entry.result.overall), card);
-    overall->setStyleSheet(QStringLiteral("QLabel { color: white; background: %1;"
-                                          " border-radius: 8px; padding: 1px 8px;"
-                                          " font-size: 8pt; font-weight: bold; }")
-                               .arg(colour.name()));
+    overall->setStyleSheet(Styles::verdictChip(entry.result.overall));
     top->addWidget(overall);
     layout->addLayout(top);
 
@@ -114,7 +111,7 @@ QWidget* DiagnosisHistoryList::makeCard(const DiagnosisHistoryEntry& entry) {
         for (const DiagnosisItem& item : entry.result.items) {
             auto* chip = new QLabel(
                 AdviceCard::metricName(item.key) + QLatin1Char(' ') + levelIcon(item.level), card);
-            chip->setStyleSheet(QStringLiteral("QLabel { color: #3D3560; font-size: 8pt; }"));
+            chip->setStyleSheet(themed(QStringLiteral("QLabel { color: {ink}; font-size: 8pt; }")));
             grid->addWidget(chip, i / 3, i % 3);
             ++i;
         }

@@ -4,6 +4,7 @@
 #include "ui/Knob.h"
 #include "ui/SoundShapes.h"
 #include "ui/SubGroup.h"
+#include "ui/Theme.h"
 #include "ui/ToggleSwitch.h"
 
 #include <QFrame>
@@ -18,10 +19,10 @@ namespace Lumora {
 namespace {
 
 const char kModeStyle[] =
-    "QPushButton { background: rgba(0,170,210,30); color: #005577; border-radius: 6px;"
+    "QPushButton { background: {blue@30}; color: {deepBlueInk}; border-radius: 6px;"
     " padding: 5px 8px; font-size: 9pt; font-weight: bold; border: 1px solid"
-    " rgba(0,170,210,120); }QPushButton:hover { background: rgba(0,170,210,70); border-color:"
-    " #00AADD; }QPushButton:pressed { background: rgba(0,170,210,130); }";
+    " {blue@120}; }QPushButton:hover { background: {blue@70}; border-color:"
+    " {blue}; }QPushButton:pressed { background: {blue@130}; }";
 
 const KnobSpec kThreshold{"compThreshold",
                           "Thresh",
@@ -95,7 +96,7 @@ DynamicsControls::DynamicsControls(QWidget* parent, EffectPreset* preset)
     talk_ = new QPushButton(this);
     singing_ = new QPushButton(this);
     for (QPushButton* b : {talk_, singing_}) {
-        b->setStyleSheet(QLatin1String(kModeStyle));
+        b->setStyleSheet(themed(QLatin1String(kModeStyle)));
         b->setCursor(Qt::PointingHandCursor);
         modes->addWidget(b, 1);
     }
@@ -136,7 +137,7 @@ DynamicsControls::DynamicsControls(QWidget* parent, EffectPreset* preset)
 
     auto* line = new QFrame(this);
     line->setFixedHeight(1);
-    line->setStyleSheet(QStringLiteral("QFrame { background: rgba(0,170,210,80); border: none; }"));
+    line->setStyleSheet(themed(QStringLiteral("QFrame { background: {blue@80}; border: none; }")));
     layout->addWidget(line);
 
     limiter_ = new SubGroup(this, true);

@@ -1,6 +1,7 @@
 #include "ui/EqBandRow.h"
 
 #include "ui/Knob.h"
+#include "ui/Theme.h"
 #include "ui/TrashButton.h"
 
 #include <QHBoxLayout>
@@ -17,9 +18,9 @@ EqBandRow::EqBandRow(QWidget* parent, int index, NotchBand* band)
     number_ = new QLabel(this);
     number_->setFixedWidth(22);
     number_->setAlignment(Qt::AlignCenter);
-    number_->setStyleSheet(QStringLiteral("QLabel { color: white; background: rgba(0,170,210,150);"
-                                          " border-radius: 9px; font-size: 8pt;"
-                                          " font-weight: bold; }"));
+    number_->setStyleSheet(themed(QStringLiteral("QLabel { color: {white}; background: {blue@150};"
+                                                 " border-radius: 9px; font-size: 8pt;"
+                                                 " font-weight: bold; }")));
     number_->setFixedHeight(18);
     row->addWidget(number_, 0, Qt::AlignVCenter);
 

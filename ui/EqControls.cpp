@@ -5,6 +5,7 @@
 #include "ui/Knob.h"
 #include "ui/SoundShapes.h"
 #include "ui/SubGroup.h"
+#include "ui/Theme.h"
 #include "ui/ToggleSwitch.h"
 
 #include <QFrame>
@@ -19,19 +20,19 @@ namespace Lumora {
 namespace {
 
 const char kShapeStyle[] =
-    "QPushButton { background: rgba(0,170,210,30); color: #005577; border-radius: 6px;"
+    "QPushButton { background: {blue@30}; color: {deepBlueInk}; border-radius: 6px;"
     " padding: 4px 6px; font-size: 8pt; font-weight: bold; border: 1px solid"
-    " rgba(0,170,210,120); }QPushButton:hover { background: rgba(0,170,210,70); border-color:"
-    " #00AADD; }QPushButton:pressed { background: rgba(0,170,210,130); }";
+    " {blue@120}; }QPushButton:hover { background: {blue@70}; border-color:"
+    " {blue}; }QPushButton:pressed { background: {blue@130}; }";
 const char kAddStyle[] =
-    "QPushButton {  background: rgba(0,170,210,140); color: white; border-radius: 8px;  padding:"
+    "QPushButton {  background: {blue@140}; color: {white}; border-radius: 8px;  padding:"
     " 4px 12px; font-size: 9pt; border: none; }QPushButton:hover { background:"
-    " rgba(0,190,230,200); }QPushButton:disabled { background: rgba(0,100,130,80); color:"
-    " rgba(200,200,200,120); }";
+    " {glowBlue@200}; }QPushButton:disabled { background: {blueDeep@80}; color:"
+    " {greyLight@120}; }";
 const char kResetStyle[] =
-    "QPushButton { background: rgba(255,255,255,200); color: #0077AA; border-radius: 6px;"
-    " padding: 2px 8px; font-size: 8pt; border: 1px solid rgba(0,170,210,120); }"
-    "QPushButton:hover { background: rgba(0,170,210,40); }";
+    "QPushButton { background: {white@200}; color: {blueInk}; border-radius: 6px;"
+    " padding: 2px 8px; font-size: 8pt; border: 1px solid {blue@120}; }"
+    "QPushButton:hover { background: {blue@40}; }";
 
 const KnobSpec kLowCut{"lowCutHz",
                        "Hz",
@@ -67,14 +68,14 @@ const KnobSpec kHighCutQ{"highCutQ",
 QFrame* separator(QWidget* parent, const char* colour) {
     auto* line = new QFrame(parent);
     line->setFixedHeight(1);
-    line->setStyleSheet(
-        QStringLiteral("QFrame { background: %1; border: none; }").arg(QLatin1String(colour)));
+    line->setStyleSheet(themed(
+        QStringLiteral("QFrame { background: %1; border: none; }").arg(QLatin1String(colour))));
     return line;
 }
 
 QLabel* rowLabel(QWidget* parent) {
     auto* label = new QLabel(parent);
-    label->setStyleSheet(QLatin1String(SubGroup::kTitleStyle));
+    label->setStyleSheet(themed(QLatin1String(SubGroup::kTitleStyle)));
     label->setMinimumWidth(70);
     return label;
 }
@@ -88,7 +89,7 @@ EqControls::EqControls(QWidget* parent, EffectPreset* preset) : QWidget(parent),
     auto edit = [this] { this->edit(); };
 
     reset_ = new QPushButton(this);
-    reset_->setStyleSheet(QLatin1String(kResetStyle));
+    reset_->setStyleSheet(themed(QLatin1String(kResetStyle)));
     reset_->setCursor(Qt::PointingHandCursor);
     connect(reset_, &QPushButton::clicked, this, [this] { applyShape(&SoundShapes::defaultEq); });
 
@@ -98,7 +99,7 @@ EqControls::EqControls(QWidget* parent, EffectPreset* preset) : QWidget(parent),
                                           &SoundShapes::femaleVoice};
     for (size_t i = 0; i < shapes_.size(); ++i) {
         shapes_[i] = new QPushButton(this);
-        shapes_[i]->setStyleSheet(QLatin1String(kShapeStyle));
+        shapes_[i]->setStyleSheet(themed(QLatin1String(kShapeStyle)));
         shapes_[i]->setCursor(Qt::PointingHandCursor);
         shapeRow->addWidget(shapes_[i], 1);
         connect(shapes_[i], &QPushButton::clicked, this,
@@ -124,7 +125,7 @@ EqControls::EqControls(QWidget* parent, EffectPreset* preset) : QWidget(parent),
         this->edit();
     });
 
-    QFrame* first = separator(this, "rgba(0,170,210,100)");
+    QFrame* first = separator(this, "{blue@100}");
     layout->addWidget(first);
     advancedOnly_.push_back(first);
     for (int i = 0; i < kNotchBandCount; ++i) {
@@ -135,12 +136,12 @@ EqControls::EqControls(QWidget* parent, EffectPreset* preset) : QWidget(parent),
         connect(row, &EqBandRow::removeRequested, this, &EqControls::removeBand);
     }
     add_ = new QPushButton(this);
-    add_->setStyleSheet(QLatin1String(kAddStyle));
+    add_->setStyleSheet(themed(QLatin1String(kAddStyle)));
     add_->setCursor(Qt::PointingHandCursor);
     layout->addWidget(add_, 0, Qt::AlignLeft);
     advancedOnly_.push_back(add_);
     connect(add_, &QPushButton::clicked, this, &EqControls::addBand);
-    QFrame* second = separator(this, "rgba(0,170,210,70)");
+    QFrame* second = separator(this, "{blue@70}");
     layout->addWidget(second);
     advancedOnly_.push_back(second);
 

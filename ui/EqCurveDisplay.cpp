@@ -2,6 +2,7 @@
 
 #include "dsp/Equaliser.h"
 #include "dsp/FilterDesign.h"
+#include "ui/Theme.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -114,8 +115,8 @@ void EqCurveDisplay::paintEvent(QPaintEvent*) {
     const qreal h = kLogicalHeight;
 
     const QRectF frame(0.5, 0.5, w - 1.0, h - 1.0);
-    p.setPen(QPen(QColor(0, 170, 210, 70), 1.0));
-    p.setBrush(QColor(0, 60, 95, 225));
+    p.setPen(QPen(Palette::colour(Palette::kBlue, 70), 1.0));
+    p.setBrush(Palette::colour(Palette::kDisplay, Palette::kDisplayAlpha));
     p.drawRoundedRect(frame, 8, 8);
 
     const QRectF plot(30.0, 8.0, w - 38.0, h - 24.0);
@@ -135,17 +136,19 @@ void EqCurveDisplay::paintEvent(QPaintEvent*) {
     const char* gridText[] = {"50", "100", "200", "500", "1k", "2k", "5k", "10k"};
     for (int i = 0; i < 8; ++i) {
         const qreal x = xOf(gridHz[i]);
-        p.setPen(QPen(QColor(255, 255, 255, 28), 1.0));
+        p.setPen(QPen(Palette::colour(Palette::kWhite, 28), 1.0));
         p.drawLine(QPointF(x, plot.top()), QPointF(x, plot.bottom()));
-        p.setPen(QColor(180, 220, 235, 170));
+        p.setPen(Palette::colour(Palette::kDisplayText, Palette::kDisplayTextAlpha));
         p.drawText(QRectF(x - 14, plot.bottom() + 2, 28, 12), Qt::AlignCenter,
                    QString::fromLatin1(gridText[i]));
     }
     for (int db = -12; db <= 12; db += 6) {
         const qreal y = yOf(db);
-        p.setPen(QPen(db == 0 ? QColor(255, 255, 255, 80) : QColor(255, 255, 255, 24), 1.0));
+        p.setPen(QPen(db == 0 ? Palette::colour(Palette::kWhite, 80)
+                              : Palette::colour(Palette::kWhite, 24),
+                      1.0));
         p.drawLine(QPointF(plot.left(), y), QPointF(plot.right(), y));
-        p.setPen(QColor(180, 220, 235, 170));
+        p.setPen(Palette::colour(Palette::kDisplayText, Palette::kDisplayTextAlpha));
         p.drawText(QRectF(2, y - 6, 25, 12), Qt::AlignRight | Qt::AlignVCenter,
                    db > 0 ? QStringLiteral("+%1").arg(db) : QString::number(db));
     }
@@ -166,10 +169,12 @@ void EqCurveDisplay::paintEvent(QPaintEvent*) {
     p.save();
     p.setClipRect(plot);
     p.setPen(Qt::NoPen);
-    p.setBrush(QColor(78, 205, 196, eq_.enabled ? 60 : 20));
+    p.setBrush(Palette::colour(Palette::kTeal, eq_.enabled ? 60 : 20));
     p.drawPath(area);
     p.setBrush(Qt::NoBrush);
-    p.setPen(QPen(eq_.enabled ? QColor(0x6F, 0xF0, 0xE6) : QColor(150, 170, 185), 2.0));
+    p.setPen(QPen(eq_.enabled ? Palette::colour(Palette::kGlowTeal)
+                              : Palette::colour(Palette::kGreyCool),
+                  2.0));
     p.drawPath(curve);
     p.restore();
 
@@ -179,7 +184,8 @@ void EqCurveDisplay::paintEvent(QPaintEvent*) {
         if (!band.enabled || band.centerHz < kMinHz || band.centerHz > kMaxHz) {
             continue;
         }
-        p.setBrush(band.gainDb >= 0.0f ? QColor(0x4E, 0xCD, 0xC4) : QColor(0xF2, 0xA6, 0x3B));
+        p.setBrush(band.gainDb >= 0.0f ? Palette::colour(Palette::kTeal)
+                                       : Palette::colour(Palette::kWarn));
         p.drawEllipse(QPointF(xOf(band.centerHz), yOf(band.gainDb)), 3.5, 3.5);
     }
 }

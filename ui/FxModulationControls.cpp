@@ -69,14 +69,15 @@ FxModulationControls::FxModulationControls(QWidget* parent, SoundFxPreset* prese
     auto* typeRow = new QHBoxLayout();
     typeRow->setSpacing(10);
     typeCaption_ = new QLabel(this);
-    typeCaption_->setStyleSheet(QStringLiteral("QLabel { color: #0077AA; font-weight: bold;"
-                                               " font-size: 8pt; background: transparent; }"));
+    typeCaption_->setStyleSheet(
+        themed(QStringLiteral("QLabel { color: {blueInk}; font-weight: bold;"
+                              " font-size: 8pt; background: transparent; }")));
     typeRow->addWidget(typeCaption_);
     types_ = new QButtonGroup(this);
     types_->setExclusive(true);
     for (int type = kModChorus; type <= kModTremolo; ++type) {
         auto* radio = new QRadioButton(this);
-        radio->setStyleSheet(Styles::radioButton("#005577"));
+        radio->setStyleSheet(Styles::radioButton("{deepBlueInk}"));
         radio->setCursor(Qt::PointingHandCursor);
         types_->addButton(radio, type);
         typeRow->addWidget(radio);

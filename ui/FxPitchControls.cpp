@@ -2,6 +2,7 @@
 
 #include "ui/Knob.h"
 #include "ui/SubGroup.h"
+#include "ui/Theme.h"
 #include "ui/ToggleSwitch.h"
 
 #include <QCheckBox>
@@ -16,10 +17,10 @@ namespace Lumora {
 namespace {
 
 const char kLayerBStyle[] =
-    "QCheckBox { color: #0077AA; font-size: 9pt; font-weight: bold; spacing: 6px; background:"
+    "QCheckBox { color: {blueInk}; font-size: 9pt; font-weight: bold; spacing: 6px; background:"
     " transparent; }QCheckBox::indicator { width: 14px; height: 14px; border-radius: 3px;  border:"
-    " 2px solid rgba(0,170,210,160); background: #FFFFFF; }QCheckBox::indicator:checked {"
-    " background: #00AADD; border-color: #0099CC; }";
+    " 2px solid {blue@160}; background: {white}; }QCheckBox::indicator:checked {"
+    " background: {blue}; border-color: {blueStrong}; }";
 
 const KnobSpec kPitchA{"pitchSemitonesA",
                        QT_TRANSLATE_NOOP("Lumora::FxPitchControls", "Pitch A"),
@@ -116,12 +117,13 @@ FxPitchControls::FxPitchControls(QWidget* parent, SoundFxPreset* preset)
     layout->addLayout(rowA);
 
     layerB_ = new QCheckBox(this);
-    layerB_->setStyleSheet(QLatin1String(kLayerBStyle));
+    layerB_->setStyleSheet(themed(QLatin1String(kLayerBStyle)));
     layerB_->setCursor(Qt::PointingHandCursor);
     layout->addWidget(layerB_);
     auto* line = new QFrame(this);
     line->setFixedHeight(1);
-    line->setStyleSheet(QStringLiteral("QFrame { background: rgba(0,140,180,80); border: none; }"));
+    line->setStyleSheet(
+        themed(QStringLiteral("QFrame { background: {blueStrong@80}; border: none; }")));
     separator_ = line;
     layout->addWidget(line);
     layerBRow_ = new QWidget(this);

@@ -1,4 +1,5 @@
 #include "ui/FxPresetCardFilter.h"
+#include "ui/Theme.h"
 
 #include <QEvent>
 #include <QFrame>
@@ -7,15 +8,15 @@
 namespace Lumora {
 
 const char* const FxPresetCardFilter::kRestingStyle =
-    "QFrame#presetCard {  background: rgba(0,55,90,210);  border-radius: 8px;  border: 1px solid "
-    "rgba(0,150,200,110);}";
+    "QFrame#presetCard {  background: {display@210};  border-radius: 8px;  border: 1px solid "
+    "{blueStrong@110};}";
 const char* const FxPresetCardFilter::kHighlightStyle =
-    "QFrame#presetCard {  background: rgba(0,100,160,255);  border-radius: 8px;  border: 1px "
-    "solid rgba(0,220,255,200);}";
+    "QFrame#presetCard {  background: {blueDeep};  border-radius: 8px;  border: 1px "
+    "solid {glowBlue@200};}";
 
 FxPresetCardFilter::FxPresetCardFilter(QFrame* card, std::function<void()> action)
     : QObject(card), card_(card), action_(std::move(action)) {
-    card_->setStyleSheet(QLatin1String(kRestingStyle));
+    card_->setStyleSheet(themed(QLatin1String(kRestingStyle)));
     card_->installEventFilter(this);
 }
 
@@ -25,10 +26,10 @@ bool FxPresetCardFilter::eventFilter(QObject* watched, QEvent* event) {
     }
     switch (event->type()) {
     case QEvent::Enter:
-        card_->setStyleSheet(QLatin1String(kHighlightStyle));
+        card_->setStyleSheet(themed(QLatin1String(kHighlightStyle)));
         return false;
     case QEvent::Leave:
-        card_->setStyleSheet(QLatin1String(kRestingStyle));
+        card_->setStyleSheet(themed(QLatin1String(kRestingStyle)));
         return false;
     case QEvent::MouseButtonRelease:
         if (static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {

@@ -1,6 +1,7 @@
 #include "ui/FxPresetPopup.h"
 
 #include "ui/FxPresetCardFilter.h"
+#include "ui/Theme.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -21,9 +22,9 @@ FxPresetPopup::FxPresetPopup(QWidget* parent, const std::vector<FxPresetDef>& pr
     outer->setContentsMargins(0, 0, 0, 0);
     auto* body = new QFrame(this);
     body->setObjectName(QStringLiteral("fxPresetPopupBody"));
-    body->setStyleSheet(QStringLiteral("QFrame#fxPresetPopupBody { background: rgba(0,30,55,240);"
-                                       " border: 1px solid rgba(0,150,200,160);"
-                                       " border-radius: 10px; }"));
+    body->setStyleSheet(themed(QStringLiteral("QFrame#fxPresetPopupBody { background: {night@240};"
+                                              " border: 1px solid {blueStrong@160};"
+                                              " border-radius: 10px; }")));
     outer->addWidget(body);
     auto* layout = new QVBoxLayout(body);
     layout->setContentsMargins(8, 8, 8, 8);
@@ -39,12 +40,14 @@ FxPresetPopup::FxPresetPopup(QWidget* parent, const std::vector<FxPresetDef>& pr
         text->setContentsMargins(10, 6, 10, 7);
         text->setSpacing(2);
         auto* name = new QLabel(def.name(), card);
-        name->setStyleSheet(QStringLiteral("QLabel { color: white; font-size: 9pt;"
-                                           " font-weight: bold; background: transparent; }"));
+        name->setStyleSheet(
+            themed(QStringLiteral("QLabel { color: {white}; font-size: 9pt;"
+                                  " font-weight: bold; background: transparent; }")));
         auto* description = new QLabel(def.description(), card);
         description->setWordWrap(true);
-        description->setStyleSheet(QStringLiteral("QLabel { color: rgba(200,235,250,230);"
-                                                  " font-size: 8pt; background: transparent; }"));
+        description->setStyleSheet(
+            themed(QStringLiteral("QLabel { color: {displayText@230};"
+                                  " font-size: 8pt; background: transparent; }")));
         for (QLabel* label : {name, description}) {
             // The card takes every pointer event, so its filter sees them all.
             label->setAttribute(Qt::WA_TransparentForMouseEvents);

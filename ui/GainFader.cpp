@@ -1,4 +1,5 @@
 #include "ui/GainFader.h"
+#include "ui/Theme.h"
 
 #include <QMouseEvent>
 #include <QPainter>
@@ -64,14 +65,14 @@ void GainFader::paintEvent(QPaintEvent*) {
     const qreal xv = xFor(value_);
 
     p.setPen(Qt::NoPen);
-    p.setBrush(QColor(200, 180, 240, 90));
+    p.setBrush(Palette::colour(Palette::kLilacPale, 90));
     p.drawRoundedRect(QRectF(x0, cy - 2, x1 - x0, 4), 2, 2);
-    p.setBrush(QColor(0x4E, 0xCD, 0xC4));
+    p.setBrush(Palette::colour(Palette::kTeal));
     p.drawRoundedRect(QRectF(std::min(xz, xv), cy - 2, std::abs(xv - xz), 4), 2, 2);
-    p.setBrush(QColor(0x9B, 0x9B, 0xB8));
+    p.setBrush(Palette::colour(Palette::kGrey));
     p.drawRect(QRectF(xz - 0.75, cy - 6, 1.5, 12));
 
-    p.setPen(QPen(QColor(0x4E, 0xCD, 0xC4), 2));
+    p.setPen(QPen(Palette::colour(Palette::kTeal), 2));
     p.setBrush(Qt::white);
     p.drawEllipse(QPointF(xv, cy), kKnobRadius, kKnobRadius);
 }

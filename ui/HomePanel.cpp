@@ -13,7 +13,7 @@
 namespace Lumora {
 
 namespace {
-const char kRowLabelStyle[] = "QLabel { color: #9B9BB8; font-size: 8pt; font-weight: bold;"
+const char kRowLabelStyle[] = "QLabel { color: {muted}; font-size: 8pt; font-weight: bold;"
                               " background: transparent; }";
 } // namespace
 
@@ -41,18 +41,20 @@ HomePanel::HomePanel(QWidget* parent) : QWidget(parent) {
         tindra.setDevicePixelRatio(dpr);
         character_->setPixmap(tindra);
     }
-    character_->setStyleSheet(QStringLiteral("QLabel { background: transparent; border: none; }"));
+    character_->setStyleSheet(
+        themed(QStringLiteral("QLabel { background: transparent; border: none; }")));
     title_ = new QLabel(hero);
     title_->setAlignment(Qt::AlignCenter);
     title_->setWordWrap(true);
     title_->setStyleSheet(
-        QStringLiteral("QLabel { color: #2D1B69; font-size: 14pt;"
-                       " font-weight: bold; background: transparent; border: none; }"));
+        themed(QStringLiteral("QLabel { color: {ink}; font-size: 14pt;"
+                              " font-weight: bold; background: transparent; border: none; }")));
     description_ = new QLabel(hero);
     description_->setAlignment(Qt::AlignCenter);
     description_->setWordWrap(true);
-    description_->setStyleSheet(QStringLiteral("QLabel { color: #6B4EA0; font-size: 10pt;"
-                                               " background: transparent; border: none; }"));
+    description_->setStyleSheet(
+        themed(QStringLiteral("QLabel { color: {lilac}; font-size: 10pt;"
+                              " background: transparent; border: none; }")));
     startButton_ = new QPushButton(hero);
     startButton_->setCursor(Qt::PointingHandCursor);
     startButton_->setMinimumHeight(48);
@@ -77,20 +79,20 @@ HomePanel::HomePanel(QWidget* parent) : QWidget(parent) {
     grid->setVerticalSpacing(6);
     levelsTitle_ = new QLabel(levels);
     levelsTitle_->setStyleSheet(
-        QStringLiteral("QLabel { color: #2D1B69; font-size: 10pt;"
-                       " font-weight: bold; background: transparent; border: none; }"));
+        themed(QStringLiteral("QLabel { color: {ink}; font-size: 10pt;"
+                              " font-weight: bold; background: transparent; border: none; }")));
     micLabel_ = new QLabel(levels);
-    micLabel_->setStyleSheet(QLatin1String(kRowLabelStyle));
+    micLabel_->setStyleSheet(themed(QLatin1String(kRowLabelStyle)));
     outputLabel_ = new QLabel(levels);
-    outputLabel_->setStyleSheet(QLatin1String(kRowLabelStyle));
+    outputLabel_->setStyleSheet(themed(QLatin1String(kRowLabelStyle)));
     micMeter_ = new LevelMeter(levels);
     micMeter_->setFixedHeight(12);
     outputMeter_ = new LevelMeter(levels);
     outputMeter_->setFixedHeight(12);
     noLevels_ = new QLabel(levels);
     noLevels_->setWordWrap(true);
-    noLevels_->setStyleSheet(QStringLiteral("QLabel { color: #9B9BB8; font-size: 8pt;"
-                                            " background: transparent; border: none; }"));
+    noLevels_->setStyleSheet(themed(QStringLiteral("QLabel { color: {muted}; font-size: 8pt;"
+                                                   " background: transparent; border: none; }")));
     noLevels_->hide();
     grid->addWidget(levelsTitle_, 0, 0, 1, 2);
     grid->addWidget(micLabel_, 1, 0);
@@ -106,9 +108,9 @@ HomePanel::HomePanel(QWidget* parent) : QWidget(parent) {
     status_->setWordWrap(true);
     status_->setTextFormat(Qt::PlainText);
     status_->setAlignment(Qt::AlignCenter);
-    status_->setStyleSheet(QStringLiteral(
-        "#homeStatus { background: rgba(255,255,255,200); color: #1A5050; font-size: 10pt;"
-        " border: 1px solid rgba(78,205,196,80); border-radius: 12px; padding: 8px 12px; }"));
+    status_->setStyleSheet(themed(
+        QStringLiteral("#homeStatus { background: {white@200}; color: {deepTeal}; font-size: 10pt;"
+                       " border: 1px solid {teal@80}; border-radius: 12px; padding: 8px 12px; }")));
     status_->hide();
     markPanel(status_, 12);
     layout->addWidget(status_);

@@ -32,30 +32,29 @@ namespace Lumora {
 
 namespace {
 
-const char kCardStyle[] =
-    "QFrame#%1 { background: rgba(255,255,255,220); border: 1px solid rgba(0,170,210,70);"
-    " border-radius: 12px; }QLabel { background: transparent; }";
-const char kFieldLabel[] = "QLabel { color: #0077AA; font-size: 9pt; font-weight: bold; }";
-const char kNote[] = "QLabel { color: #7A7496; font-size: 8pt; padding-left: 22px; }";
+const char kCardStyle[] = "QFrame#%1 { background: {white@220}; border: 1px solid {blue@70};"
+                          " border-radius: 12px; }QLabel { background: transparent; }";
+const char kFieldLabel[] = "QLabel { color: {blueInk}; font-size: 9pt; font-weight: bold; }";
+const char kNote[] = "QLabel { color: {muted}; font-size: 8pt; padding-left: 22px; }";
 const char kTopButton[] =
-    "QPushButton { background: rgba(0,170,210,30); color: #005577; border-radius: 6px;"
+    "QPushButton { background: {blue@30}; color: {deepBlueInk}; border-radius: 6px;"
     " padding: 3px 10px; font-size: 8pt; font-weight: bold; border: 1px solid"
-    " rgba(0,170,210,120); }QPushButton:hover { background: rgba(0,170,210,70); }";
-const char kEdit[] = "QLineEdit { background: white; border: 1px solid rgba(0,170,210,110);"
-                     " border-radius: 6px; padding: 3px 8px; color: #2D1B69; font-size: 9pt; }";
+    " {blue@120}; }QPushButton:hover { background: {blue@70}; }";
+const char kEdit[] = "QLineEdit { background: {white}; border: 1px solid {blue@110};"
+                     " border-radius: 6px; padding: 3px 8px; color: {ink}; font-size: 9pt; }";
 
 QFrame* card(QWidget* parent, const char* name) {
     auto* frame = new QFrame(parent);
     frame->setObjectName(QLatin1String(name));
     frame->setAttribute(Qt::WA_StyledBackground);
-    frame->setStyleSheet(QLatin1String(kCardStyle).arg(QLatin1String(name)));
+    frame->setStyleSheet(themed(QLatin1String(kCardStyle).arg(QLatin1String(name))));
     markPanel(frame, 12);
     return frame;
 }
 
 QLabel* fieldLabel(QWidget* parent) {
     auto* label = new QLabel(parent);
-    label->setStyleSheet(QLatin1String(kFieldLabel));
+    label->setStyleSheet(themed(QLatin1String(kFieldLabel)));
     label->setMinimumWidth(86);
     return label;
 }
@@ -96,13 +95,13 @@ KeyAssignPanel::KeyAssignPanel(QWidget* parent, SettingsStore* store)
 
     auto* top = new QHBoxLayout();
     title_ = new QLabel(this);
-    title_->setStyleSheet(QStringLiteral("QLabel { color: #2D1B69; font-size: 11pt;"
-                                         " font-weight: bold; background: transparent; }"));
+    title_->setStyleSheet(themed(QStringLiteral("QLabel { color: {ink}; font-size: 11pt;"
+                                                " font-weight: bold; background: transparent; }")));
     top->addWidget(title_, 1);
     save_ = new QPushButton(this);
     load_ = new QPushButton(this);
     for (QPushButton* b : {save_, load_}) {
-        b->setStyleSheet(QLatin1String(kTopButton));
+        b->setStyleSheet(themed(QLatin1String(kTopButton)));
         b->setCursor(Qt::PointingHandCursor);
         top->addWidget(b);
     }
@@ -114,8 +113,8 @@ KeyAssignPanel::KeyAssignPanel(QWidget* parent, SettingsStore* store)
     layout->addWidget(plate_);
     hint_ = new QLabel(this);
     hint_->setAlignment(Qt::AlignCenter);
-    hint_->setStyleSheet(
-        QStringLiteral("QLabel { color: #6B4EA0; font-size: 8pt; background: transparent; }"));
+    hint_->setStyleSheet(themed(
+        QStringLiteral("QLabel { color: {lilac}; font-size: 8pt; background: transparent; }")));
     layout->addWidget(hint_);
     buildCards();
     layout->addWidget(card_);
@@ -140,9 +139,9 @@ void KeyAssignPanel::buildPlate() {
     plate_ = new QFrame(this);
     plate_->setObjectName(QStringLiteral("crossPlate"));
     plate_->setAttribute(Qt::WA_StyledBackground);
-    plate_->setStyleSheet(QStringLiteral("QFrame#crossPlate { background: rgba(255,255,255,200);"
-                                         " border: 1px solid rgba(180,160,220,110);"
-                                         " border-radius: 16px; }"));
+    plate_->setStyleSheet(themed(QStringLiteral("QFrame#crossPlate { background: {white@200};"
+                                                " border: 1px solid {lilacLine@110};"
+                                                " border-radius: 16px; }")));
     markPanel(plate_, 16);
     auto* grid = new QGridLayout(plate_);
     grid->setContentsMargins(14, 12, 14, 12);
@@ -166,14 +165,14 @@ void KeyAssignPanel::buildCards() {
     c->setContentsMargins(14, 10, 14, 12);
     c->setSpacing(6);
     cardHeading_ = new QLabel(card_);
-    cardHeading_->setStyleSheet(QStringLiteral("QLabel { color: #2D1B69; font-size: 10pt;"
-                                               " font-weight: bold; }"));
+    cardHeading_->setStyleSheet(themed(QStringLiteral("QLabel { color: {ink}; font-size: 10pt;"
+                                                      " font-weight: bold; }")));
     c->addWidget(cardHeading_);
 
     auto* nameRow = new QHBoxLayout();
     keyNameLabel_ = fieldLabel(card_);
     keyName_ = new QLineEdit(card_);
-    keyName_->setStyleSheet(QLatin1String(kEdit));
+    keyName_->setStyleSheet(themed(QLatin1String(kEdit)));
     keyName_->setMaxLength(40);
     nameRow->addWidget(keyNameLabel_);
     nameRow->addWidget(keyName_, 1);
@@ -196,12 +195,12 @@ void KeyAssignPanel::buildCards() {
     momentary_ = new QRadioButton(card_);
     momentaryNote_ = new QLabel(card_);
     for (QRadioButton* r : {toggle_, momentary_}) {
-        r->setStyleSheet(Styles::radioButton("#2D1B69"));
+        r->setStyleSheet(Styles::radioButton("{ink}"));
         r->setCursor(Qt::PointingHandCursor);
         modes->addButton(r);
     }
     for (QLabel* note : {toggleNote_, momentaryNote_}) {
-        note->setStyleSheet(QLatin1String(kNote));
+        note->setStyleSheet(themed(QLatin1String(kNote)));
         note->setWordWrap(true);
     }
     c->addWidget(toggle_);
@@ -252,8 +251,8 @@ void KeyAssignPanel::buildCards() {
     d->setContentsMargins(14, 10, 14, 12);
     d->setSpacing(6);
     defaultHeading_ = new QLabel(defaultCard_);
-    defaultHeading_->setStyleSheet(QStringLiteral("QLabel { color: #2D1B69; font-size: 9pt;"
-                                                  " font-weight: bold; }"));
+    defaultHeading_->setStyleSheet(themed(QStringLiteral("QLabel { color: {ink}; font-size: 9pt;"
+                                                         " font-weight: bold; }")));
     defaultHeading_->setWordWrap(true);
     d->addWidget(defaultHeading_);
     addChooser(defaultCard_, d, defaultEffectLabel_, defaultEffect_, true, true);
@@ -442,10 +441,10 @@ void KeyAssignPanel::showLoadMenu() {
         return;
     }
     QMenu menu(this);
-    menu.setStyleSheet(QStringLiteral("QMenu { background: white; border: 1px solid"
-                                      " rgba(78,205,196,120); padding: 4px 0px; }"
-                                      "QMenu::item { padding: 6px 18px; color: #2D1B69; }"
-                                      "QMenu::item:selected { background: rgba(78,205,196,60); }"));
+    menu.setStyleSheet(themed(QStringLiteral("QMenu { background: {white}; border: 1px solid"
+                                             " {teal@120}; padding: 4px 0px; }"
+                                             "QMenu::item { padding: 6px 18px; color: {ink}; }"
+                                             "QMenu::item:selected { background: {teal@60}; }")));
     const AppSettings s = store_->load();
     for (const KeyAssignPreset& p : s.keyAssignPresets) {
         const QString name = QString::fromStdString(p.name);

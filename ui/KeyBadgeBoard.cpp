@@ -1,4 +1,5 @@
 #include "ui/KeyBadgeBoard.h"
+#include "ui/Theme.h"
 
 #include <QPainter>
 
@@ -41,12 +42,12 @@ void KeyBadgeBoard::paintEvent(QPaintEvent*) {
     for (int i = 0; i < 4; ++i) {
         const bool on = i == lit_;
         p.setPen(Qt::NoPen);
-        p.setBrush(QColor(45, 27, 105, 30));
+        p.setBrush(Palette::colour(Palette::kInk, 30));
         p.drawRoundedRect(kKeys[i].translated(0, 3), 12, 12);
-        p.setPen(QPen(QColor(0x4E, 0xCD, 0xC4), on ? 0 : 1.5));
-        p.setBrush(on ? QColor(0x4E, 0xCD, 0xC4) : QColor(255, 255, 255, 230));
+        p.setPen(QPen(Palette::colour(Palette::kTeal), on ? 0 : 1.5));
+        p.setBrush(on ? Palette::colour(Palette::kTeal) : Palette::colour(Palette::kWhite, 230));
         p.drawRoundedRect(kKeys[i], 12, 12);
-        p.setPen(on ? QColor(Qt::white) : QColor(0x00, 0xA8, 0x96));
+        p.setPen(Palette::colour(on ? Palette::kInk : Palette::kTealInk));
         p.drawText(kKeys[i], Qt::AlignCenter, QString::fromUtf8(kGlyphs[i]));
     }
 }

@@ -1,4 +1,5 @@
 #include "ui/KeyBadgeLabel.h"
+#include "ui/Theme.h"
 
 namespace Lumora {
 
@@ -17,7 +18,7 @@ void KeyBadgeLabel::showBadge(const KeyBadge& badge) {
         setText(text);
     }
     if (styleSheet() != style) {
-        setStyleSheet(style);
+        setStyleSheet(themed(style));
     }
 }
 

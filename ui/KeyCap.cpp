@@ -1,4 +1,5 @@
 #include "ui/KeyCap.h"
+#include "ui/Theme.h"
 
 #include <QPainter>
 
@@ -68,21 +69,23 @@ void KeyCap::paintEvent(QPaintEvent*) {
     const QRectF key(2.0, 2.0, kLogicalWidth - 4.0, kLogicalHeight - 6.0);
     // The key's side, then its top.
     p.setPen(Qt::NoPen);
-    p.setBrush(QColor(45, 27, 105, 40));
+    p.setBrush(Palette::colour(Palette::kInk, 40));
     p.drawRoundedRect(key.translated(0, 3), 10, 10);
     QLinearGradient top(key.topLeft(), key.bottomLeft());
     if (flash_ || isDown()) {
-        top.setColorAt(0.0, QColor(0x5E, 0xDD, 0xD4));
-        top.setColorAt(1.0, QColor(0x45, 0xB7, 0xD1));
+        top.setColorAt(0.0, Palette::colour(Palette::kTealLight));
+        top.setColorAt(1.0, Palette::colour(Palette::kTealBlue));
     } else {
         top.setColorAt(0.0, Qt::white);
-        top.setColorAt(1.0, underMouse() ? QColor(0xE6, 0xF8, 0xFC) : QColor(0xF1, 0xEE, 0xFA));
+        top.setColorAt(1.0, underMouse() ? Palette::colour(Palette::kPaleBlue)
+                                         : Palette::colour(Palette::kPaleLilac));
     }
     p.setBrush(top);
-    p.setPen(selected_ ? QPen(QColor(0x4E, 0xCD, 0xC4), 2.5) : QPen(QColor(180, 160, 220, 120), 1));
+    p.setPen(selected_ ? QPen(Palette::colour(Palette::kTeal), 2.5)
+                       : QPen(Palette::colour(Palette::kLilacLine, 120), 1));
     p.drawRoundedRect(key, 10, 10);
 
-    const QColor ink = flash_ || isDown() ? Qt::white : QColor(0x2D, 0x1B, 0x69);
+    const QColor ink = Palette::colour(Palette::kInk);
     const QStringList lines = nameLines(name_);
     // Two lines of name leave the glyph a little less room.
     const bool twoLines = lines.size() > 1;
@@ -99,7 +102,7 @@ void KeyCap::paintEvent(QPaintEvent*) {
     QFont nameFont = font();
     nameFont.setPointSizeF(kNamePointSize);
     p.setFont(nameFont);
-    p.setPen(flash_ || isDown() ? Qt::white : QColor(0x6B, 0x4E, 0xA0));
+    p.setPen(Palette::colour(flash_ || isDown() ? Palette::kInk : Palette::kLilac));
     const QFontMetricsF metrics(nameFont);
     const qreal lineHeight = std::min(metrics.height(), (key.height() - 19.0) / 2.0);
     qreal y = twoLines ? key.top() + 18 : key.top() + 26 + lineHeight * 0.3;
@@ -116,14 +119,14 @@ void KeyCap::paintEvent(QPaintEvent*) {
     const QPointF lampAt(key.right() - 10, key.top() + 10);
     if (lamp_) {
         QRadialGradient glow(lampAt, 9);
-        glow.setColorAt(0.0, QColor(0, 230, 200, 200));
-        glow.setColorAt(1.0, QColor(0, 230, 200, 0));
+        glow.setColorAt(0.0, Palette::colour(Palette::kGlowMint, 200));
+        glow.setColorAt(1.0, Palette::colour(Palette::kGlowMint, 0));
         p.setPen(Qt::NoPen);
         p.setBrush(glow);
         p.drawEllipse(lampAt, 9, 9);
-        p.setBrush(QColor(0x00, 0xE6, 0xC8));
+        p.setBrush(Palette::colour(Palette::kGlowMint));
     } else {
-        p.setBrush(QColor(200, 196, 220));
+        p.setBrush(Palette::colour(Palette::kLilacMist));
     }
     p.setPen(QPen(Qt::white, 1.0));
     p.drawEllipse(lampAt, 4, 4);

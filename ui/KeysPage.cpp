@@ -18,9 +18,9 @@ KeysPage::KeysPage(QWidget* parent) : QWidget(parent) {
     hint_->setObjectName(QStringLiteral("keysHint"));
     hint_->setWordWrap(true);
     hint_->setAlignment(Qt::AlignCenter);
-    hint_->setStyleSheet(QStringLiteral(
-        "#keysHint { background: rgba(255,255,255,210); color: #6B4EA0; font-size: 10pt;"
-        " border-radius: 14px; padding: 14px 20px; }"));
+    hint_->setStyleSheet(themed(
+        QStringLiteral("#keysHint { background: {white@210}; color: {lilac}; font-size: 10pt;"
+                       " border-radius: 14px; padding: 14px 20px; }")));
     markPanel(hint_, 14);
     board_ = new KeyBadgeBoard(this);
     column->addWidget(hint_);

@@ -1,4 +1,5 @@
 #include "ui/Knob.h"
+#include "ui/Theme.h"
 
 #include <QInputDialog>
 #include <QMouseEvent>
@@ -186,13 +187,13 @@ void Knob::paintEvent(QPaintEvent*) {
     const double f = std::clamp(fraction(), 0.0, 1.0);
 
     // Track, then the filled part of the arc.
-    QPen track(QColor(0, 170, 210, 45), 5.0, Qt::SolidLine, Qt::RoundCap);
+    QPen track(Palette::colour(Palette::kBlue, 45), 5.0, Qt::SolidLine, Qt::RoundCap);
     p.setPen(track);
     p.drawArc(arcRect, static_cast<int>(kStartAngle * 16), static_cast<int>(-kSweep * 16));
     if (f > 0.0) {
         QLinearGradient fill(arcRect.bottomLeft(), arcRect.topRight());
-        fill.setColorAt(0.0, QColor(0x4E, 0xCD, 0xC4));
-        fill.setColorAt(1.0, QColor(0x00, 0xAA, 0xDD));
+        fill.setColorAt(0.0, Palette::colour(Palette::kTeal));
+        fill.setColorAt(1.0, Palette::colour(Palette::kBlue));
         QPen pen(QBrush(fill), 5.0, Qt::SolidLine, Qt::RoundCap);
         p.setPen(pen);
         p.drawArc(arcRect, static_cast<int>(kStartAngle * 16),
@@ -200,35 +201,35 @@ void Knob::paintEvent(QPaintEvent*) {
     }
 
     // The body, and the pointer riding on the arc where the fill ends.
-    p.setPen(QPen(QColor(0, 170, 210, 70), 1.0));
+    p.setPen(QPen(Palette::colour(Palette::kBlue, 70), 1.0));
     QRadialGradient body(centre - QPointF(5, 6), 22.0);
     body.setColorAt(0.0, Qt::white);
-    body.setColorAt(1.0, QColor(0xEE, 0xF6, 0xFA));
+    body.setColorAt(1.0, Palette::colour(Palette::kPaleBlue));
     p.setBrush(body);
     p.drawEllipse(centre, 17.0, 17.0);
     const double angle = (kStartAngle - kSweep * f) * kPi / 180.0;
     const QPointF tip(centre.x() + radius * std::cos(angle), centre.y() - radius * std::sin(angle));
     p.setPen(QPen(Qt::white, 1.5));
-    p.setBrush(QColor(0x00, 0x99, 0xCC));
+    p.setBrush(Palette::colour(Palette::kBlueStrong));
     p.drawEllipse(tip, 3.6, 3.6);
 
     QFont font = this->font();
     font.setBold(true);
     const QString text = valueText();
     p.setFont(fitted(font, text, 8.5, 6.0, 28.0));
-    p.setPen(QColor(0x2D, 0x1B, 0x69));
+    p.setPen(Palette::colour(Palette::kInk));
     p.drawText(QRectF(centre.x() - 16, centre.y() - 9, 32, 18), Qt::AlignCenter, text);
 
     if (!suffix_.isEmpty()) {
         QFont unit = this->font();
         p.setFont(fitted(unit, suffix_, 7.0, 5.5, 32.0));
-        p.setPen(QColor(0x00, 0x77, 0xAA));
+        p.setPen(Palette::colour(Palette::kBlueInk));
         p.drawText(QRectF(centre.x() - 18, 48, 36, 13), Qt::AlignCenter, suffix_);
     }
 
     QFont captionFont = this->font();
     p.setFont(fitted(captionFont, caption_, 8.0, 6.0, kLogicalWidth - 2.0));
-    p.setPen(QColor(0x2D, 0x1B, 0x69));
+    p.setPen(Palette::colour(Palette::kInk));
     p.drawText(QRectF(0, 63, kLogicalWidth, 20), Qt::AlignHCenter | Qt::AlignTop, caption_);
 }
 

@@ -1,4 +1,5 @@
 #include "ui/LevelMeter.h"
+#include "ui/Theme.h"
 
 #include <QLinearGradient>
 #include <QPainter>
@@ -37,17 +38,17 @@ void LevelMeter::paintEvent(QPaintEvent*) {
 
     QPainterPath track;
     track.addRoundedRect(r, radius, radius);
-    p.fillPath(track, QColor(200, 180, 240, 70));
+    p.fillPath(track, Palette::colour(Palette::kLilacPale, 70));
 
     shownLevelPx_ = pixelFor(meter_.levelDb);
     shownPeakPx_ = pixelFor(meter_.peakDb);
     if (shownLevelPx_ > 0) {
         // Mint for speech, apricot near -6 dB, rose at the top.
         QLinearGradient fill(0, 0, width(), 0);
-        fill.setColorAt(0.0, QColor(0x4E, 0xCD, 0xC4));
-        fill.setColorAt(0.75, QColor(0x45, 0xB7, 0xD1));
-        fill.setColorAt(0.88, QColor(0xF2, 0xC1, 0x4E));
-        fill.setColorAt(1.0, QColor(0xE8, 0x5D, 0x75));
+        fill.setColorAt(0.0, Palette::colour(Palette::kTeal));
+        fill.setColorAt(0.75, Palette::colour(Palette::kTealBlue));
+        fill.setColorAt(0.88, Palette::colour(Palette::kAmber));
+        fill.setColorAt(1.0, Palette::colour(Palette::kBad));
         p.save();
         p.setClipRect(QRectF(0, 0, shownLevelPx_, height()));
         p.fillPath(track, fill);
@@ -55,7 +56,7 @@ void LevelMeter::paintEvent(QPaintEvent*) {
     }
     if (shownPeakPx_ > 1) {
         const qreal x = std::min<qreal>(shownPeakPx_, width() - 2);
-        p.fillRect(QRectF(x - 1.0, 1.0, 2.0, height() - 2.0), QColor(0x2D, 0x1B, 0x69, 170));
+        p.fillRect(QRectF(x - 1.0, 1.0, 2.0, height() - 2.0), Palette::colour(Palette::kInk, 170));
     }
 }
 

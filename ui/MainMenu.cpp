@@ -2,6 +2,7 @@
 
 #include "LumoraVersion.h"
 #include "ui/Localisation.h"
+#include "ui/Theme.h"
 #include "ui/ToggleSwitch.h"
 
 #include <QFontDatabase>
@@ -13,26 +14,26 @@ namespace Lumora {
 
 QString MainMenu::menuStyle() {
     return QStringLiteral(
-        "QMenu {  background: white;  border: 1px solid rgba(78,205,196,120);"
+        "QMenu {  background: {white};  border: 1px solid {teal@120};"
         "  padding: 6px 0px 6px 0px; }"
-        "QMenu::item { padding: 8px 20px; font-size: 11pt; color: #2D1B69; min-height: 28px;"
+        "QMenu::item { padding: 8px 20px; font-size: 11pt; color: {ink}; min-height: 28px;"
         " background: transparent; }"
-        "QMenu::item:selected { background: rgba(78,205,196,40); }"
-        "QMenu::item:disabled { color: #9B9BB8; }"
-        "QMenu::separator { height: 1px; background: rgba(78,205,196,60); margin: 4px 12px; }");
+        "QMenu::item:selected { background: {teal@40}; }"
+        "QMenu::item:disabled { color: {muted}; }"
+        "QMenu::separator { height: 1px; background: {teal@60}; margin: 4px 12px; }");
 }
 
 MainMenu::MainMenu(QWidget* parent, bool easyMode, bool offerFeedback) : QMenu(parent) {
-    setStyleSheet(menuStyle());
+    setStyleSheet(themed(menuStyle()));
 
     languageMenu_ = addMenu(QStringLiteral("🌐 ") + tr("Language"));
     // Native names read best in the system's own face (the hand-written one sets
     // Cyrillic full-width); the current language is bold.
-    languageMenu_->setStyleSheet(
+    languageMenu_->setStyleSheet(themed(
         menuStyle() + QStringLiteral("QMenu { font-family: \"%1\"; }"
                                      "QMenu::item:checked { font-weight: bold; }"
                                      "QMenu::indicator { width: 0px; height: 0px; }")
-                          .arg(QFontDatabase::systemFont(QFontDatabase::GeneralFont).family()));
+                          .arg(QFontDatabase::systemFont(QFontDatabase::GeneralFont).family())));
     const QString current = currentLanguage();
     for (const LanguageEntry& language : knownLanguages()) {
         const bool isCurrent = language.code == current;
@@ -57,8 +58,8 @@ MainMenu::MainMenu(QWidget* parent, bool easyMode, bool offerFeedback) : QMenu(p
     rowLayout->setContentsMargins(20, 8, 20, 8);
     rowLayout->setSpacing(12);
     modeLabel_ = new QLabel(modeRow);
-    modeLabel_->setStyleSheet(
-        QStringLiteral("QLabel { color: #2D1B69; font-size: 11pt; background: transparent; }"));
+    modeLabel_->setStyleSheet(themed(
+        QStringLiteral("QLabel { color: {ink}; font-size: 11pt; background: transparent; }")));
     modeSwitch_ = new ToggleSwitch(modeRow);
     modeSwitch_->setChecked(easyMode);
     rowLayout->addWidget(modeLabel_, 1);

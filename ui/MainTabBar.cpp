@@ -11,16 +11,16 @@ namespace {
 
 const char* const kEmojis[MainTabBar::kTabCount] = {"🔍", "💬", "🎛", "🎵", "💾", "🎹"};
 
-const char kSelectedTab[] = "QWidget { background: rgba(78,205,196,14);"
-                            " border-top: 2px solid #4ECDC4; }";
+const char kSelectedTab[] = "QWidget { background: {teal@14};"
+                            " border-top: 2px solid {teal}; }";
 const char kPlainTab[] = "QWidget { background: transparent; border-top: 2px solid transparent; }";
-const char kSelectedEmoji[] = "QLabel { font-size: 18pt; color: #00A896; background: transparent;"
+const char kSelectedEmoji[] = "QLabel { font-size: 18pt; color: {tealInk}; background: transparent;"
                               " border: none; }";
-const char kPlainEmoji[] = "QLabel { font-size: 18pt; color: #9B9BB8; background: transparent;"
+const char kPlainEmoji[] = "QLabel { font-size: 18pt; color: {muted}; background: transparent;"
                            " border: none; }";
-const char kSelectedText[] = "QLabel { font-size: 8pt; font-weight: bold; color: #00A896;"
+const char kSelectedText[] = "QLabel { font-size: 8pt; font-weight: bold; color: {tealInk};"
                              " background: transparent; border: none; }";
-const char kPlainText[] = "QLabel { font-size: 8pt; color: #9B9BB8; background: transparent;"
+const char kPlainText[] = "QLabel { font-size: 8pt; color: {muted}; background: transparent;"
                           " border: none; }";
 
 } // namespace
@@ -30,8 +30,8 @@ MainTabBar::MainTabBar(QWidget* parent) : QWidget(parent) {
     setAttribute(Qt::WA_StyledBackground);
     setFixedHeight(kHeight);
     // Cascades to the tabs and labels too, but each of them sets its own.
-    setStyleSheet(QStringLiteral("QWidget { background: rgba(255,255,255,235);"
-                                 " border-top: 1px solid rgba(78,205,196,80); }"));
+    setStyleSheet(themed(QStringLiteral("QWidget { background: {white@235};"
+                                        " border-top: 1px solid {teal@80}; }")));
     markPanel(this, 0);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
@@ -74,11 +74,12 @@ void MainTabBar::setSelected(int index) {
     selected_ = index;
     for (int i = 0; i < kTabCount; ++i) {
         const bool on = i == index;
-        tabs_[static_cast<size_t>(i)]->setStyleSheet(QLatin1String(on ? kSelectedTab : kPlainTab));
+        tabs_[static_cast<size_t>(i)]->setStyleSheet(
+            themed(QLatin1String(on ? kSelectedTab : kPlainTab)));
         emojis_[static_cast<size_t>(i)]->setStyleSheet(
-            QLatin1String(on ? kSelectedEmoji : kPlainEmoji));
+            themed(QLatin1String(on ? kSelectedEmoji : kPlainEmoji)));
         texts_[static_cast<size_t>(i)]->setStyleSheet(
-            QLatin1String(on ? kSelectedText : kPlainText));
+            themed(QLatin1String(on ? kSelectedText : kPlainText)));
     }
 }
 

@@ -21,9 +21,9 @@ QString formatGain(float db) {
         .arg(static_cast<double>(db), 0, 'f', 1);
 }
 
-const char kRowLabelStyle[] = "QLabel { color: #9B9BB8; font-size: 8pt; font-weight: bold;"
+const char kRowLabelStyle[] = "QLabel { color: {muted}; font-size: 8pt; font-weight: bold;"
                               " background: transparent; border: none; }";
-const char kValueStyle[] = "QLabel { color: #2D1B69; font-size: 8pt; background: transparent;"
+const char kValueStyle[] = "QLabel { color: {ink}; font-size: 8pt; background: transparent;"
                            " border: none; }";
 
 } // namespace
@@ -31,8 +31,8 @@ const char kValueStyle[] = "QLabel { color: #2D1B69; font-size: 8pt; background:
 MeterFaderWidget::MeterFaderWidget(QWidget* parent) : QWidget(parent) {
     setObjectName(QStringLiteral("meterFader"));
     setAttribute(Qt::WA_StyledBackground);
-    setStyleSheet(QStringLiteral("#meterFader { background: rgba(255,255,255,210);"
-                                 " border: 1px solid rgba(78,205,196,80); border-radius: 12px; }"));
+    setStyleSheet(themed(QStringLiteral("#meterFader { background: {white@210};"
+                                        " border: 1px solid {teal@80}; border-radius: 12px; }")));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     markPanel(this, 12);
 
@@ -43,16 +43,16 @@ MeterFaderWidget::MeterFaderWidget(QWidget* parent) : QWidget(parent) {
     auto* head = new QHBoxLayout();
     head->setSpacing(8);
     title_ = new QLabel(this);
-    title_->setStyleSheet(QStringLiteral("QLabel { color: #2D1B69; font-size: 9pt;"
-                                         " font-weight: bold; background: transparent; }"));
+    title_->setStyleSheet(themed(QStringLiteral("QLabel { color: {ink}; font-size: 9pt;"
+                                                " font-weight: bold; background: transparent; }")));
     bypassButton_ = new QPushButton(this);
     bypassButton_->setCheckable(true);
     bypassButton_->setCursor(Qt::PointingHandCursor);
-    bypassButton_->setStyleSheet(QStringLiteral(
-        "QPushButton { background: rgba(255,255,255,200); color: #6B4EA0; font-size: 8pt;"
-        " border: 1px solid rgba(180,160,220,140); border-radius: 8px; padding: 2px 10px; }"
-        "QPushButton:hover { background: rgba(255,255,255,235); }"
-        "QPushButton:checked { background: #E85D75; color: white; border-color: #E85D75; }"));
+    bypassButton_->setStyleSheet(themed(QStringLiteral(
+        "QPushButton { background: {white@200}; color: {lilac}; font-size: 8pt;"
+        " border: 1px solid {lilacLine@140}; border-radius: 8px; padding: 2px 10px; }"
+        "QPushButton:hover { background: {white@235}; }"
+        "QPushButton:checked { background: {badInk}; color: {white}; border-color: {badInk}; }")));
     head->addWidget(title_);
     head->addStretch(1);
     head->addWidget(bypassButton_);
@@ -64,13 +64,13 @@ MeterFaderWidget::MeterFaderWidget(QWidget* parent) : QWidget(parent) {
     auto makeRow = [&](int row, QLabel*& label, LevelMeter*& meter, GainFader*& fader,
                        QLabel*& value) {
         label = new QLabel(this);
-        label->setStyleSheet(QLatin1String(kRowLabelStyle));
+        label->setStyleSheet(themed(QLatin1String(kRowLabelStyle)));
         label->setFixedWidth(30);
         meter = new LevelMeter(this);
         meter->setFixedHeight(10);
         fader = new GainFader(this);
         value = new QLabel(this);
-        value->setStyleSheet(QLatin1String(kValueStyle));
+        value->setStyleSheet(themed(QLatin1String(kValueStyle)));
         value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
         value->setFixedWidth(56);
         grid->addWidget(label, row, 0);

@@ -6,6 +6,7 @@
 #include "ui/NoiseProfileDisplay.h"
 #include "ui/SoundShapes.h"
 #include "ui/SubGroup.h"
+#include "ui/Theme.h"
 #include "ui/ToggleSwitch.h"
 
 #include <QHBoxLayout>
@@ -21,20 +22,21 @@ namespace Lumora {
 namespace {
 
 const char kLearnStyle[] =
-    "QPushButton { background: rgba(0,170,210,30);  color: #005577; border-radius: 6px;"
+    "QPushButton { background: {blue@30};  color: {deepBlueInk}; border-radius: 6px;"
     " padding: 3px 10px;  font-size: 8pt; font-weight: bold;  border: 1px solid"
-    " rgba(0,170,210,120); }QPushButton:hover { background: rgba(0,170,210,70);  border-color:"
-    " #00AADD; }QPushButton:pressed { background: rgba(0,170,210,130); }";
+    " {blue@120}; }QPushButton:hover { background: {blue@70};  border-color:"
+    " {blue}; }QPushButton:pressed { background: {blue@130}; }";
 const char kModeStyle[] =
-    "QPushButton { background: rgba(0,170,210,22); color: #005577; border-radius: 8px;"
+    "QPushButton { background: {blue@22}; color: {deepBlueInk}; border-radius: 8px;"
     " padding: 6px 8px; font-size: 9pt; font-weight: bold; border: 1px solid"
-    " rgba(0,170,210,110); text-align: left; }QPushButton:hover { background:"
-    " rgba(0,170,210,60); border-color: #00AADD; }QPushButton:pressed { background:"
-    " rgba(0,170,210,120); }";
+    " {blue@110}; text-align: left; }QPushButton:hover { background:"
+    " {blue@60}; border-color: {blue}; }QPushButton:pressed { background:"
+    " {blue@120}; }";
 const char kLearnedStyle[] =
-    "QLabel { color: #007799; font-size: 8pt; font-weight: bold; background: transparent; }";
-const char kNotLearnedStyle[] = "QLabel { color: #888; font-size: 8pt; background: transparent; }";
-const char kStatusStyle[] = "QLabel { color: #5A6B7A; font-size: 8pt; background: transparent; }";
+    "QLabel { color: {blueInk}; font-size: 8pt; font-weight: bold; background: transparent; }";
+const char kNotLearnedStyle[] =
+    "QLabel { color: {muted}; font-size: 8pt; background: transparent; }";
+const char kStatusStyle[] = "QLabel { color: {muted}; font-size: 8pt; background: transparent; }";
 
 const KnobSpec kSpectralAmount{"spectralAmount",
                                QT_TRANSLATE_NOOP("Lumora::NoiseControls", "Strength"),
@@ -114,7 +116,7 @@ const KnobSpec kGateRelease{"gateRelease",
 QLabel* latencyNote(QWidget* parent) {
     auto* label = new QLabel(parent);
     label->setTextFormat(Qt::RichText);
-    label->setStyleSheet(QStringLiteral("QLabel { background: transparent; }"));
+    label->setStyleSheet(themed(QStringLiteral("QLabel { background: transparent; }")));
     return label;
 }
 
@@ -130,7 +132,7 @@ NoiseControls::NoiseControls(QWidget* parent, EffectPreset* preset)
     strictButton_ = new QPushButton(this);
     detailButton_ = new QPushButton(this);
     for (QPushButton* b : {strictButton_, detailButton_}) {
-        b->setStyleSheet(QLatin1String(kModeStyle));
+        b->setStyleSheet(themed(QLatin1String(kModeStyle)));
         b->setCursor(Qt::PointingHandCursor);
         layout->addWidget(b);
     }
@@ -153,7 +155,7 @@ NoiseControls::NoiseControls(QWidget* parent, EffectPreset* preset)
     auto* learnColumn = new QVBoxLayout();
     learnColumn->setSpacing(4);
     learnButton_ = new QPushButton(this);
-    learnButton_->setStyleSheet(QLatin1String(kLearnStyle));
+    learnButton_->setStyleSheet(themed(QLatin1String(kLearnStyle)));
     learnButton_->setCursor(Qt::PointingHandCursor);
     learnColumn->addWidget(learnButton_, 0, Qt::AlignLeft);
     learnedLabel_ = new QLabel(this);
@@ -185,7 +187,7 @@ NoiseControls::NoiseControls(QWidget* parent, EffectPreset* preset)
     auto* aiColumn = new QVBoxLayout();
     aiStatus_ = new QLabel(this);
     aiStatus_->setWordWrap(true);
-    aiStatus_->setStyleSheet(QLatin1String(kStatusStyle));
+    aiStatus_->setStyleSheet(themed(QLatin1String(kStatusStyle)));
     aiColumn->addWidget(aiStatus_);
     aiLatency_ = latencyNote(this);
     aiColumn->addWidget(aiLatency_);
@@ -281,13 +283,13 @@ void NoiseControls::showLearnedState() {
         return;
     }
     if (learnFailed_) {
-        learnedLabel_->setStyleSheet(QLatin1String(kNotLearnedStyle));
+        learnedLabel_->setStyleSheet(themed(QLatin1String(kNotLearnedStyle)));
         learnedLabel_->setText(tr("⚠️ No sound reached the filter"));
     } else if (learned_) {
-        learnedLabel_->setStyleSheet(QLatin1String(kLearnedStyle));
+        learnedLabel_->setStyleSheet(themed(QLatin1String(kLearnedStyle)));
         learnedLabel_->setText(tr("✅ Learned"));
     } else {
-        learnedLabel_->setStyleSheet(QLatin1String(kNotLearnedStyle));
+        learnedLabel_->setStyleSheet(themed(QLatin1String(kNotLearnedStyle)));
         learnedLabel_->setText(tr("⬜ Not learned"));
     }
     learnButton_->setText(QStringLiteral("🎤 ") + tr("Noise Learn"));
@@ -304,7 +306,7 @@ bool NoiseControls::startNoiseLearning() {
 
 void NoiseControls::onLearnProgress(double fraction) {
     const double left = (1.0 - fraction) * NoiseLearner::kDurationMs / 1000.0;
-    learnedLabel_->setStyleSheet(QLatin1String(kLearnedStyle));
+    learnedLabel_->setStyleSheet(themed(QLatin1String(kLearnedStyle)));
     learnedLabel_->setText(tr("🤫 Stay quiet… %1 s").arg(std::ceil(std::max(left, 0.0))));
     profile_->setProfile(learner_->latestSpectrum(), true);
 }
@@ -353,13 +355,14 @@ void NoiseControls::retranslateUi() {
                                  tr("(Needs the filter running in OBS.)"));
     }
     ambientLatency_->setText(
-        QStringLiteral("<span style=\"color:#007799; font-size:8pt;\">%1</span>")
-            .arg(tr("① Latency: ~11ms").toHtmlEscaped()));
+        themed(QStringLiteral("<span style=\"color:{blueInk}; font-size:8pt;\">%1</span>")
+                   .arg(tr("① Latency: ~11ms").toHtmlEscaped())));
 
     ai_->setTitle(tr("AI Noise Filter"));
     ai_->toggle()->setToolTip(tr("AI noise filter on/off"));
-    aiLatency_->setText(QStringLiteral("<span style=\"color:#007799; font-size:8pt;\">%1</span>")
-                            .arg(tr("② Latency: ~10ms").toHtmlEscaped()));
+    aiLatency_->setText(
+        themed(QStringLiteral("<span style=\"color:{blueInk}; font-size:8pt;\">%1</span>")
+                   .arg(tr("② Latency: ~10ms").toHtmlEscaped())));
     switch (status_) {
     case NoiseSuppressionStatus::Available:
         aiStatus_->setText(tr("✅ AI filter ready"));

@@ -1,4 +1,5 @@
 #include "ui/NoiseProfileDisplay.h"
+#include "ui/Theme.h"
 
 #include <QPainter>
 
@@ -38,14 +39,15 @@ void NoiseProfileDisplay::paintEvent(QPaintEvent*) {
     const qreal w = width() / s;
     const qreal h = kLogicalHeight;
 
-    p.setPen(QPen(QColor(0, 170, 210, 70), 1.0));
-    p.setBrush(QColor(0, 60, 95, 225));
+    p.setPen(QPen(Palette::colour(Palette::kBlue, 70), 1.0));
+    p.setBrush(Palette::colour(Palette::kDisplay, Palette::kDisplayAlpha));
     p.drawRoundedRect(QRectF(0.5, 0.5, w - 1.0, h - 1.0), 8, 8);
 
     const QRectF plot(8.0, 6.0, w - 16.0, h - 18.0);
     const qreal barWidth = plot.width() / kProfileBandCount;
     p.setPen(Qt::NoPen);
-    const QColor bar = live_ ? QColor(200, 180, 240, 200) : QColor(0x4E, 0xCD, 0xC4, 220);
+    const QColor bar =
+        live_ ? Palette::colour(Palette::kLilacPale, 200) : Palette::colour(Palette::kTeal, 220);
     for (int b = 0; b < kProfileBandCount; ++b) {
         const float db = profile_[static_cast<size_t>(b)];
         if (!std::isfinite(db) || db <= kBottomDb) {
@@ -64,7 +66,7 @@ void NoiseProfileDisplay::paintEvent(QPaintEvent*) {
         QFont hint = font();
         hint.setPointSizeF(8.0);
         p.setFont(hint);
-        p.setPen(QColor(180, 220, 235, 200));
+        p.setPen(Palette::colour(Palette::kDisplayText, Palette::kDisplayTextAlpha));
         p.drawText(plot, Qt::AlignCenter | Qt::TextWordWrap, emptyText_);
     }
 
@@ -72,7 +74,7 @@ void NoiseProfileDisplay::paintEvent(QPaintEvent*) {
     QFont small = font();
     small.setPointSizeF(6.0);
     p.setFont(small);
-    p.setPen(QColor(180, 220, 235, 170));
+    p.setPen(Palette::colour(Palette::kDisplayText, Palette::kDisplayTextAlpha));
     const double span = std::log(24000.0 / 20.0);
     const double marks[] = {100.0, 1000.0, 10000.0};
     const char* text[] = {"100", "1k", "10k"};

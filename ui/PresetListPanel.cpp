@@ -21,9 +21,9 @@ namespace Lumora {
 namespace {
 
 const char kHeaderButton[] =
-    "QPushButton { background: rgba(0,170,210,30); color: #005577; border-radius: 6px;"
+    "QPushButton { background: {blue@30}; color: {deepBlueInk}; border-radius: 6px;"
     " padding: 3px 10px; font-size: 8pt; font-weight: bold; border: 1px solid"
-    " rgba(0,170,210,120); }QPushButton:hover { background: rgba(0,170,210,70); }";
+    " {blue@120}; }QPushButton:hover { background: {blue@70}; }";
 
 } // namespace
 
@@ -36,11 +36,11 @@ PresetListPanel::PresetListPanel(QWidget* parent, SettingsStore* store)
 
     auto* header = new QHBoxLayout();
     title_ = new QLabel(this);
-    title_->setStyleSheet(QStringLiteral("QLabel { color: #2D1B69; font-size: 11pt;"
-                                         " font-weight: bold; background: transparent; }"));
+    title_->setStyleSheet(themed(QStringLiteral("QLabel { color: {ink}; font-size: 11pt;"
+                                                " font-weight: bold; background: transparent; }")));
     header->addWidget(title_, 1);
     import_ = new QPushButton(this);
-    import_->setStyleSheet(QLatin1String(kHeaderButton));
+    import_->setStyleSheet(themed(QLatin1String(kHeaderButton)));
     import_->setCursor(Qt::PointingHandCursor);
     header->addWidget(import_);
     layout->addLayout(header);
@@ -63,9 +63,10 @@ PresetListPanel::PresetListPanel(QWidget* parent, SettingsStore* store)
     empty_ = new QLabel(listHost_);
     empty_->setWordWrap(true);
     empty_->setAlignment(Qt::AlignCenter);
-    empty_->setStyleSheet(QStringLiteral("QLabel { color: #6B4EA0; font-size: 9pt; padding: 16px;"
-                                         " background: rgba(255,255,255,200);"
-                                         " border-radius: 12px; }"));
+    empty_->setStyleSheet(
+        themed(QStringLiteral("QLabel { color: {lilac}; font-size: 9pt; padding: 16px;"
+                              " background: {white@200};"
+                              " border-radius: 12px; }")));
     hostLayout->addWidget(empty_);
     extra_ = new QVBoxLayout();
     extra_->setSpacing(6);

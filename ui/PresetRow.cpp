@@ -15,15 +15,15 @@ namespace Lumora {
 
 namespace {
 
-const char kRest[] = "QFrame#presetRow { background: rgba(255,255,255,215); border: 1px solid"
-                     " rgba(0,170,210,60); border-radius: 10px; }";
-const char kHover[] = "QFrame#presetRow { background: rgba(230,250,255,235); border: 1px solid"
-                      " #00AADD; border-radius: 10px; }";
-const char kCurrent[] = "QFrame#presetRow { background: rgba(225,248,244,235); border: 2px solid"
-                        " #4ECDC4; border-radius: 10px; }";
+const char kRest[] = "QFrame#presetRow { background: {white@215}; border: 1px solid"
+                     " {blue@60}; border-radius: 10px; }";
+const char kHover[] = "QFrame#presetRow { background: {paleBlue@235}; border: 1px solid"
+                      " {blue}; border-radius: 10px; }";
+const char kCurrent[] = "QFrame#presetRow { background: {paleMint@235}; border: 2px solid"
+                        " {teal}; border-radius: 10px; }";
 const char kToolStyle[] =
-    "QToolButton { background: rgba(0,170,210,22); border: 1px solid rgba(0,170,210,90);"
-    " border-radius: 11px; font-size: 9pt; }QToolButton:hover { background: rgba(0,170,210,70); }";
+    "QToolButton { background: {blue@22}; border: 1px solid {blue@90};"
+    " border-radius: 11px; font-size: 9pt; }QToolButton:hover { background: {blue@70}; }";
 
 } // namespace
 
@@ -44,27 +44,28 @@ PresetRow::PresetRow(QWidget* parent, const QString& name, const QString& descri
     auto* titleRow = new QHBoxLayout();
     titleRow->setSpacing(6);
     title_ = new QLabel(keepPhrases(name), this);
-    title_->setStyleSheet(QStringLiteral("QLabel { color: #2D1B69; font-size: 10pt;"
-                                         " font-weight: bold; background: transparent; }"));
+    title_->setStyleSheet(themed(QStringLiteral("QLabel { color: {ink}; font-size: 10pt;"
+                                                " font-weight: bold; background: transparent; }")));
     title_->setWordWrap(true);
     titleRow->addWidget(title_, 1);
     mark_ = new QLabel(this);
-    mark_->setStyleSheet(QStringLiteral("QLabel { color: white; background: #00A896;"
-                                        " border-radius: 7px; padding: 1px 7px; font-size: 7pt;"
-                                        " font-weight: bold; }"));
+    mark_->setStyleSheet(
+        themed(QStringLiteral("QLabel { color: {white}; background: {tealInk};"
+                              " border-radius: 7px; padding: 1px 7px; font-size: 7pt;"
+                              " font-weight: bold; }")));
     mark_->setVisible(current);
     titleRow->addWidget(mark_, 0, Qt::AlignTop);
     text->addLayout(titleRow);
     description_ = new QLabel(keepPhrases(description), this);
     description_->setWordWrap(true);
     description_->setVisible(!description.isEmpty());
-    description_->setStyleSheet(
-        QStringLiteral("QLabel { color: #5A4E80; font-size: 8pt; background: transparent; }"));
+    description_->setStyleSheet(themed(
+        QStringLiteral("QLabel { color: {lilac}; font-size: 8pt; background: transparent; }")));
     text->addWidget(description_);
     date_ = new QLabel(savedAt, this);
     date_->setVisible(!savedAt.isEmpty());
-    date_->setStyleSheet(
-        QStringLiteral("QLabel { color: #9B9BB8; font-size: 7pt; background: transparent; }"));
+    date_->setStyleSheet(themed(
+        QStringLiteral("QLabel { color: {muted}; font-size: 7pt; background: transparent; }")));
     text->addWidget(date_);
     for (QLabel* label : {title_, description_, date_, mark_}) {
         label->setAttribute(Qt::WA_TransparentForMouseEvents);
@@ -78,7 +79,7 @@ PresetRow::PresetRow(QWidget* parent, const QString& name, const QString& descri
     export_->setVisible(exportable);
     for (QToolButton* b : {rename_, export_}) {
         b->setFixedSize(24, 24);
-        b->setStyleSheet(QLatin1String(kToolStyle));
+        b->setStyleSheet(themed(QLatin1String(kToolStyle)));
         b->setCursor(Qt::PointingHandCursor);
         row->addWidget(b, 0, Qt::AlignVCenter);
     }
@@ -102,7 +103,7 @@ void PresetRow::retranslateUi() {
 }
 
 void PresetRow::setHighlighted(bool on) {
-    setStyleSheet(QLatin1String(on ? kHover : current_ ? kCurrent : kRest));
+    setStyleSheet(themed(QLatin1String(on ? kHover : current_ ? kCurrent : kRest)));
 }
 
 bool PresetRow::eventFilter(QObject* watched, QEvent* event) {

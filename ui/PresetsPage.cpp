@@ -11,10 +11,10 @@
 namespace Lumora {
 
 namespace {
-const char kSelected[] = "QPushButton { background: transparent; color: #00A896; border: none;"
-                         " border-bottom: 2px solid #4ECDC4; padding: 4px 2px; font-size: 9pt;"
+const char kSelected[] = "QPushButton { background: transparent; color: {tealInk}; border: none;"
+                         " border-bottom: 2px solid {teal}; padding: 4px 2px; font-size: 9pt;"
                          " font-weight: bold; }";
-const char kPlain[] = "QPushButton { background: transparent; color: #9B9BB8; border: none;"
+const char kPlain[] = "QPushButton { background: transparent; color: {muted}; border: none;"
                       " border-bottom: 2px solid transparent; padding: 4px 2px; font-size: 9pt; }";
 } // namespace
 
@@ -27,8 +27,8 @@ PresetsPage::PresetsPage(QWidget* parent) : QWidget(parent) {
     auto* bar = new QWidget(this);
     bar->setAttribute(Qt::WA_StyledBackground);
     bar->setFixedHeight(36);
-    bar->setStyleSheet(QStringLiteral("QWidget { background: rgba(255,255,255,200);"
-                                      " border-bottom: 1px solid rgba(78,205,196,80); }"));
+    bar->setStyleSheet(themed(QStringLiteral("QWidget { background: {white@200};"
+                                             " border-bottom: 1px solid {teal@80}; }")));
     markPanel(bar, 0);
     auto* row = new QHBoxLayout(bar);
     row->setContentsMargins(8, 2, 8, 0);
@@ -72,7 +72,7 @@ void PresetsPage::selectSubTab(int index) {
     stack_->setCurrentIndex(index);
     for (int i = 0; i < kSubPageCount; ++i) {
         buttons_[static_cast<size_t>(i)]->setStyleSheet(
-            QLatin1String(i == index ? kSelected : kPlain));
+            themed(QLatin1String(i == index ? kSelected : kPlain)));
     }
 }
 

@@ -1,6 +1,7 @@
 #include "ui/ReorderableColumn.h"
 
 #include "ui/CollapsibleSection.h"
+#include "ui/Theme.h"
 
 #include <QFrame>
 #include <QVBoxLayout>
@@ -16,7 +17,7 @@ ReorderableColumn::ReorderableColumn(QWidget* parent) : QWidget(parent) {
     dropLine_ = new QFrame(this);
     dropLine_->setFixedHeight(4);
     dropLine_->setStyleSheet(
-        QStringLiteral("QFrame { background: #00AADD; border-radius: 2px; border: none; }"));
+        themed(QStringLiteral("QFrame { background: {blue}; border-radius: 2px; border: none; }")));
     dropLine_->hide();
 }
 

@@ -16,8 +16,8 @@ ResultSummaryCard::ResultSummaryCard(QWidget* parent, const DiagnosisResult& res
     setObjectName(QStringLiteral("resultSummary"));
     setAttribute(Qt::WA_StyledBackground);
     setStyleSheet(
-        QStringLiteral("#resultSummary { background: rgba(255,255,255,225);"
-                       " border: 1.5px solid rgba(78,205,196,120); border-radius: 16px; }"));
+        themed(QStringLiteral("#resultSummary { background: {white@225};"
+                              " border: 1.5px solid {teal@120}; border-radius: 16px; }")));
     markPanel(this, 16);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(12, 10, 16, 10);
@@ -25,7 +25,7 @@ ResultSummaryCard::ResultSummaryCard(QWidget* parent, const DiagnosisResult& res
 
     character_ = new QLabel(this);
     character_->setFixedSize(96, 96);
-    character_->setStyleSheet(QStringLiteral("QLabel { background: transparent; }"));
+    character_->setStyleSheet(themed(QStringLiteral("QLabel { background: transparent; }")));
     QPixmap face(characterImagePath(std::clamp(result.overall, 0, 2)));
     if (!face.isNull()) {
         const qreal dpr = devicePixelRatioF();
@@ -37,23 +37,19 @@ ResultSummaryCard::ResultSummaryCard(QWidget* parent, const DiagnosisResult& res
 
     auto* column = new QVBoxLayout();
     column->setSpacing(4);
-    const QColor accent = Palette::verdictColour(result.overall);
     verdict_ = new QLabel(verdictLabel(result.overall), this);
-    verdict_->setStyleSheet(QStringLiteral("QLabel { background: rgba(%1,%2,%3,45); color: %4;"
-                                           " border-radius: 10px; padding: 3px 10px;"
-                                           " font-size: 9pt; font-weight: bold; }")
-                                .arg(accent.red())
-                                .arg(accent.green())
-                                .arg(accent.blue())
-                                .arg(accent.darker(135).name()));
+    verdict_->setStyleSheet(Styles::verdictChip(result.overall) +
+                            QStringLiteral("QLabel { border-radius: 10px; padding: 3px 10px;"
+                                           " font-size: 9pt; }"));
     summary_ = new QLabel(summaryFor(result), this);
     summary_->setWordWrap(true);
     summary_->setTextFormat(Qt::PlainText);
-    summary_->setStyleSheet(QStringLiteral("QLabel { color: #2D1B69; font-size: 12pt;"
-                                           " font-weight: bold; background: transparent; }"));
+    summary_->setStyleSheet(
+        themed(QStringLiteral("QLabel { color: {ink}; font-size: 12pt;"
+                              " font-weight: bold; background: transparent; }")));
     mic_ = new QLabel(QStringLiteral("🎤 ") + micTypeName(result.micType), this);
-    mic_->setStyleSheet(QStringLiteral("QLabel { color: #6B4EA0; font-size: 9pt;"
-                                       " background: transparent; }"));
+    mic_->setStyleSheet(themed(QStringLiteral("QLabel { color: {lilac}; font-size: 9pt;"
+                                              " background: transparent; }")));
     column->addWidget(verdict_, 0, Qt::AlignLeft);
     column->addWidget(summary_);
     column->addWidget(mic_);

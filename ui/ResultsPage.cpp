@@ -37,8 +37,8 @@ ResultsPage::ResultsPage(QWidget* parent) : QWidget(parent) {
     placeholder_->setWordWrap(true);
     placeholder_->setAlignment(Qt::AlignCenter);
     placeholder_->setStyleSheet(
-        QStringLiteral("QLabel {  color: #6B4EA0; font-size: 10pt; padding: 20px 28px;"
-                       "  background: rgba(255,255,255,210); border-radius: 14px; }"));
+        themed(QStringLiteral("QLabel {  color: {lilac}; font-size: 10pt; padding: 20px 28px;"
+                              "  background: {white@210}; border-radius: 14px; }")));
     markPanel(placeholder_, 14);
     contentLayout_->addWidget(placeholder_);
     contentLayout_->addStretch(1);
@@ -47,8 +47,8 @@ ResultsPage::ResultsPage(QWidget* parent) : QWidget(parent) {
 
     auto* bar = new QWidget(this);
     bar->setAttribute(Qt::WA_StyledBackground);
-    bar->setStyleSheet(QStringLiteral("QWidget { background: rgba(255,255,255,210);"
-                                      " border-top: 1px solid rgba(180,160,220,120); }"));
+    bar->setStyleSheet(themed(QStringLiteral("QWidget { background: {white@210};"
+                                             " border-top: 1px solid {lilacLine@120}; }")));
     markPanel(bar, 0);
     auto* grid = new QGridLayout(bar);
     grid->setContentsMargins(10, 8, 10, 10);

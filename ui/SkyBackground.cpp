@@ -1,4 +1,5 @@
 #include "ui/SkyBackground.h"
+#include "ui/Theme.h"
 
 #include <QLinearGradient>
 #include <QPainter>
@@ -160,13 +161,13 @@ void SkyBackground::rebuildCache() {
     const qreal w = size_.width();
     const qreal h = size_.height();
     QLinearGradient base(0, 0, w, h);
-    base.setColorAt(0.0, QColor(230, 222, 248));
-    base.setColorAt(0.45, QColor(214, 246, 234));
-    base.setColorAt(1.0, QColor(230, 222, 248));
+    base.setColorAt(0.0, Palette::colour(Palette::kSkyLilac));
+    base.setColorAt(0.45, Palette::colour(Palette::kSkyMint));
+    base.setColorAt(1.0, Palette::colour(Palette::kSkyLilac));
     p.fillRect(QRectF(0, 0, w, h), base);
     QRadialGradient glow(QPointF(0.58 * w, 0.38 * h), 0.78 * w);
-    glow.setColorAt(0.0, QColor(200, 248, 232, 100));
-    glow.setColorAt(1.0, QColor(200, 248, 232, 0));
+    glow.setColorAt(0.0, Palette::colour(Palette::kSkyGlow, 100));
+    glow.setColorAt(1.0, Palette::colour(Palette::kSkyGlow, 0));
     p.fillRect(QRectF(0, 0, w, h), glow);
     p.end();
     gradientCache_ = cache;

@@ -29,10 +29,10 @@ namespace Lumora {
 namespace {
 
 const char kPresetButtonStyle[] =
-    "QPushButton { background: rgba(0,170,210,30); color: #005577; border-radius: 6px;"
+    "QPushButton { background: {blue@30}; color: {deepBlueInk}; border-radius: 6px;"
     " padding: 2px 8px; font-size: 8pt; font-weight: bold; border: 1px solid"
-    " rgba(0,170,210,120); }QPushButton:hover { background: rgba(0,170,210,70); border-color:"
-    " #00AADD; }";
+    " {blue@120}; }QPushButton:hover { background: {blue@70}; border-color:"
+    " {blue}; }";
 const KnobSpec kRadioLow{
     "radioLowCut",
     QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Low Cut"),
@@ -202,7 +202,7 @@ SoundFxPanel::SoundFxPanel(QWidget* parent) : QWidget(parent) {
         section->setDragHandleEnabled(true);
         auto* button = new QPushButton(section);
         button->setObjectName(QStringLiteral("fxPresetButton%1").arg(code));
-        button->setStyleSheet(QLatin1String(kPresetButtonStyle));
+        button->setStyleSheet(themed(QLatin1String(kPresetButtonStyle)));
         button->setCursor(Qt::PointingHandCursor);
         section->addHeaderWidget(button);
         sections_[static_cast<size_t>(code)] = section;

@@ -1,5 +1,6 @@
 #include "ui/SubGroup.h"
 
+#include "ui/Theme.h"
 #include "ui/ToggleSwitch.h"
 
 #include <QHBoxLayout>
@@ -8,7 +9,7 @@
 
 namespace Lumora {
 
-const char* const SubGroup::kTitleStyle = "QLabel { color: #0077AA; font-weight: bold;"
+const char* const SubGroup::kTitleStyle = "QLabel { color: {blueInk}; font-weight: bold;"
                                           " font-size: 8pt; background: transparent; }";
 
 SubGroup::SubGroup(QWidget* parent, bool withSwitch) : QWidget(parent) {
@@ -18,7 +19,7 @@ SubGroup::SubGroup(QWidget* parent, bool withSwitch) : QWidget(parent) {
     header_ = new QHBoxLayout();
     header_->setSpacing(6);
     title_ = new QLabel(this);
-    title_->setStyleSheet(QLatin1String(kTitleStyle));
+    title_->setStyleSheet(themed(QLatin1String(kTitleStyle)));
     header_->addWidget(title_, 1);
     if (withSwitch) {
         toggle_ = new ToggleSwitch(this);

@@ -1,4 +1,5 @@
 #include "ui/ToggleSwitch.h"
+#include "ui/Theme.h"
 
 #include <QPainter>
 #include <QVariantAnimation>
@@ -45,8 +46,8 @@ void ToggleSwitch::paintEvent(QPaintEvent*) {
     const qreal sy = height() / 28.0;
     p.scale(sx, sy);
 
-    const QColor off(0xD8, 0xD0, 0xEC);
-    const QColor on(0x4E, 0xCD, 0xC4);
+    const QColor off = Palette::colour(Palette::kLilacMist);
+    const QColor on = Palette::colour(Palette::kTeal);
     const qreal t = position_;
     const QColor track(static_cast<int>(off.red() + (on.red() - off.red()) * t),
                        static_cast<int>(off.green() + (on.green() - off.green()) * t),
@@ -56,7 +57,7 @@ void ToggleSwitch::paintEvent(QPaintEvent*) {
     p.drawRoundedRect(QRectF(1, 1, 50, 26), 13, 13);
 
     const qreal x = 14.0 + t * 24.0;
-    p.setBrush(QColor(45, 27, 105, 40));
+    p.setBrush(Palette::colour(Palette::kInk, 40));
     p.drawEllipse(QPointF(x, 15.0), 10.5, 10.5);
     p.setBrush(Qt::white);
     p.drawEllipse(QPointF(x, 14.0), 10.5, 10.5);

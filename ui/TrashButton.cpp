@@ -1,4 +1,5 @@
 #include "ui/TrashButton.h"
+#include "ui/Theme.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -19,11 +20,11 @@ void TrashButton::paintEvent(QPaintEvent*) {
             height() / static_cast<qreal>(kLogicalSize));
 
     const bool hot = isEnabled() && (underMouse() || isDown());
-    const QColor ink = !isEnabled() ? QColor(0xC0, 0xC0, 0xD0)
-                       : hot        ? QColor(0xE8, 0x5D, 0x75)
-                                    : QColor(0x6B, 0x4E, 0xA0);
+    const QColor ink = !isEnabled() ? Palette::colour(Palette::kGreyLight)
+                       : hot        ? Palette::colour(Palette::kBad)
+                                    : Palette::colour(Palette::kLilac);
     p.setPen(Qt::NoPen);
-    p.setBrush(hot ? QColor(232, 93, 117, 36) : QColor(107, 78, 160, 18));
+    p.setBrush(hot ? Palette::colour(Palette::kBad, 36) : Palette::colour(Palette::kLilac, 18));
     p.drawEllipse(QRectF(0.5, 0.5, 21, 21));
 
     QPen pen(ink, 1.4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);

@@ -72,8 +72,8 @@ WizardDialog::WizardDialog(QWidget* parent, FilterEngine* engine)
     const QFont face = appFont(10);
     setFont(face);
     if (face.family() != QFont().family()) {
-        setStyleSheet(QStringLiteral("QWidget { font-family: \"%1\"; }").arg(face.family()) +
-                      Styles::scrollBar());
+        setStyleSheet(themed(QStringLiteral("QWidget { font-family: \"%1\"; }").arg(face.family()) +
+                             Styles::scrollBar()));
     }
 
     binding_ = new EngineBinding(this, engine);
@@ -217,16 +217,16 @@ QWidget* WizardDialog::buildHeader(QWidget* parent) {
     auto* row = new QHBoxLayout(header);
     row->setContentsMargins(16, 10, 16, 10);
     auto* title = new QLabel(QStringLiteral("Tindra"), header);
-    title->setStyleSheet(QStringLiteral("QLabel { color: #2D1B69; font-size: 17pt;"
-                                        " font-weight: bold; background: transparent; }"));
+    title->setStyleSheet(themed(QStringLiteral("QLabel { color: {ink}; font-size: 17pt;"
+                                               " font-weight: bold; background: transparent; }")));
     badge_ = new KeyBadgeLabel(header);
     menuButton_ = new QPushButton(QStringLiteral("≡"), header);
     menuButton_->setFixedSize(40, 40);
     menuButton_->setCursor(Qt::PointingHandCursor);
-    menuButton_->setStyleSheet(QStringLiteral(
-        "QPushButton { background: rgba(255,255,255,160); color: #2D1B69; font-size: 17pt;"
-        " border: none; border-radius: 10px; }"
-        "QPushButton:hover { background: rgba(255,255,255,220); }"));
+    menuButton_->setStyleSheet(themed(
+        QStringLiteral("QPushButton { background: {white@160}; color: {ink}; font-size: 17pt;"
+                       " border: none; border-radius: 10px; }"
+                       "QPushButton:hover { background: {white@220}; }")));
     row->addWidget(title);
     row->addWidget(badge_, 1);
     row->addWidget(menuButton_);

@@ -22,11 +22,11 @@ namespace Lumora {
 namespace {
 
 const char kMicButtonStyle[] =
-    "QPushButton { background: rgba(255,255,255,215); color: #2D1B69; font-size: 11pt;"
-    " font-weight: bold; border: 1.5px solid rgba(78,205,196,150); border-radius: 14px;"
+    "QPushButton { background: {white@215}; color: {ink}; font-size: 11pt;"
+    " font-weight: bold; border: 1.5px solid {teal@150}; border-radius: 14px;"
     " padding: 10px 8px; }"
-    "QPushButton:hover { background: white; border-color: #4ECDC4; }"
-    "QPushButton:pressed { background: rgba(78,205,196,40); }";
+    "QPushButton:hover { background: {white}; border-color: {teal}; }"
+    "QPushButton:pressed { background: {teal@40}; }";
 
 QString qs(const std::string& s) {
     return QString::fromUtf8(s.c_str());
@@ -74,12 +74,13 @@ WizardPanel::WizardPanel(QWidget* parent) : QWidget(parent) {
 
     auto* top = new QHBoxLayout();
     titleLabel_ = new QLabel(this);
-    titleLabel_->setStyleSheet(QStringLiteral("QLabel { color: #2D1B69; font-size: 13pt;"
-                                              " font-weight: bold; background: transparent; }"));
+    titleLabel_->setStyleSheet(
+        themed(QStringLiteral("QLabel { color: {ink}; font-size: 13pt;"
+                              " font-weight: bold; background: transparent; }")));
     stepLabel_ = new QLabel(this);
     stepLabel_->setTextFormat(Qt::RichText);
     stepLabel_->setStyleSheet(
-        QStringLiteral("QLabel { font-size: 10pt; background: transparent; }"));
+        themed(QStringLiteral("QLabel { font-size: 10pt; background: transparent; }")));
     closeButton_ = new QPushButton(QStringLiteral("✕"), this);
     closeButton_->setFixedSize(36, 36);
     // Hidden while a take runs, but keeping its place so nothing below moves.
@@ -87,10 +88,10 @@ WizardPanel::WizardPanel(QWidget* parent) : QWidget(parent) {
     keepPlace.setRetainSizeWhenHidden(true);
     closeButton_->setSizePolicy(keepPlace);
     closeButton_->setCursor(Qt::PointingHandCursor);
-    closeButton_->setStyleSheet(QStringLiteral(
-        "QPushButton { background: rgba(255,255,255,160); color: #2D1B69; font-size: 13pt;"
-        " border: none; border-radius: 10px; }"
-        "QPushButton:hover { background: rgba(255,255,255,220); }"));
+    closeButton_->setStyleSheet(themed(
+        QStringLiteral("QPushButton { background: {white@160}; color: {ink}; font-size: 13pt;"
+                       " border: none; border-radius: 10px; }"
+                       "QPushButton:hover { background: {white@220}; }")));
     top->addWidget(titleLabel_);
     top->addStretch(1);
     top->addWidget(stepLabel_);
@@ -101,7 +102,7 @@ WizardPanel::WizardPanel(QWidget* parent) : QWidget(parent) {
     character_ = new QLabel(this);
     character_->setAlignment(Qt::AlignCenter);
     character_->setFixedHeight(150);
-    character_->setStyleSheet(QStringLiteral("QLabel { background: transparent; }"));
+    character_->setStyleSheet(themed(QStringLiteral("QLabel { background: transparent; }")));
     layout->addWidget(character_);
 
     bubble_ = new QLabel(this);
@@ -110,9 +111,9 @@ WizardPanel::WizardPanel(QWidget* parent) : QWidget(parent) {
     bubble_->setTextFormat(Qt::PlainText);
     bubble_->setAlignment(Qt::AlignCenter);
     bubble_->setMinimumHeight(96);
-    bubble_->setStyleSheet(QStringLiteral(
-        "#wizardBubble { background: rgba(255,255,255,230); color: #2D1B69; font-size: 12pt;"
-        " border: 1.5px solid rgba(78,205,196,120); border-radius: 18px; padding: 12px 16px; }"));
+    bubble_->setStyleSheet(themed(QStringLiteral(
+        "#wizardBubble { background: {white@230}; color: {ink}; font-size: 12pt;"
+        " border: 1.5px solid {teal@120}; border-radius: 18px; padding: 12px 16px; }")));
     markPanel(bubble_, 18);
     layout->addWidget(bubble_);
 
@@ -120,12 +121,12 @@ WizardPanel::WizardPanel(QWidget* parent) : QWidget(parent) {
     hint_->setWordWrap(true);
     hint_->setTextFormat(Qt::PlainText);
     hint_->setAlignment(Qt::AlignCenter);
-    hint_->setStyleSheet(QStringLiteral("QLabel { color: #6B4EA0; font-size: 9pt;"
-                                        " background: transparent; }"));
+    hint_->setStyleSheet(themed(QStringLiteral("QLabel { color: {lilac}; font-size: 9pt;"
+                                               " background: transparent; }")));
     layout->addWidget(hint_);
 
     actions_ = new QStackedWidget(this);
-    actions_->setStyleSheet(QStringLiteral("QStackedWidget { background: transparent; }"));
+    actions_->setStyleSheet(themed(QStringLiteral("QStackedWidget { background: transparent; }")));
     startButton_ = makeButton(Styles::accentButton());
     retryButton_ = makeButton(Styles::outlinedButton());
     nextButton_ = makeButton(Styles::accentButton());
@@ -156,9 +157,9 @@ WizardPanel::WizardPanel(QWidget* parent) : QWidget(parent) {
     tip_->setTextFormat(Qt::PlainText);
     tip_->setAlignment(Qt::AlignCenter);
     tip_->setMinimumHeight(44);
-    tip_->setStyleSheet(QStringLiteral(
-        "#wizardTip { background: rgba(255,255,255,200); color: #1A5050; font-size: 9pt;"
-        " border-radius: 12px; padding: 6px 12px; }"));
+    tip_->setStyleSheet(themed(
+        QStringLiteral("#wizardTip { background: {white@200}; color: {deepTeal}; font-size: 9pt;"
+                       " border-radius: 12px; padding: 6px 12px; }")));
     markPanel(tip_, 12);
     layout->addWidget(tip_);
 
@@ -187,7 +188,7 @@ WizardPanel::WizardPanel(QWidget* parent) : QWidget(parent) {
 
 QPushButton* WizardPanel::makeButton(const QString& style) {
     auto* button = new QPushButton(this);
-    button->setStyleSheet(style);
+    button->setStyleSheet(themed(style));
     button->setCursor(Qt::PointingHandCursor);
     button->setMinimumHeight(44);
     markPanel(button, 10);
@@ -201,7 +202,7 @@ QWidget* WizardPanel::buildMicPage() {
     grid->setSpacing(12);
     for (int mic = 0; mic < 4; ++mic) {
         auto* button = new QPushButton(page);
-        button->setStyleSheet(QLatin1String(kMicButtonStyle));
+        button->setStyleSheet(themed(QLatin1String(kMicButtonStyle)));
         button->setCursor(Qt::PointingHandCursor);
         button->setMinimumHeight(64);
         markPanel(button, 14);
@@ -221,8 +222,9 @@ QWidget* WizardPanel::buildTakePage() {
     column->addWidget(countdown_, 0, Qt::AlignHCenter);
     auto* meterRow = new QHBoxLayout();
     liveLabel_ = new QLabel(page);
-    liveLabel_->setStyleSheet(QStringLiteral("QLabel { color: #9B9BB8; font-size: 8pt;"
-                                             " font-weight: bold; background: transparent; }"));
+    liveLabel_->setStyleSheet(
+        themed(QStringLiteral("QLabel { color: {muted}; font-size: 8pt;"
+                              " font-weight: bold; background: transparent; }")));
     liveMeter_ = new LevelMeter(page);
     liveMeter_->setFixedHeight(10);
     meterRow->addWidget(liveLabel_);
@@ -273,12 +275,13 @@ void WizardPanel::showMood(int mood) {
 void WizardPanel::updateStepDots(int completed, int current) {
     QString dots;
     for (int i = 1; i <= DiagnosisController::kLastTake; ++i) {
-        const char* colour = i <= completed ? "#4ECDC4" : (i == current ? "#B8A4F0" : "#D8D0EC");
+        const char* colour =
+            i <= completed ? "{teal}" : (i == current ? "{lilacPale}" : "{lilacMist}");
         dots += QStringLiteral("<span style='color:%1'>●</span>").arg(QLatin1String(colour));
     }
     if (dots != dotsKey_) {
         dotsKey_ = dots;
-        stepLabel_->setText(dots);
+        stepLabel_->setText(themed(dots));
     }
 }
 

@@ -8,6 +8,8 @@
 #include "ui/Localisation.h"
 #include "ui/PhraseBreaks.h"
 #include "ui/PresetsPage.h"
+#include "ui/ResultsPage.h"
+#include "ui/Theme.h"
 #include "ui/WizardDialog.h"
 
 #include <QAbstractButton>
@@ -21,6 +23,8 @@
 #include <QTimer>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <map>
 #include <memory>
 #include <set>
 
@@ -65,9 +69,32 @@ struct JapaneseDialog {
     Testing::TempFolder folder;
     FilterEngine engine;
     std::unique_ptr<WizardDialog> dialog;
+    DiagnosisResult result; // a diagnosis with a verdict of every level
     JapaneseDialog() {
         engine.prepare(48000.0);
-        engine.setStore(std::make_unique<SettingsStore>(folder.path()));
+        result.overall = kLevelWarning;
+        const char* keys[] = {"clipping", "volume", "distance"};
+        for (int32_t level = kLevelGood; level <= kLevelWarning; ++level) {
+            DiagnosisItem item;
+            item.key = keys[level];
+            item.level = level;
+            item.titleJa = "マイクとの距離を見直しましょう";
+            item.adviceJa = "口からこぶし一つ分はなしてください。";
+            result.items.push_back(item);
+        }
+        // The history holds one diagnosis of each verdict, so its cards are walked too.
+        auto store = std::make_unique<SettingsStore>(folder.path());
+        AppSettings settings;
+        for (int32_t level = kLevelGood; level <= kLevelWarning; ++level) {
+            DiagnosisHistoryEntry entry;
+            entry.timestamp = "2026-11-24 20:00:00";
+            entry.presetApplied = level == kLevelGood;
+            entry.result = result;
+            entry.result.overall = level;
+            settings.diagnosisHistory.push_back(entry);
+        }
+        store->save(settings);
+        engine.setStore(std::move(store));
         engine.restoreFromSettings();
         applyLanguage(QStringLiteral("ja"));
         dialog = std::make_unique<WizardDialog>(nullptr, &engine);
@@ -78,6 +105,9 @@ struct JapaneseDialog {
     void visitEveryPage(F check) {
         for (int tab = 0; tab <= WizardDialog::kKeysTab; ++tab) {
             dialog->selectTab(tab);
+            if (tab == WizardDialog::kResultsTab) {
+                dialog->resultsPage()->showResult(&result);
+            }
             if (tab == WizardDialog::kPresetsTab) {
                 for (int sub = 0; sub < PresetsPage::kSubPageCount; ++sub) {
                     dialog->presetsPage()->selectSubTab(sub);
@@ -176,6 +206,84 @@ TEST(JapaneseWalk, NoSingleLineTextIsClipped) {
         }
     });
     EXPECT_GT(labelsChecked, 30); // the walk did measure the pages' labels
+}
+
+// The colour most of a widget's area shows in the dialog as drawn: for a label
+// or a button that is what its text stands on.
+QColor backgroundUnder(const QImage& shot, QWidget* dialog, QWidget* w) {
+    // Only the part in view: a widget scrolled out of its area is not drawn.
+    const QRect seen = w->visibleRegion().boundingRect();
+    const qreal dpr = shot.devicePixelRatio();
+    const QRect area(w->mapTo(dialog, seen.topLeft()) * dpr, seen.size() * dpr);
+    std::map<QRgb, int> counts;
+    const QRect inside = area.intersected(shot.rect());
+    for (int y = inside.top(); y <= inside.bottom(); ++y) {
+        for (int x = inside.left(); x <= inside.right(); ++x) {
+            ++counts[shot.pixel(x, y) | 0xFF000000u];
+        }
+    }
+    const auto most = std::max_element(counts.begin(), counts.end(),
+                                       [](auto& a, auto& b) { return a.second < b.second; });
+    return most == counts.end() ? QColor(Qt::white) : QColor(most->first);
+}
+
+// Every text a streamer reads, on every page, stands out from what is behind
+// it by at least 4.5:1 (3:1 for large text). Emoji take their own colours and
+// disabled controls are not read as content, so both are left out.
+TEST(JapaneseWalk, EveryTextStandsOutFromItsBackground) {
+    JapaneseDialog d;
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(d.dialog.get()));
+    int textsChecked = 0;
+    d.visitEveryPage([&](const QString& where) {
+        QCoreApplication::processEvents();
+        const QImage shot = d.dialog->grab().toImage().convertToFormat(QImage::Format_RGB32);
+        for (QWidget* w : d.dialog->findChildren<QWidget*>()) {
+            QString text;
+            if (auto* label = qobject_cast<QLabel*>(w)) {
+                text = label->text();
+            } else if (auto* button = qobject_cast<QAbstractButton*>(w)) {
+                text = button->text();
+            }
+            const bool hasWords =
+                std::any_of(text.begin(), text.end(), [](QChar c) { return c.isLetterOrNumber(); });
+            if (!w->isVisibleTo(d.dialog.get()) || !w->isEnabled() || !hasWords ||
+                text.startsWith(QLatin1Char('<')) ||
+                w->visibleRegion().boundingRect().width() < 4 ||
+                w->visibleRegion().boundingRect().height() < 4) {
+                continue;
+            }
+            ++textsChecked;
+            const QColor background = backgroundUnder(shot, d.dialog.get(), w);
+            QColor ink = w->palette().color(QPalette::Active, w->foregroundRole());
+            const qreal a = ink.alphaF();
+            ink = QColor::fromRgbF(ink.redF() * a + background.redF() * (1 - a),
+                                   ink.greenF() * a + background.greenF() * (1 - a),
+                                   ink.blueF() * a + background.blueF() * (1 - a));
+            const QFont font = w->font();
+            const bool large = font.pointSizeF() >= 18 || (font.pointSizeF() >= 14 && font.bold());
+            EXPECT_GE(contrastRatio(ink, background), large ? 3.0 : 4.5)
+                << where.toStdString() << ": \"" << text.toStdString() << "\" "
+                << ink.name().toStdString() << " on " << background.name().toStdString();
+        }
+    });
+    EXPECT_GT(textsChecked, 60);
+}
+
+// Every style sheet and rich text names its colours from the palette, and each
+// name is one the palette knows: a misspelt name would leave a colour unset.
+TEST(JapaneseWalk, EveryStyleSheetColourComesFromThePalette) {
+    JapaneseDialog d;
+    const QRegularExpression leftover(QStringLiteral("\\{[A-Za-z]+(@\\d+)?\\}"));
+    int sheets = 0;
+    for (QWidget* w : d.dialog->findChildren<QWidget*>()) {
+        auto* label = qobject_cast<QLabel*>(w);
+        for (const QString& sheet : {w->styleSheet(), label ? label->text() : QString()}) {
+            sheets += sheet.isEmpty() ? 0 : 1;
+            EXPECT_FALSE(leftover.match(sheet).hasMatch())
+                << w->metaObject()->className() << ": " << sheet.toStdString();
+        }
+    }
+    EXPECT_GT(sheets, 50);
 }
 
 } // namespace
