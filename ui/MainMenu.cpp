@@ -8,9 +8,32 @@
 #include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPainter>
+#include <QPixmap>
 #include <QWidgetAction>
 
 namespace Lumora {
+
+QIcon MainMenu::buttonIcon() {
+    constexpr int kSize = 20; // logical pixels
+    QIcon icon;
+    // Sharp at 100 %, 150 %, 200 % and 300 % scaling.
+    for (int scale : {1, 2, 3}) {
+        QPixmap pixmap(kSize * scale, kSize * scale);
+        pixmap.fill(Qt::transparent);
+        QPainter p(&pixmap);
+        p.setRenderHint(QPainter::Antialiasing);
+        p.scale(scale, scale);
+        p.setPen(QPen(Palette::colour(Palette::kInk), 2.2, Qt::SolidLine, Qt::RoundCap));
+        for (int bar = 0; bar < 3; ++bar) {
+            const qreal y = 4.5 + bar * 5.5;
+            p.drawLine(QPointF(3, y), QPointF(kSize - 3, y));
+        }
+        p.end();
+        icon.addPixmap(pixmap);
+    }
+    return icon;
+}
 
 QString MainMenu::menuStyle() {
     return QStringLiteral(

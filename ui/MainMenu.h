@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QIcon>
 #include <QMenu>
 
 class QLabel;
@@ -21,6 +22,9 @@ public:
     QLabel* modeLabel() const { return modeLabel_; }
 
     static QString menuStyle();
+    // The three bars of the button that opens the menu, drawn rather than taken
+    // from a font: inside OBS the host's style shrank the "≡" glyph to half size.
+    static QIcon buttonIcon();
 
 signals:
     void languageChosen(const QString& code);

@@ -22,7 +22,7 @@ const char kHover[] = "QFrame#presetRow { background: {paleBlue@235}; border: 1p
 const char kCurrent[] = "QFrame#presetRow { background: {paleMint@235}; border: 2px solid"
                         " {teal}; border-radius: 10px; }";
 const char kToolStyle[] =
-    "QToolButton { background: {blue@22}; border: 1px solid {blue@90};"
+    "QToolButton { background: {blue@22}; border: 1px solid {blue@90}; color: {ink};"
     " border-radius: 11px; font-size: 9pt; }QToolButton:hover { background: {blue@70}; }";
 
 } // namespace

@@ -71,10 +71,16 @@ WizardDialog::WizardDialog(QWidget* parent, FilterEngine* engine)
     // does not reach widgets under a style sheet, so the family goes into one.
     const QFont face = appFont(10);
     setFont(face);
+    // OBS's theme gives every button a margin, and tool buttons padding, which
+    // inside the host shrank our fixed-size buttons and their glyphs; the
+    // dialog's own rule wins over the host's.
+    QString sheet = QStringLiteral("QPushButton, QToolButton { margin: 0px; }"
+                                   "QToolButton { padding: 0px; }") +
+                    Styles::scrollBar();
     if (face.family() != QFont().family()) {
-        setStyleSheet(themed(QStringLiteral("QWidget { font-family: \"%1\"; }").arg(face.family()) +
-                             Styles::scrollBar()));
+        sheet.prepend(QStringLiteral("QWidget { font-family: \"%1\"; }").arg(face.family()));
     }
+    setStyleSheet(sheet);
 
     binding_ = new EngineBinding(this, engine);
     tick_ = new MeterTick(this);
@@ -220,12 +226,14 @@ QWidget* WizardDialog::buildHeader(QWidget* parent) {
     title->setStyleSheet(themed(QStringLiteral("QLabel { color: {ink}; font-size: 17pt;"
                                                " font-weight: bold; background: transparent; }")));
     badge_ = new KeyBadgeLabel(header);
-    menuButton_ = new QPushButton(QStringLiteral("≡"), header);
+    menuButton_ = new QPushButton(header);
+    menuButton_->setIcon(MainMenu::buttonIcon());
+    menuButton_->setIconSize(QSize(20, 20));
     menuButton_->setFixedSize(40, 40);
     menuButton_->setCursor(Qt::PointingHandCursor);
     menuButton_->setStyleSheet(themed(
-        QStringLiteral("QPushButton { background: {white@160}; color: {ink}; font-size: 17pt;"
-                       " border: none; border-radius: 10px; }"
+        QStringLiteral("QPushButton { background: {white@160}; border: none; border-radius: 10px;"
+                       " padding: 0px; min-height: 0px; }"
                        "QPushButton:hover { background: {white@220}; }")));
     row->addWidget(title);
     row->addWidget(badge_, 1);
@@ -286,6 +294,7 @@ void WizardDialog::retranslateUi() {
     keyPresets_->retranslateUi();
     keyAssign_->retranslateUi();
     menuButton_->setToolTip(tr("Menu"));
+    menuButton_->setAccessibleName(tr("Menu"));
     homePanel_->retranslateUi();
     resultsPage_->retranslateUi();
     soundPage_->retranslateUi();

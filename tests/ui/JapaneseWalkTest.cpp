@@ -97,10 +97,18 @@ struct JapaneseDialog {
         engine.setStore(std::move(store));
         engine.restoreFromSettings();
         applyLanguage(QStringLiteral("ja"));
+        // Inside OBS the host's dark theme styles every widget: light text, and
+        // margins and padding on buttons. Whatever the dialog does not set itself
+        // comes from there, so the walk looks at the dialog under those rules.
+        qApp->setStyleSheet(QStringLiteral(
+            "QWidget { color: rgb(254,254,254); font-size: 10pt; }"
+            "QPushButton { margin-top: 3px; margin-bottom: 3px; }"
+            "QToolButton { background-color: rgb(60,64,75); padding: 4px 6px; margin: 0px 2px; }"));
         dialog = std::make_unique<WizardDialog>(nullptr, &engine);
         dialog->show();
         dialog->tickTimer()->stop();
     }
+    ~JapaneseDialog() { qApp->setStyleSheet(QString()); }
     template <typename F>
     void visitEveryPage(F check) {
         for (int tab = 0; tab <= WizardDialog::kKeysTab; ++tab) {
