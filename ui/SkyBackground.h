@@ -18,7 +18,7 @@ class SkyBackground {
 public:
     static constexpr int kStarCount = 24;
     static constexpr int kCloudCount = 7;
-    static constexpr float kStarSpeed = 24.0f; // px/s
+    static constexpr float kStarSpeed = 16.0f; // px/s
 
     struct Star {
         float x = 0.0f;
