@@ -115,8 +115,8 @@ const KnobSpec kGateRelease{"gateRelease",
 
 QLabel* latencyNote(QWidget* parent) {
     auto* label = new QLabel(parent);
-    label->setTextFormat(Qt::RichText);
-    label->setStyleSheet(themed(QStringLiteral("QLabel { background: transparent; }")));
+    label->setStyleSheet(themed(
+        QStringLiteral("QLabel { background: transparent; color: {blueInk}; font-size: 8pt; }")));
     return label;
 }
 
@@ -354,15 +354,11 @@ void NoiseControls::retranslateUi() {
         learnButton_->setToolTip(learnButton_->toolTip() + QLatin1Char('\n') +
                                  tr("(Needs the filter running in OBS.)"));
     }
-    ambientLatency_->setText(
-        themed(QStringLiteral("<span style=\"color:{blueInk}; font-size:8pt;\">%1</span>")
-                   .arg(tr("① Latency: ~11ms").toHtmlEscaped())));
+    ambientLatency_->setText(tr("① Latency: ~11ms"));
 
     ai_->setTitle(tr("AI Noise Filter"));
     ai_->toggle()->setToolTip(tr("AI noise filter on/off"));
-    aiLatency_->setText(
-        themed(QStringLiteral("<span style=\"color:{blueInk}; font-size:8pt;\">%1</span>")
-                   .arg(tr("② Latency: ~10ms").toHtmlEscaped())));
+    aiLatency_->setText(tr("② Latency: ~10ms"));
     switch (status_) {
     case NoiseSuppressionStatus::Available:
         aiStatus_->setText(tr("✅ AI filter ready"));

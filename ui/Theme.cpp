@@ -78,38 +78,25 @@ const Named* find(const QChar* name, int length) {
 
 } // namespace
 
+namespace {
+struct VerdictShades {
+    QRgb mark;
+    QRgb ink;
+};
+constexpr VerdictShades kVerdictShades[] = {{kGood, kGoodInk}, {kWarn, kWarnInk}, {kBad, kBadInk}};
+constexpr VerdictShades kNotMeasured = {kGrey, kMuted};
+
+const VerdictShades& shades(int level) {
+    return level >= 0 && level < 3 ? kVerdictShades[level] : kNotMeasured;
+}
+} // namespace
+
 QColor verdictColour(int level) {
-    switch (level) {
-    case 0:
-        return colour(kGood);
-    case 1:
-        return colour(kWarn);
-    case 2:
-        return colour(kBad);
-    default:
-        return colour(kGrey);
-    }
+    return colour(shades(level).mark);
 }
 
 QColor verdictInk(int level) {
-    switch (level) {
-    case 0:
-        return colour(kGoodInk);
-    case 1:
-        return colour(kWarnInk);
-    case 2:
-        return colour(kBadInk);
-    default:
-        return colour(kMuted);
-    }
-}
-
-std::vector<std::pair<QString, QRgb>> all() {
-    std::vector<std::pair<QString, QRgb>> out;
-    for (const Named& n : kNamed) {
-        out.emplace_back(QLatin1String(n.name), n.rgb);
-    }
-    return out;
+    return colour(shades(level).ink);
 }
 
 } // namespace Palette

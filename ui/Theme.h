@@ -5,9 +5,6 @@
 #include <QVariant>
 #include <QWidget>
 
-#include <utility>
-#include <vector>
-
 namespace Lumora {
 
 // The one palette of the dialog. Style sheets name these colours as {name} or
@@ -112,9 +109,6 @@ inline QColor colour(QRgb rgb, int alpha = 255) {
 // Verdict level 0 good, 1 warning, 2 bad; anything else is "not measured".
 QColor verdictColour(int level);
 QColor verdictInk(int level);
-
-// Every colour of the palette, for the contrast check.
-std::vector<std::pair<QString, QRgb>> all();
 } // namespace Palette
 
 // `sheet` with every {name} and {name@alpha} replaced by the palette's colour.

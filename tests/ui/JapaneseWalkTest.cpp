@@ -2,6 +2,7 @@
 // sub-page, read off the widgets themselves: an English word left in it is a
 // text that never went through the translation.
 
+#include "PanelTestSupport.h"
 #include "engine/FilterEngine.h"
 #include "settings/SettingsStore.h"
 #include "settings/support/TempFolder.h"
@@ -262,11 +263,8 @@ TEST(JapaneseWalk, EveryTextStandsOutFromItsBackground) {
             }
             ++textsChecked;
             const QColor background = backgroundUnder(shot, d.dialog.get(), w);
-            QColor ink = w->palette().color(QPalette::Active, w->foregroundRole());
-            const qreal a = ink.alphaF();
-            ink = QColor::fromRgbF(ink.redF() * a + background.redF() * (1 - a),
-                                   ink.greenF() * a + background.greenF() * (1 - a),
-                                   ink.blueF() * a + background.blueF() * (1 - a));
+            const QColor ink = PanelTest::over(
+                w->palette().color(QPalette::Active, w->foregroundRole()), background);
             const QFont font = w->font();
             const bool large = font.pointSizeF() >= 18 || (font.pointSizeF() >= 14 && font.bold());
             EXPECT_GE(contrastRatio(ink, background), large ? 3.0 : 4.5)

@@ -121,6 +121,13 @@ double measureGainDb(VoiceChain& chain, double hz, double rate) {
     return rmsDb(out, from) - rmsDb(in, from);
 }
 
+QColor over(const QColor& top, const QColor& under) {
+    const qreal a = top.alphaF();
+    return QColor::fromRgbF(top.redF() * a + under.redF() * (1 - a),
+                            top.greenF() * a + under.greenF() * (1 - a),
+                            top.blueF() * a + under.blueF() * (1 - a));
+}
+
 } // namespace Lumora::PanelTest
 
 #include <QMouseEvent>

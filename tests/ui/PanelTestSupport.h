@@ -7,6 +7,7 @@
 #include "dsp/SoundFxPreset.h"
 #include "settings/SettingsStore.h"
 
+#include <QColor>
 #include <QMessageBox>
 #include <QPoint>
 #include <QString>
@@ -55,6 +56,9 @@ double rmsDb(const std::vector<float>& x, size_t from = 0);
 // Steady-state gain in dB of `chain` (already prepared and set) at `hz`:
 // a sine through it in 480-sample packets, the last third measured.
 double measureGainDb(VoiceChain& chain, double hz, double rate = 48000.0);
+
+// `top` (with its alpha) laid over the opaque `under`: the colour the eye gets.
+QColor over(const QColor& top, const QColor& under);
 
 } // namespace PanelTest
 } // namespace Lumora

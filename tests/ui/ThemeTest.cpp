@@ -2,6 +2,7 @@
 // get exactly the colours they name.
 
 #include "ui/Theme.h"
+#include "PanelTestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -10,12 +11,7 @@
 namespace Lumora {
 namespace {
 
-QColor over(const QColor& top, const QColor& under) {
-    const qreal a = top.alphaF();
-    return QColor::fromRgbF(top.redF() * a + under.redF() * (1 - a),
-                            top.greenF() * a + under.greenF() * (1 - a),
-                            top.blueF() * a + under.blueF() * (1 - a));
-}
+using PanelTest::over;
 
 // Painted text is never read at less than 4.5:1, whether its see-through
 // ground sits on a white panel or on the sky's darkest lilac.
