@@ -11,9 +11,8 @@
 // need another output format call host().resetAudio() first.
 Lumora::ObsHarness& host();
 
-// The filter's registration as the module made it, and a direct call of its audio
-// callback (see RegistrationSpy.cpp).
-const obs_source_info& registeredFilterInfo();
+// A direct call of the filter's audio callback as the module registered it
+// (see RegistrationSpy.cpp).
 struct obs_audio_data* callFilterAudio(obs_source_t* filter, struct obs_audio_data* audio);
 
 // Planar test signal: a different sine on every channel.

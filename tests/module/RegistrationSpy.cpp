@@ -21,10 +21,6 @@ extern "C" void obs_register_source_s(const struct obs_source_info* info, size_t
     real(info, size);
 }
 
-const obs_source_info& registeredFilterInfo() {
-    return gFilterInfo;
-}
-
 struct obs_audio_data* callFilterAudio(obs_source_t* filter, struct obs_audio_data* audio) {
     return gFilterInfo.filter_audio(obs_obj_get_data(filter), audio);
 }
