@@ -71,49 +71,44 @@ TEST(SettingsChecksum, KnownValues) {
     EXPECT_EQ(SettingsStore::checksum("\xff"), 5381u * 33u + 255u);
 }
 
-TEST(SettingsChecksum, VerifyAcceptsOnlyAnExactChecksumLine) {
-    std::string good = "#LMSUM:00597A9D\n{}";
-    EXPECT_TRUE(SettingsStore::verifyAndStrip(good));
-    EXPECT_EQ(good, "{}");
-
-    std::string lower = "#LMSUM:00597a9d\n{}";
-    EXPECT_TRUE(SettingsStore::verifyAndStrip(lower));
-
-    const char* refused[] = {
-        "#LMSUM:0597A9D\n{}",    // seven digits
-        "#LMSUM:000597A9D\n{}",  // nine digits
-        "#LMSUM:00597A9D\r\n{}", // a carriage return before the line feed
-        "#LMSUM:00597A9E\n{}",   // wrong sum
-        "#LMSUM:00597A9D{}",     // no line feed
-        "#LMSUM:zzzzzzzz\n{}",   // not hexadecimal
-        "#lmsum:00597A9D\n{}",
-        "\xEF\xBB\xBF#LMSUM:00597A9D\n{}", // a byte-order mark
-        "{}",
-        "",
-        "#LMSUM:",
+TEST(SettingsChecksum, OnlyAnExactChecksumLineIsAcceptedAndStripped) {
+    const struct {
+        const char* text;
+        const char* body;
+    } accepted[] = {
+        {"#LMSUM:00597A9D\n{}", "{}"},
+        {"#LMSUM:00597a9d\n{}", "{}"},
+        // The standard conversion tolerates leading white space and "0x".
+        {"#LMSUM:0x597a9d\n{}", "{}"},
+        {"#LMSUM:  597A9D\n{}", "{}"},
+        {"#LMSUM:00001505\n", ""},
     };
-    for (const char* text : refused) {
-        std::string t = text;
-        EXPECT_FALSE(SettingsStore::verifyAndStrip(t)) << text;
-        EXPECT_EQ(t, text) << "a refused text is left unchanged";
+    for (const auto& a : accepted) {
+        std::string t = a.text;
+        EXPECT_EQ(SettingsStore::checkAndStrip(t), FileVerdict::Ok) << a.text;
+        EXPECT_EQ(t, a.body);
     }
-    // The standard conversion tolerates leading white space and "0x".
-    std::string prefixed = "#LMSUM:0x597a9d\n{}";
-    EXPECT_TRUE(SettingsStore::verifyAndStrip(prefixed));
-    std::string spaced = "#LMSUM:  597A9D\n{}";
-    EXPECT_TRUE(SettingsStore::verifyAndStrip(spaced));
-    std::string empty = "#LMSUM:00001505\n";
-    EXPECT_TRUE(SettingsStore::verifyAndStrip(empty));
-    EXPECT_EQ(empty, "");
-}
-
-TEST(SettingsChecksum, ReasonsAreReported) {
-    std::string t = "#LMSUM:00597A9E\n{}";
-    EXPECT_EQ(SettingsStore::checkAndStrip(t), FileVerdict::ChecksumMismatch);
-    t = "#LMSUM:zzzzzzzz\n{}";
-    EXPECT_EQ(SettingsStore::checkAndStrip(t), FileVerdict::BadChecksumLine);
-    t = "{}";
-    EXPECT_EQ(SettingsStore::checkAndStrip(t), FileVerdict::NoChecksumLine);
+    const struct {
+        const char* text;
+        FileVerdict verdict;
+    } refused[] = {
+        {"#LMSUM:0597A9D\n{}", FileVerdict::NoChecksumLine},    // seven digits
+        {"#LMSUM:000597A9D\n{}", FileVerdict::NoChecksumLine},  // nine digits
+        {"#LMSUM:00597A9D\r\n{}", FileVerdict::NoChecksumLine}, // a carriage return first
+        {"#LMSUM:00597A9D{}", FileVerdict::NoChecksumLine},     // no line feed
+        {"#lmsum:00597A9D\n{}", FileVerdict::NoChecksumLine},
+        {"\xEF\xBB\xBF#LMSUM:00597A9D\n{}", FileVerdict::NoChecksumLine}, // a byte-order mark
+        {"{}", FileVerdict::NoChecksumLine},
+        {"", FileVerdict::NoChecksumLine},
+        {"#LMSUM:", FileVerdict::NoChecksumLine},
+        {"#LMSUM:zzzzzzzz\n{}", FileVerdict::BadChecksumLine},
+        {"#LMSUM:00597A9E\n{}", FileVerdict::ChecksumMismatch},
+    };
+    for (const auto& r : refused) {
+        std::string t = r.text;
+        EXPECT_EQ(SettingsStore::checkAndStrip(t), r.verdict) << r.text;
+        EXPECT_EQ(t, r.text) << "a refused text is left unchanged";
+    }
 }
 
 TEST(SettingsStoreFiles, PathsAndTheDefaultFolder) {
