@@ -76,6 +76,8 @@ struct KeyVoices : ::testing::Test {
 
 TEST_F(KeyVoices, MomentaryKeyAppliesItsVoiceOnlyWhileHeld) {
     EXPECT_FALSE(fx().radio.enabled);
+    const std::string cleaning = PanelTest::fileText(state->chain().getParameters());
+    const bool cleaningOn = state->chain().isActive();
     press(Qt::Key_Up);
     EXPECT_TRUE(fx().radio.enabled);
     EXPECT_TRUE(fx().pitch.enabled);
@@ -86,6 +88,9 @@ TEST_F(KeyVoices, MomentaryKeyAppliesItsVoiceOnlyWhileHeld) {
     EXPECT_FALSE(fx().radio.enabled);
     EXPECT_FALSE(fx().pitch.enabled);
     EXPECT_TRUE(badge().isEmpty());
+    // The voice from before the press comes back whole, the cleaning half too.
+    EXPECT_EQ(PanelTest::fileText(state->chain().getParameters()), cleaning);
+    EXPECT_EQ(state->chain().isActive(), cleaningOn);
 }
 
 TEST_F(KeyVoices, ToggleKeyStaysUntilPressedAgain) {
@@ -113,6 +118,12 @@ TEST_F(KeyVoices, MomentaryInsideToggleShowsTheHeldBadgeAndGivesTheToggleBack) {
     EXPECT_TRUE(fx().delay.enabled);
     EXPECT_FALSE(fx().pitch.enabled);
     EXPECT_TRUE(badge().startsWith(QStringLiteral("◀")));
+    // Untoggled, the voice from before the toggle comes back, not the held one's.
+    press(Qt::Key_Left);
+    release(Qt::Key_Left);
+    EXPECT_FALSE(fx().delay.enabled);
+    EXPECT_FALSE(fx().pitch.enabled);
+    EXPECT_TRUE(badge().isEmpty());
 }
 
 TEST_F(KeyVoices, UnassignedKeyIsHeldButAppliesNothingAndRestoresTheDefault) {
