@@ -74,9 +74,6 @@ TEST(DiagnosisVerdicts, HealthyTakesAreAllGoodInOrder) {
     }
     EXPECT_EQ(r.overall, 0);
     EXPECT_EQ(r.valid, 1);
-    EXPECT_EQ(r.micType, kMicDynamic);
-    EXPECT_EQ(r.speech.level, -22.0f);
-    EXPECT_EQ(r.silence.level, -70.0f);
     EXPECT_EQ(r.soft.level, -34.0f) << "the gate reads the soft take";
 }
 

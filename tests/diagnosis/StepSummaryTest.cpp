@@ -89,17 +89,6 @@ TEST(StepSummary, ActiveSpeechLeavesOutPausesAndWeighsByEnergy) {
     EXPECT_EQ(q.activeLevelP10, -96.0f);
 }
 
-TEST(StepSummary, EmptyTakeIsAllSilence) {
-    const StepStats s = summarise({});
-    for (float v : {s.level, s.peak95, s.peakMax, s.noiseFloorMin, s.low, s.mid, s.high,
-                    s.lowBurstMax, s.activeLowDb, s.activeMidDb, s.activeLevelP10}) {
-        EXPECT_EQ(v, -96.0f);
-    }
-    EXPECT_EQ(s.count, 0);
-    EXPECT_FALSE(s.valid);
-    EXPECT_FALSE(s.clipped);
-}
-
 TEST(DiagnosisSession, HoldsAtMost512SnapshotsPerStep) {
     DiagnosisSession session;
     AudioMetrics m;
