@@ -8,7 +8,6 @@
 #include <QFile>
 #include <QFontInfo>
 #include <QRawFont>
-#include <QSettings>
 #include <QXmlStreamReader>
 #include <gtest/gtest.h>
 

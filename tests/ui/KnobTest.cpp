@@ -94,15 +94,6 @@ TEST(Knob, ValueTextReadsKilohertzAndNeverMinusZero) {
     EXPECT_EQ(db->valueText(), QStringLiteral("0.0"));
 }
 
-// Counts paint events of a widget.
-struct Paints : QObject {
-    int count = 0;
-    bool eventFilter(QObject*, QEvent* e) override {
-        count += e->type() == QEvent::Paint ? 1 : 0;
-        return false;
-    }
-};
-
 TEST(Displays, RepaintOnlyWhenWhatTheyShowChanges) {
     EqCurveDisplay eq(nullptr);
     CompressorDisplay comp(nullptr);
@@ -122,7 +113,7 @@ TEST(Displays, RepaintOnlyWhenWhatTheyShowChanges) {
         comp.push(-70.0f, 0.0f, -70.0f); // silence: clamped to the floor, flat
     }
     QTest::qWait(30);
-    Paints eqPaints, compPaints, noisePaints;
+    PanelTest::PaintCounter eqPaints, compPaints, noisePaints;
     eq.installEventFilter(&eqPaints);
     comp.installEventFilter(&compPaints);
     noise.installEventFilter(&noisePaints);
@@ -137,15 +128,15 @@ TEST(Displays, RepaintOnlyWhenWhatTheyShowChanges) {
     }
     EXPECT_EQ(eq.updates(), updates);
     EXPECT_EQ(comp.historyRepaints(), repaints);
-    EXPECT_EQ(eqPaints.count + compPaints.count + noisePaints.count, 0);
+    EXPECT_EQ(eqPaints.paints + compPaints.paints + noisePaints.paints, 0);
 
     preset.eq.lowCutHz = 150.0f;
     eq.setPreset(preset);
     comp.push(-20.0f, 3.0f, -23.0f);
     QTest::qWait(30);
     EXPECT_EQ(eq.updates(), updates + 1);
-    EXPECT_GE(eqPaints.count, 1);
-    EXPECT_GE(compPaints.count, 1);
+    EXPECT_GE(eqPaints.paints, 1);
+    EXPECT_GE(compPaints.paints, 1);
     EXPECT_FLOAT_EQ(comp.inputAt(CompressorDisplay::kHistory - 1), -20.0f);
     EXPECT_FLOAT_EQ(comp.gainReductionAt(CompressorDisplay::kHistory - 1), 3.0f);
     EXPECT_FLOAT_EQ(comp.inputAt(CompressorDisplay::kHistory - 2), -60.0f);

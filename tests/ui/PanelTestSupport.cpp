@@ -16,7 +16,18 @@
 namespace Lumora::PanelTest {
 
 namespace {
+
 constexpr double kPi = 3.14159265358979323846;
+
+double rmsDb(const std::vector<float>& x, size_t from) {
+    double sum = 0.0;
+    for (size_t i = from; i < x.size(); ++i) {
+        sum += static_cast<double>(x[i]) * x[i];
+    }
+    const double n = static_cast<double>(x.size() - from);
+    return 10.0 * std::log10(std::max(sum / std::max(n, 1.0), 1e-30));
+}
+
 } // namespace
 
 void answerNextMessageBox(QMessageBox::StandardButton button, QString* title, QString* text) {
@@ -98,15 +109,6 @@ std::vector<float> sine(double hz, int frames, float amplitude, double rate) {
             amplitude * static_cast<float>(std::sin(2.0 * kPi * hz * i / rate));
     }
     return x;
-}
-
-double rmsDb(const std::vector<float>& x, size_t from) {
-    double sum = 0.0;
-    for (size_t i = from; i < x.size(); ++i) {
-        sum += static_cast<double>(x[i]) * x[i];
-    }
-    const double n = static_cast<double>(x.size() - from);
-    return 10.0 * std::log10(std::max(sum / std::max(n, 1.0), 1e-30));
 }
 
 double measureGainDb(VoiceChain& chain, double hz, double rate) {

@@ -8,6 +8,7 @@
 #include "settings/SettingsStore.h"
 
 #include <QColor>
+#include <QEvent>
 #include <QMessageBox>
 #include <QPoint>
 #include <QString>
@@ -51,7 +52,6 @@ void typeIntoNextInputDialog(const QString& text, bool accept = true);
 std::function<bool(const QString&, const QString&, QString&)> answerName(const QString& name);
 
 std::vector<float> sine(double hz, int frames, float amplitude, double rate = 48000.0);
-double rmsDb(const std::vector<float>& x, size_t from = 0);
 
 // Steady-state gain in dB of `chain` (already prepared and set) at `hz`:
 // a sine through it in 480-sample packets, the last third measured.
@@ -66,6 +66,15 @@ QColor over(const QColor& top, const QColor& under);
 class QWidget;
 
 namespace Lumora::PanelTest {
+// Counts the paint events of the widgets it is installed on.
+struct PaintCounter : QObject {
+    int paints = 0;
+    bool eventFilter(QObject*, QEvent* e) override {
+        paints += e->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+};
+
 // Sends one mouse event straight to `widget` (press, move or release of the
 // left button at `pos` in the widget's coordinates).
 void sendMouse(QWidget* widget, int type, const QPoint& pos);

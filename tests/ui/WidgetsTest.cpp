@@ -1,3 +1,4 @@
+#include "PanelTestSupport.h"
 #include "ui/GainFader.h"
 #include "ui/KeyCap.h"
 #include "ui/LevelMeter.h"
@@ -47,17 +48,6 @@ TEST(PeakHold, LevelsAreClampedToTheMeterRange) {
     EXPECT_FLOAT_EQ(PeakHold::fraction(-30.0f), 0.5f);
 }
 
-// Counts paint events of a widget.
-struct PaintCounter : QObject {
-    int paints = 0;
-    bool eventFilter(QObject*, QEvent* e) override {
-        if (e->type() == QEvent::Paint) {
-            ++paints;
-        }
-        return false;
-    }
-};
-
 TEST(LevelMeter, RepaintsOnlyWhenTheBarMoves) {
     LevelMeter meter(nullptr);
     meter.resize(200, 10);
@@ -65,7 +55,7 @@ TEST(LevelMeter, RepaintsOnlyWhenTheBarMoves) {
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&meter));
     meter.setLevel(-20.0f);
     QTest::qWait(30);
-    PaintCounter counter;
+    PanelTest::PaintCounter counter;
     meter.installEventFilter(&counter);
     for (int i = 0; i < 10; ++i) {
         meter.setLevel(-20.0f);

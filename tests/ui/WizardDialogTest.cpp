@@ -1,5 +1,4 @@
 #include "ui/WizardDialog.h"
-#include "ui/AdviceCard.h"
 #include "ui/DiagnosisPresenter.h"
 #include "ui/EffectPanel.h"
 #include "ui/EqBandRow.h"
@@ -17,7 +16,6 @@
 #include "ui/MainTabBar.h"
 #include "ui/PresetsPage.h"
 #include "ui/PresetsPanel.h"
-#include "ui/ResultSummaryCard.h"
 #include "ui/ResultsPage.h"
 #include "ui/SoundFxPanel.h"
 #include "ui/SoundFxPresetsPanel.h"
@@ -37,9 +35,6 @@
 #include <QTest>
 #include <QTimer>
 #include <gtest/gtest.h>
-
-#include <utility>
-#include <vector>
 
 namespace Lumora {
 namespace {
@@ -268,64 +263,6 @@ TEST(WizardDialog, OnTheKeysTabAKeyOnlyLightsTheBoard) {
     EXPECT_EQ(heldSlot(d.dialog), kNoSlot);
     sendKey(target, QEvent::KeyRelease, Qt::Key_Down);
     EXPECT_EQ(d.dialog.keyBoard()->litSlot(), -1);
-}
-
-DiagnosisResult twoItemResult() {
-    DiagnosisResult r;
-    DiagnosisItem volume;
-    volume.key = "volume";
-    volume.level = 1;
-    volume.titleJa = "ちょっと大きいかも？";
-    volume.adviceJa = "音量を少し下げると安心！";
-    volume.titleEn = "A bit loud?";
-    volume.adviceEn = "Try turning it down just a touch!";
-    volume.value = -9.5f;
-    DiagnosisItem pop;
-    pop.key = "pop";
-    pop.level = 0;
-    pop.titleJa = "ポップノイズは大丈夫！";
-    pop.titleEn = "No pop noise issues!";
-    pop.value = 4.0f;
-    r.items = {volume, pop};
-    r.overall = 1;
-    r.valid = 1;
-    r.summaryJa = "ちょっと気になるところがあるかも！";
-    r.summaryEn = "A few small things to look at!";
-    return r;
-}
-
-TEST(ResultsPage, CardsShowTheResultInTheCurrentLanguage) {
-    applyLanguage(QStringLiteral("ja"));
-    ResultsPage page(nullptr);
-    EXPECT_FALSE(page.placeholder()->isHidden());
-    EXPECT_FALSE(page.applyButton()->isEnabled());
-    const DiagnosisResult r = twoItemResult();
-    page.showResult(&r);
-    EXPECT_TRUE(page.placeholder()->isHidden());
-    ASSERT_EQ(page.cardCount(), 2);
-    EXPECT_EQ(page.card(0)->verdict(), QStringLiteral("⚠️ 注意"));
-    EXPECT_EQ(page.card(0)->title(), QStringLiteral("ちょっと大きいかも？"));
-    EXPECT_EQ(page.card(0)->valueText(), QStringLiteral("-9.5 dBFS"));
-    EXPECT_EQ(page.card(1)->valueText(), QStringLiteral("+4.0 dB"));
-    EXPECT_EQ(page.summaryCard()->summary(), QStringLiteral("ちょっと気になるところがあるかも！"));
-
-    applyLanguage(QStringLiteral("en"));
-    page.retranslateUi();
-    ASSERT_EQ(page.cardCount(), 2);
-    EXPECT_EQ(page.card(0)->heading(), QStringLiteral("🔊 Volume"));
-    EXPECT_EQ(page.card(0)->verdict(), QStringLiteral("⚠️ Caution"));
-    EXPECT_EQ(page.card(0)->title(), QStringLiteral("A bit loud?"));
-    EXPECT_EQ(page.summaryCard()->summary(), QStringLiteral("A few small things to look at!"));
-
-    // Any other language: English throughout, never a mixed screen.
-    applyLanguage(QStringLiteral("es"));
-    page.retranslateUi();
-    EXPECT_EQ(page.summaryCard()->summary(), QStringLiteral("A few small things to look at!"));
-    EXPECT_EQ(page.card(0)->title(), QStringLiteral("A bit loud?"));
-    EXPECT_EQ(page.card(1)->verdict(), QStringLiteral("✅ Good"));
-    applyLanguage(QStringLiteral("ja"));
-    page.showResult(nullptr);
-    EXPECT_EQ(page.cardCount(), 0);
 }
 
 // The page is the panel, or holds it.
