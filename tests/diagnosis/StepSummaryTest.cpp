@@ -5,11 +5,9 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <cmath>
 #include <cstdint>
 #include <memory>
-#include <thread>
 
 namespace Lumora {
 namespace {
@@ -183,51 +181,6 @@ TEST(DiagnosisAnalysis, NoiseSpectrumIsLearnedFromTheSilenceAudio) {
     for (float v : analyse(DiagnosisSession{}).noiseSpectrum) {
         EXPECT_EQ(v, -96.0f);
     }
-}
-
-TEST(DiagnosisAnalysis, RunsOffTheCallingThreadAndIsPolledWithoutWaiting) {
-    DiagnosisSession session;
-    session.micType = kMicDynamic;
-    AudioMetrics m;
-    m.smoothedLevelDb = -20.0f;
-    for (int i = 0; i < 10; ++i) {
-        session.record(kStepNormal, m);
-    }
-    std::future<DiagnosisResult> future = startAnalysis(session);
-    session.clear(); // the analysis works on its own copy
-
-    std::optional<DiagnosisResult> result;
-    const auto until = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    while (!result && std::chrono::steady_clock::now() < until) {
-        result = pollAnalysis(future);
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    ASSERT_TRUE(result.has_value());
-    EXPECT_EQ(result->valid, 1);
-    EXPECT_EQ(result->micType, kMicDynamic);
-    EXPECT_EQ(result->speech.level, -20.0f);
-    EXPECT_FALSE(pollAnalysis(future).has_value()) << "the result is taken once";
-}
-
-TEST(DiagnosisAnalysis, PollNeverThrows) {
-    std::future<DiagnosisResult> none;
-    bool failed = true;
-    EXPECT_FALSE(pollAnalysis(none, &failed).has_value());
-    EXPECT_FALSE(failed);
-
-    std::promise<DiagnosisResult> pending;
-    std::future<DiagnosisResult> waiting = pending.get_future();
-    EXPECT_FALSE(pollAnalysis(waiting, &failed).has_value());
-    EXPECT_FALSE(failed);
-
-    std::promise<DiagnosisResult> broken;
-    std::future<DiagnosisResult> throwing = broken.get_future();
-    broken.set_exception(std::make_exception_ptr(std::runtime_error("analysis failed")));
-    EXPECT_FALSE(pollAnalysis(throwing, &failed).has_value());
-    EXPECT_TRUE(failed);
-    EXPECT_FALSE(pollAnalysis(throwing, &failed).has_value());
-    EXPECT_FALSE(failed) << "a spent future is simply empty";
-    pending.set_value(DiagnosisResult{});
 }
 
 } // namespace
