@@ -76,7 +76,7 @@ struct Fixture {
     KeyAssignmentRules rules{[this] { return std::optional<AppSettings>(stored); }, &target};
 };
 
-const std::string kUp = "▲", kDown = "▼", kLeft = "◀";
+const std::string kUp = "▲", kLeft = "◀";
 
 } // namespace
 
@@ -163,23 +163,6 @@ TEST(KeyAssignmentRules, BadgeNamesFallBackInOrder) {
     EXPECT_EQ(slotDisplayName(k), "k");
     EXPECT_EQ(effectiveMode(KeyAssignment{KeyMode::Toggle, false, false, "", "", "x"}),
               KeyMode::Momentary);
-}
-
-TEST(KeyAssignmentRules, WithoutSettingsOrTargetEveryKeyIsUnassigned) {
-    RecordingTarget target;
-    KeyAssignmentRules noStore({}, &target);
-    noStore.press(1);
-    EXPECT_EQ(noStore.heldSlot(), 1);
-    EXPECT_EQ(noStore.badge().text, kDown + "  （押している間）");
-    noStore.release(1);
-    EXPECT_TRUE(target.log.empty());
-
-    AppSettings stored = settings();
-    KeyAssignmentRules noTarget([&] { return std::optional<AppSettings>(stored); }, nullptr);
-    noTarget.press(1); // Toggle in the file, but without a filter it acts momentary
-    EXPECT_EQ(noTarget.heldSlot(), 1);
-    noTarget.release(1);
-    EXPECT_EQ(noTarget.activeSlot(), kNoSlot);
 }
 
 TEST(KeyAssignmentRules, ResetForgetsEverythingWithoutApplying) {
