@@ -175,7 +175,7 @@ void BM_PitchLatency(benchmark::State& state) {
         for (int start = 0; start + packet <= total; start += packet) {
             const int k = layer.process(in.data() + start, packet, out.data() + start);
             if (k > 0 && first < 0) {
-                first = start;
+                first = start + packet - k;
             }
         }
         int detected = total;

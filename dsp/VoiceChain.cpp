@@ -88,6 +88,7 @@ void VoiceChain::process(float* const* planes, int channels, int frames) {
     const EffectPreset& p = parameters_.acquire();
     const bool on = chainActive_.load(std::memory_order_acquire) && p.active && !p.bypass;
     const int used = std::min(channels, 2);
+    lastDelayFrames_ = on ? delayFrames(p) : 0;
     // Switched on or off, the chain crossfades with the dry voice; the first
     // sound after prepare is no switch, and a packet too long for the dry
     // copy switches at once.
@@ -120,6 +121,18 @@ void VoiceChain::process(float* const* planes, int channels, int frames) {
         fade_.mix(dry, planes, used, frames, on);
     }
     outputLevelDb_.store(packetLevelDb(planes, channels, frames), std::memory_order_relaxed);
+}
+
+int VoiceChain::delayFrames(const EffectPreset& p) const {
+    int frames = 0;
+    if (p.spectral.enabled) {
+        frames += SpectralDenoiser::kDelay;
+    }
+    // A frame being collected and the model's own frame of lag.
+    if (p.noise.enabled && noiseSuppressionAvailable()) {
+        frames += 2 * NoiseSuppressor::kFrameLength;
+    }
+    return frames;
 }
 
 void VoiceChain::passThrough(float inputDb) {

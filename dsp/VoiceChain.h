@@ -57,6 +57,14 @@ public:
     // Audio thread, in place. Planes beyond the second are never touched.
     void process(float* const* planes, int channels, int frames);
 
+    // How late the chain makes the voice when it runs `p`: its block-based
+    // stages (spectral reduction, neural suppression when it is there)
+    // delay the whole voice by their blocks.
+    int delayFrames(const EffectPreset& p) const;
+    // Audio thread, after process(): how late the packet it returned is (the
+    // chain switched on or off counts at once, its crossfade aside).
+    int lastDelayFrames() const { return lastDelayFrames_; }
+
     float inputLevelDb() const { return inputLevelDb_.load(std::memory_order_relaxed); }
     float outputLevelDb() const { return outputLevelDb_.load(std::memory_order_relaxed); }
     float compressorDetectorDb() const { return compDetectorDb_.load(std::memory_order_relaxed); }
@@ -98,6 +106,7 @@ private:
     // packet while it crossfades.
     SwitchFade fade_;
     bool started_ = false;
+    int lastDelayFrames_ = 0;
     std::vector<float> dry_[2];
     Gate gate_;
     Equaliser equaliser_;

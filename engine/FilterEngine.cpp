@@ -61,6 +61,11 @@ void FilterEngine::prepare(double sampleRate) {
     analyser_->prepare(sampleRate);
     chain_->prepare(sampleRate, blockHint);
     effects_->prepare(sampleRate, blockHint);
+    // Room for the longest delay the chains can add, and a second to spare.
+    for (std::vector<float>& line : otherLines_) {
+        line.assign(static_cast<size_t>(sampleRate) + 1, 0.0f);
+    }
+    otherWrite_ = 0;
     safety_.setCeilingDb(kSafetyCeilingDb);
     safety_.setReleaseMs(kSafetyReleaseMs);
     safety_.prepare(sampleRate);
@@ -81,6 +86,7 @@ void FilterEngine::restoreFromSettings() {
         return;
     }
     const AppSettings settings = store_->load();
+    voiceOnKeys_ = keysHoldVoices(settings.keyAssignments);
     lastPresetName_ = settings.lastPresetName;
     uiScale_ = settings.uiScale;
     showNumericValues_ = settings.showNumericValues;
@@ -102,7 +108,14 @@ void FilterEngine::restoreFromSettings() {
             setSoundFxPreset(p->preset, true);
         }
     }
+    pushSoundFx();
     notify(kAppFieldsChanged);
+}
+
+bool FilterEngine::keysHoldVoices(const KeyAssignmentSet& keys) {
+    return keys.defaultKey.hasSoundFxPreset ||
+           std::any_of(keys.keys.begin(), keys.keys.end(),
+                       [](const KeyAssignment& key) { return key.hasSoundFxPreset; });
 }
 
 bool FilterEngine::saveAppFields() const {
@@ -147,18 +160,14 @@ void FilterEngine::applyNamedSoundFxPreset(const SoundFxPreset& preset, const st
 }
 
 double FilterEngine::latencyMs() const {
-    if (sampleRate_ <= 0.0 || holds_ > 0 || !cleaning_.active) {
+    if (sampleRate_ <= 0.0) {
         return 0.0;
     }
-    int samples = 0;
-    if (cleaning_.spectral.enabled) {
-        samples += SpectralDenoiser::kDelay;
+    int frames = effects_->isAligned() ? VoiceAlignment::delayFramesAt(sampleRate_) : 0;
+    if (holds_ == 0 && cleaning_.active && !cleaning_.bypass) {
+        frames += chain_->delayFrames(cleaning_);
     }
-    // A frame being collected and the model's own frame of lag.
-    if (cleaning_.noise.enabled && chain_->noiseSuppressionAvailable()) {
-        samples += 2 * NoiseSuppressor::kFrameLength;
-    }
-    return 1000.0 * samples / sampleRate_;
+    return 1000.0 * frames / sampleRate_;
 }
 
 std::optional<AppSettings> FilterEngine::readSettings() const {
@@ -178,6 +187,10 @@ void FilterEngine::releaseHeldKey() {
 }
 
 void FilterEngine::keyAssignmentsChanged() {
+    if (const std::optional<AppSettings> settings = readSettings()) {
+        voiceOnKeys_ = keysHoldVoices(settings->keyAssignments);
+        pushSoundFx();
+    }
     keys_.refreshIdle();
     notify(kKeysChanged);
 }
@@ -251,6 +264,14 @@ void FilterEngine::pushCleaning() {
 void FilterEngine::pushSoundFx() {
     effects_->setParameters(fx_);
     effects_->setActive(fxActive_ && holds_ == 0);
+    // The voice is aligned while any voice can come on air without the
+    // dialog: the effects are on, or a key holds a voice. A key, a hotkey or
+    // obs-websocket then switches voices on one timeline (see
+    // VoiceAlignment). A streamer who uses no voices keeps the undelayed
+    // voice; switching the effects on or off in the dialog, or giving the
+    // first key a voice, is the one change that moves the delay. A
+    // measurement hold moves nothing.
+    effects_->setAligned(fxActive_ || voiceOnKeys_);
 }
 
 int FilterEngine::addListener(Listener listener) {
@@ -271,13 +292,40 @@ void FilterEngine::notify(unsigned changes) {
     }
 }
 
-void FilterEngine::processAudio(float* const* planes, int planeCount, int frames) {
+int FilterEngine::processAudio(float* const* planes, int planeCount, int frames) {
     chain_->process(planes, planeCount, frames);
-    effects_->process(planes, planeCount, frames);
-    // The analyser hears the chains' output before the safety limiter: a
-    // diagnosis take must see a clipping microphone as it is.
+    // The analyser hears the voice before the voice effects (held off while a
+    // take records) and their constant delay, so that a take measures its own
+    // moments, and before the safety limiter: a diagnosis take must see a
+    // clipping microphone as it is.
     analyse(planes, planeCount, frames);
+    effects_->process(planes, planeCount, frames);
     safety_.process(planes, planeCount, frames);
+    const int delay = chain_->lastDelayFrames() + effects_->delayFrames();
+    delayOtherPlanes(planes, planeCount, frames, delay);
+    return delay;
+}
+
+void FilterEngine::delayOtherPlanes(float* const* planes, int planeCount, int frames, int delay) {
+    const int others = std::min(planeCount - 2, kOtherPlanes);
+    if (others <= 0 || otherLines_[0].empty()) {
+        return;
+    }
+    const int size = static_cast<int>(otherLines_[0].size());
+    delay = std::clamp(delay, 0, size - 1);
+    int write = otherWrite_;
+    for (int c = 0; c < others; ++c) {
+        float* line = otherLines_[c].data();
+        float* x = planes[c + 2];
+        write = otherWrite_;
+        for (int i = 0; i < frames; ++i) {
+            line[write] = x[i];
+            const int read = write >= delay ? write - delay : write - delay + size;
+            x[i] = line[read];
+            write = write + 1 == size ? 0 : write + 1;
+        }
+    }
+    otherWrite_ = write;
 }
 
 void FilterEngine::analyse(const float* const* planes, int planeCount, int frames) {

@@ -81,6 +81,8 @@ public:
     // path; before audio flows, never while.
     void prepare(double sampleRate);
     void setNoiseModelLocation(const NoiseModelLocation& location);
+    // The rate of the last prepare(); 0 before.
+    double sampleRate() const { return sampleRate_; }
 
     void setStore(std::unique_ptr<SettingsStore> store);
     SettingsStore* store() const { return store_.get(); }
@@ -132,10 +134,11 @@ public:
     void keyAssignmentsChanged();
     const KeyAssignmentRules& keys() const { return keys_; }
 
-    // The delay the cleaning chain adds, in milliseconds: its block-based
-    // stages (spectral reduction, neural suppression) delay the whole voice by
-    // their blocks. The pitch shifter's own delay, only in its wet signal and
-    // varying while it runs, is not part of it.
+    // How late the filter's output is, in milliseconds: the cleaning chain's
+    // block-based stages (spectral reduction, neural suppression) and the
+    // voice effects' constant delay while voices are in use (see
+    // VoiceAlignment). What the dialog shows; processAudio() reports the same
+    // for each packet.
     double latencyMs() const;
 
     // ---- application fields ----
@@ -168,10 +171,12 @@ public:
     int addListener(Listener listener);
     void removeListener(int id);
 
-    // The host's audio callback: both chains in place, the analyser, then the
-    // safety limiter (nothing leaves above -1 dBFS).
-    // `planes` holds `channels` non-null planes of `frames` samples.
-    void processAudio(float* const* planes, int channels, int frames);
+    // The host's audio callback: the cleaning chain, the analyser, the voice
+    // effects, then the safety limiter (nothing leaves above -1 dBFS).
+    // `planes` holds `channels` non-null planes of `frames` samples. Returns
+    // how late the audio it returns is, in frames: the host moves the
+    // packet's timestamp earlier by as much.
+    int processAudio(float* const* planes, int channels, int frames);
 
 private:
     struct AlignedDelete {
@@ -185,6 +190,7 @@ private:
     void pushSoundFx();
     void notify(unsigned changes);
     std::optional<AppSettings> readSettings() const;
+    static bool keysHoldVoices(const KeyAssignmentSet& keys);
 
     // What the key rules change: the engine's own voice, through its writers.
     class KeyTarget final : public KeyAssignmentTarget {
@@ -219,6 +225,7 @@ private:
     KeyTarget keyTarget_{*this};
     KeyAssignmentRules keys_;
     int holds_ = 0;
+    bool voiceOnKeys_ = false; // a voice key can put a voice on air
     double sampleRate_ = 0.0;
 
     std::atomic<bool> recordingMode_{false};
@@ -228,6 +235,14 @@ private:
 
     std::vector<std::pair<int, Listener>> listeners_;
     int nextListenerId_ = 1;
+
+    // Planes beyond the second carry no voice the chains shape, but they
+    // must stay in step with the first two: each goes through a plain delay
+    // of the packet's delay. Sized at prepare().
+    void delayOtherPlanes(float* const* planes, int planeCount, int frames, int delay);
+    static constexpr int kOtherPlanes = 6;
+    std::vector<float> otherLines_[kOtherPlanes];
+    int otherWrite_ = 0;
 
     // Mixes stereo to mono for the analyser; never reallocated.
     float analyserMix_[512] = {};

@@ -9,7 +9,10 @@
 
 #include <media-io/audio-io.h>
 #include <obs-module.h>
+#include <util/util_uint64.h>
 
+#include <cmath>
+#include <memory>
 #include <new>
 
 namespace Lumora {
@@ -49,6 +52,22 @@ void filterUpdate(void* data, obs_data_t* settings) {
     engine->setRecordingMode(obs_data_get_bool(settings, kSettingRecordingMode));
 }
 
+// The log says how late the filter's output is whenever that changes, so that
+// a voice out of step with the picture can be traced to a setting.
+void logDelayChanges(FilterEngine* engine) {
+    auto last = std::make_shared<long>(-1);
+    auto report = [engine, last](unsigned) {
+        const long tenths = std::lround(engine->latencyMs() * 10.0);
+        if (tenths != *last) {
+            *last = tenths;
+            blog(LOG_INFO, "[Lumora] output delay %.1f ms; timestamps moved earlier to match",
+                 tenths / 10.0);
+        }
+    };
+    report(0);
+    engine->addListener(report);
+}
+
 void* filterCreate(obs_data_t* settings, obs_source_t* source) {
     FilterEngine* engine = new (std::nothrow) FilterEngine();
     if (!engine) {
@@ -81,6 +100,7 @@ void* filterCreate(obs_data_t* settings, obs_source_t* source) {
     registerVoiceHotkeys(source, engine);
     watchVoiceChanges(source, engine);
     blog(LOG_INFO, "[Lumora] filter created (sr=%u ch=%u)", sampleRate, channels);
+    logDelayChanges(engine);
     return engine;
 }
 
@@ -111,10 +131,17 @@ obs_audio_data* filterAudio(void* data, obs_audio_data* audio) {
         planes[count] = reinterpret_cast<float*>(audio->data[count]);
         ++count;
     }
-    if (count == 0) {
+    if (count == 0 || audio->frames == 0) {
         return audio;
     }
-    engine->processAudio(planes, count, static_cast<int>(audio->frames));
+    // Like OBS's own delaying filters: the packet says when its sound was
+    // heard, so OBS keeps voice and picture together by itself.
+    const int delay = engine->processAudio(planes, count, static_cast<int>(audio->frames));
+    if (delay > 0 && engine->sampleRate() > 0.0) {
+        const uint64_t ns = util_mul_div64(static_cast<uint64_t>(delay), 1000000000ULL,
+                                           static_cast<uint64_t>(engine->sampleRate()));
+        audio->timestamp = audio->timestamp > ns ? audio->timestamp - ns : 0;
+    }
     return audio;
 }
 

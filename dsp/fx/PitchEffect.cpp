@@ -17,7 +17,6 @@ void PitchEffect::prepare(double sampleRate) {
     }
     formantEq_.prepare(sampleRate);
     for (int c = 0; c < 2; ++c) {
-        dry_[c].assign(kMaxBlock, 0.0f);
         layerBInput_[c].assign(kMaxBlock, 0.0f);
     }
     scratch_.assign(kMaxBlock, 0.0f);
@@ -64,8 +63,8 @@ void PitchEffect::designShelves(int layerIndex, float shift) {
     shelvesDesigned_[layerIndex] = true;
 }
 
-void PitchEffect::process(float* const* channels, int channelCount, int frames,
-                          const PitchParams& p) {
+void PitchEffect::process(float* const* channels, const float* const* aligned, int channelCount,
+                          int frames, const PitchParams& p) {
     if (scratch_.empty()) {
         return;
     }
@@ -91,18 +90,14 @@ void PitchEffect::process(float* const* channels, int channelCount, int frames,
 
     for (int c = 0; c < used; ++c) {
         float* x = channels[c];
-        if (blendDry) {
-            std::memcpy(dry_[c].data(), x, bytes);
-        }
         if (p.layerBEnabled) {
             std::memcpy(layerBInput_[c].data(), x, bytes);
         }
 
         PitchShifterLayer& a = layers_[0][c];
         a.setSemitones(p.semitonesA);
-        const int k = a.process(x, n, scratch_.data());
-        std::memcpy(x, scratch_.data(), static_cast<size_t>(k) * sizeof(float));
-        std::fill(x + k, x + n, 0.0f);
+        a.process(x, n, scratch_.data());
+        std::memcpy(x, scratch_.data(), bytes);
         if (shelvesA) {
             shelves_[0][c].process(x, n);
         }
@@ -110,12 +105,14 @@ void PitchEffect::process(float* const* channels, int channelCount, int frames,
         if (p.layerBEnabled) {
             PitchShifterLayer& b = layers_[1][c];
             b.setSemitones(p.semitonesB);
+            // Mixed in only where its voice flows, so that layer A does
+            // not dip while B is not yet due.
             const int kb = b.process(layerBInput_[c].data(), n, scratch_.data());
             if (shelvesB) {
-                shelves_[1][c].process(scratch_.data(), kb);
+                shelves_[1][c].process(scratch_.data(), n);
             }
             const float mix = p.mixAB;
-            for (int i = 0; i < kb; ++i) {
+            for (int i = n - kb; i < n; ++i) {
                 x[i] = mix * scratch_[i] + (1.0f - mix) * x[i];
             }
         }
@@ -129,7 +126,7 @@ void PitchEffect::process(float* const* channels, int channelCount, int frames,
         const float wet = p.wetMix;
         for (int c = 0; c < used; ++c) {
             float* x = channels[c];
-            const float* d = dry_[c].data();
+            const float* d = aligned[c];
             for (int i = 0; i < n; ++i) {
                 x[i] = wet * x[i] + (1.0f - wet) * d[i];
             }

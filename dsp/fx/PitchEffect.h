@@ -20,8 +20,9 @@ namespace Lumora {
 // to its own output before the blend, so each layer's formant knob acts on that
 // layer alone (layer A's shelves likewise act on layer A before the blend).
 //
-// Each layer starts silent and fills (see PitchShifterLayer); the dry signal is
-// not delayed to match, so the shifter's latency shows in the blend.
+// Each layer gives silence until its voice is due, VoiceAlignment::kDelayMs
+// after it started (see PitchShifterLayer). The dry part of the blend is the
+// input as late, so the blend holds one moment of the voice.
 class PitchEffect {
 public:
     static constexpr int kMaxBlock = PitchShifterLayer::kMaxBlock;
@@ -34,8 +35,10 @@ public:
     void prepare(double sampleRate);
     // Restarts the shifters (silent until they fill again) and clears filters.
     void reset();
-    // frames ≤ kMaxBlock.
-    void process(float* const* channels, int channelCount, int frames, const PitchParams& p);
+    // In place; `aligned` holds the same input delayed by the layers' delay,
+    // the dry part of the blend. frames ≤ kMaxBlock.
+    void process(float* const* channels, const float* const* aligned, int channelCount, int frames,
+                 const PitchParams& p);
 
     const PitchShifterLayer& layer(int layerIndex, int channel) const {
         return layers_[layerIndex][channel];
@@ -43,6 +46,10 @@ public:
     long underruns() const;
     // The shifted voice is coming out (the shifters have filled).
     bool flowing() const { return layers_[0][0].isRunning(); }
+    // A layer's pitch went far the other way from where it started.
+    bool wantsRestart() const {
+        return !layers_[0][0].suitsItsPitch() || (layerBLive_ && !layers_[1][0].suitsItsPitch());
+    }
 
 private:
     struct Shelves {
@@ -62,7 +69,6 @@ private:
     bool shelvesDesigned_[2] = {false, false};
     bool layerBLive_ = false; // layer B ran in the previous block
     FormantEq formantEq_;
-    std::vector<float> dry_[2];
     std::vector<float> layerBInput_[2];
     std::vector<float> scratch_;
 };

@@ -1,5 +1,7 @@
 #include "dsp/fx/PitchShifterLayer.h"
 
+#include "dsp/fx/VoiceAlignment.h"
+
 #include <soundtouch/SoundTouch.h>
 
 #include <algorithm>
@@ -46,7 +48,7 @@ void PitchShifterLayer::prepare(double sampleRate) {
     const int sequence =
         static_cast<int>(std::lround((kSequenceMs - kOverlapMs) * 0.001 * sampleRate));
     maxBacklog_ = 2 * kMaxBlock + 4 * sequence;
-    startMargin_ = static_cast<int>(std::lround(kOverlapMs * 0.001 * sampleRate)) + kProbe;
+    delay_ = VoiceAlignment::delayFramesAt(sampleRate);
     queue_.assign(static_cast<size_t>(maxBacklog_) + resampled_.size() + kMaxBlock, 0.0f);
 
     // Grow the stretcher's buffers to their working maximum now: the largest
@@ -83,9 +85,9 @@ void PitchShifterLayer::reset() {
     queueLength_ = 0;
     started_ = false;
     running_ = false;
-    outputSeen_ = false;
-    inputSinceOutput_ = 0.0;
-    reserve_ = 0;
+    untilDue_ = delay_;
+    debt_ = 0;
+    waiting_ = false;
 }
 
 void PitchShifterLayer::setSemitones(float semitones) {
@@ -98,6 +100,13 @@ void PitchShifterLayer::setSemitones(float semitones) {
     stretcher_->setTempo(1.0 / ratio_);
 }
 
+int PitchShifterLayer::burst() const {
+    // One sequence of the stretcher's output, stretched by the resampler
+    // when it comes after the stretcher.
+    const double sequence = (kSequenceMs - kOverlapMs) * 0.001 * sampleRate_;
+    return static_cast<int>(std::ceil(stretchFirst_ ? sequence / std::min(ratio_, 1.0) : sequence));
+}
+
 int PitchShifterLayer::buffered() const {
     if (!stretcher_) {
         return 0;
@@ -108,25 +117,6 @@ int PitchShifterLayer::buffered() const {
 void PitchShifterLayer::put(const float* samples, int count) {
     if (count > 0) {
         stretcher_->putSamples(samples, static_cast<unsigned>(count));
-    }
-}
-
-void PitchShifterLayer::feed(const float* samples, int count, double scale) {
-    if (running_ || outputSeen_) {
-        put(samples, count);
-        inputSinceOutput_ += count * scale;
-        return;
-    }
-    int pos = 0;
-    while (pos < count && stretcher_->numSamples() == 0) {
-        const int piece = std::min(kProbe, count - pos);
-        put(samples + pos, piece);
-        pos += piece;
-    }
-    put(samples + pos, count - pos);
-    if (stretcher_->numSamples() > 0) {
-        outputSeen_ = true;
-        inputSinceOutput_ = (count - pos) * scale;
     }
 }
 
@@ -181,37 +171,43 @@ int PitchShifterLayer::process(const float* in, int n, float* out) {
         stretchFirst_ = ratio_ > 1.0;
         started_ = true;
     }
-    // Input already past the first output before this block, in input samples.
-    const double passed = inputSinceOutput_;
     if (stretchFirst_) {
-        feed(in, n, 1.0);
+        put(in, n);
         drainThroughResampler();
     } else {
-        const int m = resampler_.process(in, n, resampled_.data());
-        feed(resampled_.data(), m, resampler_.step());
+        put(resampled_.data(), resampler_.process(in, n, resampled_.data()));
     }
 
-    const int available = buffered();
-    if (!running_) {
-        const bool ready = reserve_ > 0 ? available >= n + reserve_
-                                        : outputSeen_ && passed >= startMargin_ && available >= n;
-        if (!ready) {
-            return 0;
+    // Silence until the voice is due, then the voice.
+    const int lead = std::min(untilDue_, n);
+    untilDue_ -= lead;
+    std::fill(out, out + lead, 0.0f);
+    const int due = n - lead;
+    if (due > 0) {
+        if (waiting_ && buffered() >= due + burst()) {
+            waiting_ = false;
         }
-        running_ = true;
-    }
-    int taken;
-    if (available >= n) {
-        taken = take(out, n);
-    } else {
-        taken = take(out, available);
-        running_ = false;
-        // One burst of output: a sequence, stretched by the resampler when
-        // it comes after the stretcher.
-        const double burst = stretcher_->getSetting(SETTING_NOMINAL_OUTPUT_SEQUENCE);
-        reserve_ =
-            static_cast<int>(std::ceil(stretchFirst_ ? burst / std::min(ratio_, 1.0) : burst));
-        ++underruns_;
+        int taken = 0;
+        if (!waiting_) {
+            // Behind after a gap: back onto the timeline with what is to
+            // spare beyond a burst of reserve.
+            const int spare = buffered() - due - burst();
+            if (debt_ > 0 && spare > 0) {
+                const int late = std::min(debt_, spare);
+                discard(late);
+                debt_ -= late;
+            }
+            taken = take(out + lead, std::min(due, buffered()));
+            if (taken < due) {
+                ++underruns_;
+                waiting_ = true;
+            }
+        }
+        std::fill(out + lead + taken, out + n, 0.0f);
+        debt_ += due - taken;
+        // Flowing from the first block that is voice from its start: a
+        // crossfade into it then never meets the silence before the voice.
+        running_ = running_ || (lead == 0 && taken > 0);
     }
     // Output piling up (only after large pitch jumps) would add latency for
     // good; drop the oldest surplus instead.
@@ -219,7 +215,7 @@ int PitchShifterLayer::process(const float* in, int n, float* out) {
     if (excess > 0) {
         discard(excess);
     }
-    return taken;
+    return due;
 }
 
 } // namespace Lumora

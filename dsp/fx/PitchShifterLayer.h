@@ -28,22 +28,21 @@ namespace Lumora {
 // the order when it starts: resample then stretch for a downward shift or
 // none, stretch then resample for an upward one, as SoundTouch does inside.
 // The order is kept while the knob moves (switching it would click); both
-// orders work for every ratio, only the latency differs.
+// orders work for every ratio, only the latency differs, and a pitch dragged
+// more than kWrongWaySemitones the other way asks for a restart (which the
+// chain crossfades through the dry voice) rather than fall behind its delay.
 //
-// Output is taken a whole block at a time, and only once it can keep flowing.
-// The stretcher delivers its output in bursts of one sequence each time its
-// input has grown by one sequence; between bursts its output drains by a block
-// per packet. Taking the first block as soon as one is there can leave too
-// little to bridge the next gap, depending on how the packet size and the
-// sequence happen to line up, and a gap follows seconds later. So while
-// filling, the layer feeds the stretcher in small pieces to see where its first
-// output appears, and starts once the input has passed that point by the first
-// sequence's shortfall (one overlap, 8 ms) plus a margin: from then on each
-// burst arrives before the output runs dry. The price is at most one packet
-// of extra latency. Should the stream run dry anyway (the pitch jumped, a
-// packet grew), the block is padded with silence and the layer waits for a
-// whole sequence of reserve before it speaks again: one fault costs one gap,
-// not a stutter.
+// Timing. Every layer delays the voice by the same VoiceAlignment::kDelayMs,
+// whatever its shift and the packet size: its first output sample is the
+// first input sample, due exactly that many samples after the layer started;
+// before that it gives silence. The stretcher delivers in bursts, one
+// sequence each time its input has grown by one, and holds more input the
+// faster it plays, so the delay covers its longest wait at a steady pitch
+// (about 55 ms). A pitch dragged far the other way from where it started can
+// make a burst late all the same: the missing samples are silence, the layer
+// waits for a burst of reserve before it speaks again (one fault costs one
+// gap, not a stutter), and it drops as many samples as it fell behind once
+// it has voice to spare, so that it comes back onto its timeline.
 class PitchShifterLayer {
 public:
     static constexpr int kMaxBlock = 4096;
@@ -54,8 +53,8 @@ public:
     static constexpr int kSequenceMs = 40;
     static constexpr int kSeekWindowMs = 15;
     static constexpr int kOverlapMs = 8;
-    // Piece size while looking for the first output, in samples.
-    static constexpr int kProbe = 64;
+    // Beyond 4 semitones the wrong way, either order falls behind the delay.
+    static constexpr float kWrongWaySemitones = 3.0f;
 
     PitchShifterLayer();
     ~PitchShifterLayer();
@@ -69,12 +68,22 @@ public:
     void reset();
     void setSemitones(float semitones);
 
-    // Puts n (≤ kMaxBlock) samples in; writes 0 or n samples (fewer only on an
-    // underrun) to out and returns how many.
+    // Puts n (≤ kMaxBlock) samples in and writes n to out. Returns how many of
+    // them, at the end of out, are the shifted voice; those before it are the
+    // silence before the voice is due.
     int process(const float* in, int n, float* out);
 
+    // The shifted voice is coming out.
     bool isRunning() const { return running_; }
+    int delayFrames() const { return delay_; }
     bool stretchesFirst() const { return stretchFirst_; }
+    // False once the pitch has gone so far the other way from where the
+    // layer started that its order would keep it late (beyond
+    // kWrongWaySemitones): it wants a restart, which picks the other order.
+    bool suitsItsPitch() const {
+        return !started_ ||
+               (stretchFirst_ ? semitones_ > -kWrongWaySemitones : semitones_ < kWrongWaySemitones);
+    }
     long underruns() const { return underruns_; }
     long trimmedSamples() const { return trimmed_; }
     int buffered() const;
@@ -82,9 +91,7 @@ public:
 private:
     void configure();
     void put(const float* samples, int count);
-    // Feeds the stretcher; while filling, in pieces, noting where its output
-    // begins. `scale` converts stretcher input samples to input samples.
-    void feed(const float* samples, int count, double scale);
+    int burst() const;
     void drainThroughResampler();
     int take(float* out, int count);
     void discard(int count);
@@ -101,10 +108,10 @@ private:
     bool started_ = false;
     bool stretchFirst_ = false;
     bool running_ = false;
-    bool outputSeen_ = false;       // the stretcher has produced output since the fill began
-    double inputSinceOutput_ = 0.0; // input samples put after that point
-    int reserve_ = 0;
-    int startMargin_ = 0;
+    int delay_ = 0;
+    int untilDue_ = 0;     // samples of silence still to give before the voice
+    int debt_ = 0;         // samples the voice has fallen behind its timeline
+    bool waiting_ = false; // after a gap, for a burst of reserve
     int maxBacklog_ = 0;
     long underruns_ = 0;
     long trimmed_ = 0;

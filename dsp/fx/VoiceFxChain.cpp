@@ -41,6 +41,7 @@ void VoiceFxChain::prepare(double sampleRate, int /*blockLength*/) {
         return;
     }
     sampleRate_ = sampleRate;
+    align_.prepare(sampleRate);
     pitch_.prepare(sampleRate);
     modulation_.prepare(sampleRate);
     radio_.prepare(sampleRate);
@@ -52,9 +53,11 @@ void VoiceFxChain::prepare(double sampleRate, int /*blockLength*/) {
     ran_.fill(false);
     relaunch_.fill(false);
     started_ = false;
-    for (std::vector<float>& dry : dry_) {
-        dry.assign(kMaxBlock, 0.0f);
+    for (int c = 0; c < 2; ++c) {
+        dry_[c].assign(kMaxBlock, 0.0f);
+        late_[c].assign(kMaxBlock, 0.0f);
     }
+    delayFrames_ = 0;
     prepared_ = true;
 }
 
@@ -79,11 +82,18 @@ void VoiceFxChain::process(float* const* planes, int channels, int frames) {
     params_ = parameters_.acquire();
     // Switched off, the chain goes on running until every effect has faded out.
     const bool on = active && params_.anyEnabled();
+    const bool running = prepared_ && used > 0 && (on || fading());
+    const bool aligned = aligned_.load(std::memory_order_acquire);
+    aligning_ = aligned;
     // The first sound after prepare: nothing is switched, nothing fades.
     settle_ = !started_;
+    if (settle_ && prepared_ && n > 0) {
+        align_.reset(aligned);
+    }
     started_ = started_ || n > 0;
+    delayFrames_ = prepared_ && used > 0 && aligned ? align_.delayFrames() : 0;
 
-    if (!prepared_ || used < 1 || (!on && !fading())) {
+    if (!running) {
         double sum = 0.0;
         for (int c = 0; c < used; ++c) {
             sum += sumOfSquares(planes[c], n);
@@ -96,6 +106,15 @@ void VoiceFxChain::process(float* const* planes, int channels, int frames) {
         // Off, the gains are unity: switched on again, they ramp from there.
         inputGain_.reset();
         outputGain_.reset();
+        if (prepared_ && used > 0) {
+            float* block[2] = {nullptr, nullptr};
+            for (int start = 0; start < n; start += kMaxBlock) {
+                for (int c = 0; c < used; ++c) {
+                    block[c] = planes[c] + start;
+                }
+                align_.process(block, block, used, std::min(kMaxBlock, n - start), aligned);
+            }
+        }
         return;
     }
 
@@ -162,6 +181,10 @@ void VoiceFxChain::processBlock(float* const* ch, int used, int n, bool on, doub
 
 void VoiceFxChain::runEffects(float* const* ch, int used, int n, bool chainOn) {
     std::array<bool, kEffectCount> done{};
+    // The pitch stage's place holds the chain's delay; an order without it
+    // (a damaged preset) takes the delay at the end.
+    const bool pitchListed = std::find(params_.effectOrder.begin(), params_.effectOrder.end(),
+                                       kEffectPitch) != params_.effectOrder.end();
     for (const int32_t code : params_.effectOrder) {
         // Unknown codes are skipped; a code stored twice runs once, where it
         // first appears.
@@ -186,6 +209,10 @@ void VoiceFxChain::runEffects(float* const* ch, int used, int n, bool chainOn) {
         if (settle_) {
             fade.settle(on);
         }
+        if (code == kEffectPitch) {
+            runPitch(fade, on, ch, used, n);
+            continue;
+        }
         if (!on && fade.silent()) {
             ran = false;
             continue;
@@ -205,14 +232,45 @@ void VoiceFxChain::runEffects(float* const* ch, int used, int n, bool chainOn) {
             std::copy(ch[c], ch[c] + n, dry_[c].data());
         }
         runEffect(code, ch, used, n, lastOn_);
-        // The pitch fades in once the shifted voice flows: until the shifters
-        // have filled, the dry voice goes on rather than their silence.
-        const bool wet = on && (code != kEffectPitch || pitch_.flowing());
         const float* dry[2] = {dry_[0].data(), dry_[1].data()};
-        fade.mix(dry, ch, used, n, wet);
+        fade.mix(dry, ch, used, n, on);
         ran = on || !fade.silent();
     }
+    if (!pitchListed) {
+        align_.process(ch, ch, used, n, aligning_);
+    }
     settle_ = false;
+}
+
+void VoiceFxChain::runPitch(SwitchFade& fade, bool on, float* const* ch, int used, int n) {
+    bool& ran = ran_[static_cast<size_t>(kEffectPitch)];
+    float* late[2] = {late_[0].data(), late_[1].data()};
+    // The delayed voice, always: the line stays current for whenever the
+    // shifter is off, and it is the dry part of the shifter's blend.
+    align_.process(ch, late, used, n, aligning_);
+    if (!on && fade.silent()) {
+        ran = false;
+        for (int c = 0; c < used; ++c) {
+            std::copy(late[c], late[c] + n, ch[c]);
+        }
+        return;
+    }
+    if (on && !ran) {
+        pitch_.reset(); // from silence, not from what it held before
+    }
+    ran = true;
+    if (on) {
+        keepSettings(kEffectPitch);
+    }
+    const float* dry[2] = {late[0], late[1]};
+    pitch_.process(ch, dry, used, n, on ? params_.pitch : lastOn_.pitch);
+    if (on && fade.full()) {
+        return;
+    }
+    // The pitch fades in once the shifted voice flows: until it is due, the
+    // delayed dry voice goes on rather than the shifter's silence.
+    fade.mix(dry, ch, used, n, on && pitch_.flowing());
+    ran = on || !fade.silent();
 }
 
 bool VoiceFxChain::jumped(int code) const {
@@ -221,7 +279,7 @@ bool VoiceFxChain::jumped(int code) const {
     case kEffectPitch: {
         const PitchParams& now = params_.pitch;
         const PitchParams& was = lastOn_.pitch;
-        return apart(now.semitonesA, was.semitonesA, 1.0f) ||
+        return pitch_.wantsRestart() || apart(now.semitonesA, was.semitonesA, 1.0f) ||
                apart(now.formantShiftA, was.formantShiftA, 0.2f) ||
                now.layerBEnabled != was.layerBEnabled ||
                (now.layerBEnabled && (apart(now.semitonesB, was.semitonesB, 1.0f) ||
@@ -255,9 +313,6 @@ bool VoiceFxChain::enabled(int code) const {
 
 void VoiceFxChain::runEffect(int code, float* const* ch, int used, int n, const SoundFxPreset& p) {
     switch (code) {
-    case kEffectPitch:
-        pitch_.process(ch, used, n, p.pitch);
-        break;
     case kEffectModulation:
         modulation_.process(ch, used, n, p.mod);
         break;

@@ -10,6 +10,7 @@
 #include "dsp/fx/PitchEffect.h"
 #include "dsp/fx/RadioEffect.h"
 #include "dsp/fx/ReverbEffect.h"
+#include "dsp/fx/VoiceAlignment.h"
 
 #include <array>
 #include <atomic>
@@ -30,6 +31,12 @@ namespace Lumora {
 // diagnosis listens to the raw voice; an edit arriving meanwhile (a key press
 // applying a preset, say) must not switch them back on behind its back.
 // The flag starts off; whoever loads the user's effects switches it on.
+//
+// Aligned, everything that leaves the chain is late by the pitch shifter's
+// constant delay, effects on or off (see VoiceAlignment); the pitch stage's
+// place in the order is where that delay sits. Unaligned (the start), only a
+// shifted voice is late; the engine aligns the chain whenever voices are in
+// use.
 class VoiceFxChain {
 public:
     // Longest run of frames processed in one go; longer packets are split.
@@ -50,6 +57,11 @@ public:
     SoundFxPreset getParameters() const;
     void setActive(bool active) { active_.store(active, std::memory_order_release); }
     bool isActive() const { return active_.load(std::memory_order_acquire); }
+    // Interface thread: whether the voice goes through the constant delay.
+    void setAligned(bool aligned) { aligned_.store(aligned, std::memory_order_release); }
+    bool isAligned() const { return aligned_.load(std::memory_order_acquire); }
+    // Audio thread, after process(): how late the packet it returned is.
+    int delayFrames() const { return delayFrames_; }
 
     // Audio thread, in place; planes beyond the second are never touched.
     void process(float* const* planes, int channels, int frames);
@@ -70,6 +82,7 @@ private:
     bool enabled(int code) const;
     bool jumped(int code) const;
     void runEffect(int code, float* const* ch, int used, int n, const SoundFxPreset& p);
+    void runPitch(SwitchFade& fade, bool on, float* const* ch, int used, int n);
     void keepSettings(int code);
     void resetEffect(int code);
     void resetEffects();
@@ -79,6 +92,7 @@ private:
     bool prepared_ = false;
     ParameterHandOver<SoundFxPreset> parameters_;
     std::atomic<bool> active_{false};
+    std::atomic<bool> aligned_{false};
     std::atomic<float> inputLevelDb_{-96.0f};
     std::atomic<float> outputLevelDb_{-96.0f};
 
@@ -96,10 +110,14 @@ private:
     // out goes on sounding as it did, not with the settings of the voice
     // that switched it off.
     SoundFxPreset lastOn_;
-    std::vector<float> dry_[2]; // the block before an effect that is fading
+    std::vector<float> dry_[2];  // the block before an effect that is fading
+    std::vector<float> late_[2]; // the block at the pitch stage, delayed
+    int delayFrames_ = 0;
+    bool aligning_ = false; // this packet's aligned_
     long recoveries_ = 0;
     GainRamp inputGain_;
     GainRamp outputGain_;
+    VoiceAlignment align_;
     PitchEffect pitch_;
     ModulationEffect modulation_;
     RadioEffect radio_;

@@ -45,6 +45,19 @@ std::vector<float> run(FilterEngine& engine, const std::vector<float>& in) {
     return out;
 }
 
+// What comes out of a stream of the same packet over and over, delayed by
+// `delay` frames, once the delay has filled.
+std::vector<float> late(const std::vector<float>& packet, int delay) {
+    const size_t n = packet.size();
+    std::vector<float> out(n);
+    for (size_t i = 0; i < n; ++i) {
+        out[i] = packet[(i + n - static_cast<size_t>(delay) % n) % n];
+    }
+    return out;
+}
+
+const int kVoiceDelay = VoiceAlignment::delayFramesAt(kRate);
+
 std::vector<float> tone() {
     std::vector<float> x(480);
     for (size_t i = 0; i < x.size(); ++i) {
@@ -64,16 +77,22 @@ TEST(FilterEngine, AHoldPassesTheRawVoiceBitExactAndKeepsWhatIsAppliedMeanwhile)
     {
         FilterEngine::MeasurementHold hold = engine.holdForMeasurement();
         EXPECT_TRUE(engine.measuring());
-        for (int i = 0; i < 3; ++i) {
-            run(engine, in); // the voice effects fade out (25 ms)
+        for (int i = 0; i < 10; ++i) {
+            run(engine, in); // the voice effects fade out (25 ms), the delay fills
         }
-        EXPECT_EQ(run(engine, in), in);
+        // The raw voice, as late as the voices' constant delay.
+        EXPECT_EQ(run(engine, in), late(in, kVoiceDelay));
+        EXPECT_DOUBLE_EQ(engine.latencyMs(), 1000.0 * kVoiceDelay / kRate);
         // A key or an edit while the take records: kept, not heard.
         EffectPreset louder = loud();
         louder.inputGainDb = 18.0f;
         engine.applyEffectPreset(louder);
         engine.setSoundFxActive(false);
+        for (int i = 0; i < 3; ++i) {
+            run(engine, in); // no voices in use: the delay crossfades away
+        }
         EXPECT_EQ(run(engine, in), in);
+        EXPECT_EQ(engine.latencyMs(), 0.0);
         EXPECT_FALSE(engine.chain().isActive());
         EXPECT_FLOAT_EQ(engine.effectPreset().inputGainDb, 18.0f);
 
@@ -144,8 +163,9 @@ TEST(FilterEngine, ChangesWhileAudioFlowsAreHeardWhole) {
         const std::vector<float> in = tone();
         while (writing.load() || packets < 50) {
             const std::vector<float> out = run(engine, in);
+            const std::vector<float> expected = late(in, kVoiceDelay);
             for (size_t i = 0; i < in.size(); ++i) {
-                if (!(std::fabs(out[i] - in[i]) <= 1e-5f)) {
+                if (packets > kVoiceDelay / 480 && !(std::fabs(out[i] - expected[i]) <= 1e-5f)) {
                     ++torn;
                     break;
                 }
@@ -322,25 +342,32 @@ TEST(FilterEngine, SwitchingVoicesMakesNoClickAndNoGap) {
     for (size_t i = 0; i < out.size(); ++i) {
         out[i] = 0.125f * std::sin(2.0f * 3.14159265f * 233.0f * static_cast<float>(i) / 48000.0f);
     }
+    size_t delay = 0;
     for (size_t v = 0; v < voices.size(); ++v) {
         engine.applySoundFxPreset(voices[v]);
         for (int at = 0; at < segment; at += packet) {
             float* planes[1] = {out.data() + v * segment + at};
-            engine.processAudio(planes, 1, packet);
+            const size_t d = static_cast<size_t>(engine.processAudio(planes, 1, packet));
+            ASSERT_TRUE(delay == 0 || d == delay) << "the delay moved with the voice";
+            delay = d;
         }
     }
+    // Every voice on one timeline, the effects' constant delay late.
+    ASSERT_EQ(delay, static_cast<size_t>(kVoiceDelay));
     float steady = 0.0f;
     for (size_t v = 0; v < voices.size(); ++v) {
-        steady =
-            std::max(steady, TestSignals::largestStep(out, v * segment + 9600, (v + 1) * segment));
+        steady = std::max(
+            steady, TestSignals::largestStep(out, v * segment + 9600 + delay,
+                                             std::min((v + 1) * segment + delay, out.size())));
     }
     for (size_t v = 1; v < voices.size(); ++v) {
-        EXPECT_LE(TestSignals::largestStep(out, v * segment - 1, v * segment + 7200), 1.5f * steady)
+        const size_t at = v * segment + delay;
+        EXPECT_LE(TestSignals::largestStep(out, at - 1, at + 7200), 1.5f * steady)
             << "switch " << v;
     }
     int quiet = 0, longest = 0;
-    for (float x : out) {
-        quiet = std::fabs(x) < 1e-4f ? quiet + 1 : 0;
+    for (size_t i = delay; i < out.size(); ++i) {
+        quiet = std::fabs(out[i]) < 1e-4f ? quiet + 1 : 0;
         longest = std::max(longest, quiet);
     }
     EXPECT_LE(longest, 96) << "samples of silence";
@@ -433,7 +460,7 @@ TEST(FilterEngine, SwitchingVoicesOnSpeechMakesNoBurstAboveSixKilohertz) {
         steady.push_back(render([&voice](size_t) -> const SoundFxPreset& { return voice; }));
     }
     for (size_t k = 1; k < voices.size(); ++k) {
-        const size_t first = switchAt[k] / 240, last = first + 6; // 30 ms
+        const size_t first = (switchAt[k] + kVoiceDelay) / 240, last = first + 6; // 30 ms
         double burst = 0.0, reference = 1e-12;
         for (size_t w = first; w <= last && w < switched.size(); ++w) {
             burst = std::max(burst, switched[w]);

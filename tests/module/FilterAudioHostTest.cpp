@@ -6,15 +6,18 @@
 #include <malloc.h>
 
 #include <chrono>
+#include <cmath>
 #include <cstring>
 #include <thread>
 
 namespace {
 
 // Pushes `frames` of a test signal through a fresh Tindra filter at the given
-// layout and returns what came out.
+// layout and returns what came out; `shiftNs` gets how much earlier than its
+// input the last packet came out, by its timestamp.
 std::vector<std::vector<float>> roundTrip(uint32_t rate, int channels, int frames, int block,
-                                          std::vector<std::vector<float>>& input) {
+                                          std::vector<std::vector<float>>& input,
+                                          int64_t& shiftNs) {
     std::string error;
     EXPECT_TRUE(host().resetAudio(rate, channels, error)) << error;
     obs_source_t* filter = host().addFilter("lumora_filter", "", error);
@@ -28,15 +31,19 @@ std::vector<std::vector<float>> roundTrip(uint32_t rate, int channels, int frame
         }
         host().push(planes, static_cast<uint32_t>(std::min(block, frames - start)), out);
     }
+    shiftNs = host().lastTimestampShiftNs();
     host().removeAllFilters();
     return out;
 }
 
 } // namespace
 
-// With no voice set the filter hands every layout back bit for bit, at the
-// output's rate, whatever the packet size; its creation is logged with both.
-TEST(FilterAudioHost, EveryLayoutPassesThroughBitExact) {
+// A fresh filter (its keys hold the built-in voices, none on air) hands every
+// layout back bit for bit, at the output's rate, whatever the packet size:
+// late by the voices' constant delay, and with timestamps moved earlier by
+// exactly that delay, so OBS keeps voice and picture together. Its creation and
+// its delay are logged.
+TEST(FilterAudioHost, EveryLayoutComesBackBitExactOnItsOwnTime) {
     const struct {
         uint32_t rate;
         int channels, block;
@@ -46,14 +53,20 @@ TEST(FilterAudioHost, EveryLayoutPassesThroughBitExact) {
                                     " ch=" + std::to_string(l.channels) + ")";
         SCOPED_TRACE(created);
         std::vector<std::vector<float>> in;
-        const auto out = roundTrip(l.rate, l.channels, 4800, l.block, in);
+        int64_t shiftNs = 0;
+        const auto out = roundTrip(l.rate, l.channels, 9600, l.block, in, shiftNs);
+        const auto delay = static_cast<size_t>(std::llround(shiftNs * 1e-9 * l.rate));
+        EXPECT_EQ(delay, static_cast<size_t>(std::lround(0.064 * l.rate)));
         ASSERT_EQ(out.size(), in.size());
         for (size_t c = 0; c < in.size(); ++c) {
             ASSERT_EQ(out[c].size(), in[c].size()) << "channel " << c;
-            EXPECT_EQ(std::memcmp(out[c].data(), in[c].data(), in[c].size() * sizeof(float)), 0)
+            EXPECT_EQ(std::memcmp(out[c].data() + delay, in[c].data(),
+                                  (in[c].size() - delay) * sizeof(float)),
+                      0)
                 << "channel " << c;
         }
         EXPECT_EQ(countLines(created), 1);
+        EXPECT_GE(countLines("[Lumora] output delay 64.0 ms"), 1);
     }
 }
 

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cmath>
 #include <cstdio>
@@ -60,18 +61,21 @@ std::string gainPresetJson(float inputGainDb, const std::string& name = "") {
     return effectPresetText(preset);
 }
 
-std::vector<std::vector<float>> pushSignal(int channels, std::vector<std::vector<float>>& in) {
-    in = makeSignal(channels, 960, 0.1f);
-    std::vector<const float*> planes;
-    for (auto& p : in) {
-        planes.push_back(p.data());
-    }
+// Pushes 0.2 s of a test signal in 480-frame packets; `delay` gets how late
+// the filter says its output is (its timestamps' shift), in frames.
+std::vector<std::vector<float>> pushSignal(int channels, std::vector<std::vector<float>>& in,
+                                           size_t& delay) {
+    in = makeSignal(channels, 9600, 0.1f);
     std::vector<std::vector<float>> out;
-    host().push(planes, 480, out);
-    for (auto& p : planes) {
-        p += 480;
+    for (size_t start = 0; start < 9600; start += 480) {
+        std::vector<const float*> planes;
+        for (auto& p : in) {
+            planes.push_back(p.data() + start);
+        }
+        host().push(planes, 480, out);
     }
-    host().push(planes, 480, out);
+    delay = static_cast<size_t>(
+        std::llround(host().lastTimestampShiftNs() * 1e-9 * host().sampleRate()));
     return out;
 }
 
@@ -159,19 +163,22 @@ TEST(FilterProceduresHost, JsonPresetGovernsTheFirstTwoChannelsOnly) {
     ASSERT_TRUE(applied.ok) << applied.error;
 
     std::vector<std::vector<float>> in;
-    const auto out = pushSignal(6, in);
+    size_t delay = 0;
+    const auto out = pushSignal(6, in, delay);
     host().removeAllFilters();
+    EXPECT_EQ(delay, 3072u) << "the voices' constant delay, 64 ms";
     const float g = std::pow(10.0f, 6.0f / 20.0f);
     for (int c = 0; c < 6; ++c) {
         ASSERT_EQ(out[c].size(), in[c].size());
-        for (size_t i = 0; i < in[c].size(); i += 37) {
-            if (c < 2 && i < 4096) {
+        // Every channel as late as the timestamps say, the other four too.
+        for (size_t i = 0; i + delay < in[c].size(); i += 37) {
+            if (c < 2 && i < 480) {
                 continue; // the first packet, across which the gain glides in
             }
             if (c < 2) {
-                ASSERT_NEAR(out[c][i], in[c][i] * g, 1e-6f) << "channel " << c;
+                ASSERT_NEAR(out[c][i + delay], in[c][i] * g, 1e-6f) << "channel " << c;
             } else {
-                ASSERT_EQ(out[c][i], in[c][i]) << "channel " << c;
+                ASSERT_EQ(out[c][i + delay], in[c][i]) << "channel " << c;
             }
         }
     }
@@ -196,16 +203,18 @@ TEST(FilterProceduresHost, CallsFromTwoThreadsWhileAudioFlowsAreEachAnsweredWhol
     std::thread audio([&] {
         const auto in = makeSignal(2, 480, 0.1f);
         std::vector<std::vector<float>> out(2);
-        while (calling.load() || packets < 20) {
+        while (calling.load() || packets < 28) {
             out[0].clear();
             out[1].clear();
             host().push({in[0].data(), in[1].data()}, 480, out);
             // Whole voices give the input back to rounding; a torn one is 12 dB
             // off, and a sample that is not a number fails the comparison too.
+            // The same packet over and over, 3072 frames (64 ms) late: once
+            // the delay has filled, each packet is the input turned by 192.
             bool whole = out[0].size() == in[0].size() && out[1].size() == in[1].size();
-            for (size_t c = 0; whole && c < 2; ++c) {
+            for (size_t c = 0; whole && packets > 8 && c < 2; ++c) {
                 for (size_t i = 0; whole && i < in[c].size(); ++i) {
-                    whole = std::fabs(out[c][i] - in[c][i]) <= 1e-5f;
+                    whole = std::fabs(out[c][i] - in[c][(i + 480 - 192) % 480]) <= 1e-5f;
                 }
             }
             wrongPackets += whole ? 0 : 1;
@@ -273,8 +282,12 @@ TEST(FilterProceduresHost, RefusedCallsSayWhyAndChangeNothing) {
     EXPECT_EQ(dropped.error, "no interface thread to run on");
     EXPECT_FALSE(unread.ok);
     std::vector<std::vector<float>> in;
-    const auto out = pushSignal(2, in);
-    EXPECT_EQ(out[0], in[0]); // still a pass-through
+    size_t delay = 0;
+    const auto out = pushSignal(2, in, delay);
+    ASSERT_LT(delay, in[0].size());
+    // Still a pass-through, on its own time.
+    EXPECT_TRUE(std::equal(in[0].begin(), in[0].end() - static_cast<long>(delay),
+                           out[0].begin() + static_cast<long>(delay)));
     host().removeAllFilters();
 }
 

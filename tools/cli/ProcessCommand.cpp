@@ -12,6 +12,7 @@
 #include "settings/SettingsJson.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <memory>
@@ -144,15 +145,38 @@ int runProcess(const Args& args) {
         }
     };
 
+    // Like OBS with the filter's timestamps: each packet lands in the file as
+    // early as the filter says it is late, so the output lines up with the
+    // input; a second of silence after the end brings the last voice out.
     const int frames = audio.frames();
-    for (int start = 0; start < frames; start += block) {
+    const int padded = frames + static_cast<int>(audio.sampleRate);
+    WavData rendered = audio;
+    for (std::vector<float>& plane : rendered.planes) {
+        plane.resize(static_cast<size_t>(padded), 0.0f);
+    }
+    int lastDelay = -1;
+    for (int start = 0; start < padded; start += block) {
         applyDue(static_cast<double>(start) / audio.sampleRate);
-        const int n = std::min(block, frames - start);
+        const int n = std::min(block, padded - start);
         float* planes[8] = {};
         for (int c = 0; c < audio.channels(); ++c) {
-            planes[c] = audio.planes[c].data() + start;
+            planes[c] = rendered.planes[c].data() + start;
         }
-        engine->processAudio(planes, audio.channels(), n);
+        const int delay = engine->processAudio(planes, audio.channels(), n);
+        if (delay != lastDelay && start < frames) {
+            std::printf("%.3f s: output delay %.1f ms (moved earlier to match)\n",
+                        static_cast<double>(start) / audio.sampleRate,
+                        1000.0 * delay / audio.sampleRate);
+            lastDelay = delay;
+        }
+        for (int c = 0; c < audio.channels(); ++c) {
+            const int from = std::max(start - delay, 0);
+            const int to = std::min(start + n - delay, frames);
+            for (int i = from; i < to; ++i) {
+                audio.planes[c][static_cast<size_t>(i)] =
+                    rendered.planes[c][static_cast<size_t>(i + delay)];
+            }
+        }
     }
     if (!writeWav(files[1], audio, error)) {
         return fail("process: " + error);

@@ -322,6 +322,8 @@ void ObsHarness::onAudio(void* param, obs_source_t*, const audio_data* audio, bo
         return;
     }
     auto& out = *self->capture_;
+    self->lastShiftNs_ =
+        static_cast<int64_t>(self->pushedNs_) - static_cast<int64_t>(audio->timestamp);
     for (int c = 0; c < self->channels_ && c < MAX_AV_PLANES; ++c) {
         const auto* plane = reinterpret_cast<const float*>(audio->data[c]);
         if (plane) {
@@ -347,6 +349,7 @@ double ObsHarness::push(const std::vector<const float*>& planes, uint32_t frames
     packet.format = AUDIO_FORMAT_FLOAT_PLANAR;
     packet.samples_per_sec = sampleRate_;
     packet.timestamp = timestampNs_;
+    pushedNs_ = timestampNs_;
     timestampNs_ += static_cast<uint64_t>(frames) * 1000000000ULL / sampleRate_;
 
     capture_ = &out;

@@ -66,6 +66,9 @@ public:
     // Returns the CPU seconds the calling thread spent inside libobs.
     double push(const std::vector<const float*>& planes, uint32_t frames,
                 std::vector<std::vector<float>>& out);
+    // How much earlier than it went in the last packet came out of the
+    // filters, by its timestamp, in nanoseconds.
+    int64_t lastTimestampShiftNs() const { return lastShiftNs_; }
 
     // Takes the interface thread away from libobs, or gives it back: without
     // it, tasks queued for the interface are dropped, as in a host that has none.
@@ -82,6 +85,8 @@ private:
     uint32_t sampleRate_ = 48000;
     int channels_ = 2;
     uint64_t timestampNs_ = 0;
+    uint64_t pushedNs_ = 0;
+    int64_t lastShiftNs_ = 0;
     obs_source* input_ = nullptr;
     std::vector<obs_source*> filters_;
     mutable std::mutex logMutex_;
