@@ -126,11 +126,10 @@ void VoiceChain::process(float* const* planes, int channels, int frames) {
 int VoiceChain::delayFrames(const EffectPreset& p) const {
     int frames = 0;
     if (p.spectral.enabled) {
-        frames += SpectralDenoiser::kDelay;
+        frames += kSpectralDelayFrames;
     }
-    // A frame being collected and the model's own frame of lag.
     if (p.noise.enabled && noiseSuppressionAvailable()) {
-        frames += 2 * NoiseSuppressor::kFrameLength;
+        frames += kNeuralDelayFrames;
     }
     return frames;
 }

@@ -61,6 +61,10 @@ public:
     // stages (spectral reduction, neural suppression when it is there)
     // delay the whole voice by their blocks.
     int delayFrames(const EffectPreset& p) const;
+    // Each block-based stage's share of that delay, for the dialog's notes.
+    static constexpr int kSpectralDelayFrames = SpectralDenoiser::kDelay;
+    // A frame being collected and the model's own frame of lag.
+    static constexpr int kNeuralDelayFrames = 2 * NoiseSuppressor::kFrameLength;
     // Audio thread, after process(): how late the packet it returned is (the
     // chain switched on or off counts at once, its crossfade aside).
     int lastDelayFrames() const { return lastDelayFrames_; }

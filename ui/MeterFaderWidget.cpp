@@ -11,6 +11,8 @@
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
+#include <cmath>
+
 namespace Lumora {
 
 namespace {
@@ -53,8 +55,14 @@ MeterFaderWidget::MeterFaderWidget(QWidget* parent) : QWidget(parent) {
         " border: 1px solid {lilacLine@140}; border-radius: 8px; padding: 2px 10px; }"
         "QPushButton:hover { background: {white@235}; }"
         "QPushButton:checked { background: {badInk}; color: {white}; border-color: {badInk}; }")));
+    delay_ = new QLabel(this);
+    delay_->setObjectName(QStringLiteral("outputDelay"));
+    delay_->setStyleSheet(themed(QStringLiteral("QLabel { color: {blueInk}; font-size: 8pt;"
+                                                " background: transparent; }")));
+    delay_->hide();
     head->addWidget(title_);
     head->addStretch(1);
+    head->addWidget(delay_);
     head->addWidget(bypassButton_);
     outer->addLayout(head);
 
@@ -106,6 +114,28 @@ void MeterFaderWidget::retranslateUi() {
     bypassButton_->setText(tr("Bypass"));
     inputFader_->setToolTip(tr("Input gain (double-click for 0 dB)"));
     outputFader_->setToolTip(tr("Output gain (double-click for 0 dB)"));
+    delay_->setToolTip(
+        tr("How late your voice leaves the filter.\nOBS moves the sound's timestamps "
+           "by as much, so picture and voice stay together: no sync offset to "
+           "set."));
+    refreshDelay();
+}
+
+void MeterFaderWidget::setDelayMs(double ms) {
+    // Whole milliseconds are what the streamer reads; a repaint only when that changes.
+    const double shown = std::round(ms);
+    if (shown != delayMs_) {
+        delayMs_ = shown;
+        refreshDelay();
+    }
+}
+
+void MeterFaderWidget::refreshDelay() {
+    if (delayMs_ < 0.0) {
+        return;
+    }
+    delay_->setText(QStringLiteral("⏱ ") + tr("Delay: %1 ms").arg(delayMs_, 0, 'f', 0));
+    delay_->show();
 }
 
 void MeterFaderWidget::setLevels(float inputDb, float outputDb) {

@@ -23,6 +23,9 @@ public:
     // Levels in dB, clamped to -60..0 for the meters.
     void setLevels(float inputDb, float outputDb);
     void clearLevels();
+    // Shows how late the filter's output is beside the title (a strip that is
+    // never told shows nothing).
+    void setDelayMs(double ms);
 
     // Set from outside: clamped to the faders' range, no signals.
     void setGains(float inputGainDb, float outputGainDb);
@@ -43,8 +46,11 @@ signals:
 
 private:
     void refreshValueLabels();
+    void refreshDelay();
 
     QLabel* title_ = nullptr;
+    QLabel* delay_ = nullptr;
+    double delayMs_ = -1.0; // none shown yet
     QPushButton* bypassButton_ = nullptr;
     QLabel* inputLabel_ = nullptr;
     QLabel* outputLabel_ = nullptr;

@@ -51,6 +51,7 @@ void MeterTick::readLevels(const FilterEngine& engine) {
     levels.compressorOutput = std::max(levels.chainOutput, -60.0f);
     levels.fxInput = std::max(effects.inputLevelDb(), -96.0f);
     levels.fxOutput = effects.outputLevelDb();
+    levels.outputDelayMs = engine.latencyMs();
     emit levelsUpdated(levels);
 }
 

@@ -27,6 +27,9 @@ public:
         float compressorOutput = -60.0f;  // the chain's output, clamped below at -60
         float fxInput = -96.0f;           // floor -96
         float fxOutput = -96.0f;
+        // Not a level, but read on the same clock: how late the filter's
+        // output is, in ms (OBS moves the timestamps to match).
+        double outputDelayMs = 0.0;
     };
 
     explicit MeterTick(QObject* parent);

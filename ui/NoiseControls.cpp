@@ -161,6 +161,7 @@ NoiseControls::NoiseControls(QWidget* parent, EffectPreset* preset)
     learnedLabel_ = new QLabel(this);
     learnColumn->addWidget(learnedLabel_);
     ambientLatency_ = latencyNote(this);
+    ambientLatency_->setObjectName(QStringLiteral("ambientLatency"));
     learnColumn->addWidget(ambientLatency_);
     learnColumn->addStretch(1);
     ambientRow->addLayout(learnColumn, 1);
@@ -354,11 +355,16 @@ void NoiseControls::retranslateUi() {
         learnButton_->setToolTip(learnButton_->toolTip() + QLatin1Char('\n') +
                                  tr("(Needs the filter running in OBS.)"));
     }
-    ambientLatency_->setText(tr("① Latency: ~11ms"));
+    // Each filter's own share of the delay, at the rate the filter runs.
+    const double rate = engine_ && engine_->sampleRate() > 0.0 ? engine_->sampleRate() : 48000.0;
+    const auto ms = [rate](int frames) {
+        return QString::number(std::lround(1000.0 * frames / rate));
+    };
+    ambientLatency_->setText(tr("① Latency: ~%1ms").arg(ms(VoiceChain::kSpectralDelayFrames)));
 
     ai_->setTitle(tr("AI Noise Filter"));
     ai_->toggle()->setToolTip(tr("AI noise filter on/off"));
-    aiLatency_->setText(tr("② Latency: ~10ms"));
+    aiLatency_->setText(tr("② Latency: ~%1ms").arg(ms(VoiceChain::kNeuralDelayFrames)));
     switch (status_) {
     case NoiseSuppressionStatus::Available:
         aiStatus_->setText(tr("✅ AI filter ready"));

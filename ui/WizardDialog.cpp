@@ -346,7 +346,6 @@ void WizardDialog::setLanguage(const QString& code) {
 }
 
 // ---- Menu ----------------------------------------------------------------------
-
 MainMenu* WizardDialog::buildMainMenu() {
     auto* menu = new MainMenu(this, easyMode_, !feedbackUrl_.isEmpty());
     connect(menu, &MainMenu::languageChosen, this, &WizardDialog::setLanguage);
@@ -373,7 +372,6 @@ void WizardDialog::showCredits() {
 }
 
 // ---- Events ----------------------------------------------------------------------
-
 // A press anywhere on a tab (its label included) selects it.
 bool WizardDialog::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::MouseButtonPress) {
@@ -457,7 +455,6 @@ void WizardDialog::changeEvent(QEvent* event) {
 }
 
 // ---- Tick ------------------------------------------------------------------------
-
 void WizardDialog::onTick(double dt) {
     t_ += static_cast<float>(dt);
     if (isActiveWindow()) {
@@ -493,6 +490,7 @@ void WizardDialog::showLevels(const MeterTick::Levels& levels) {
     homePanel_->setLevels(levels.chainInput, levels.fxOutput);
     soundPage_->strip()->setLevels(levels.chainInput, levels.chainOutput);
     fxPage_->strip()->setLevels(levels.fxInput, levels.fxOutput);
+    fxPage_->strip()->setDelayMs(levels.outputDelayMs);
     effectPanel_->compressorDisplay()->push(levels.compressorInput, levels.compressorReduction,
                                             levels.compressorOutput);
 }

@@ -64,25 +64,6 @@
     </message>
 </context>
 <context>
-    <name>Lumora::DiagnosisPresenter</name>
-    <message>
-        <source>Save Preset</source>
-        <translation>プリセットを保存</translation>
-    </message>
-    <message>
-        <source>Enter a preset name:</source>
-        <translation>プリセット名を入力してください：</translation>
-    </message>
-    <message>
-        <source>The preset could not be saved. Please try again.</source>
-        <translation>プリセットを保存できなかったよ。もう一度試してみてね。</translation>
-    </message>
-    <message>
-        <source>Last diagnosis:</source>
-        <translation>前回の診断：</translation>
-    </message>
-</context>
-<context>
     <name>Lumora::DiagnosisHistoryList</name>
     <message>
         <source>Dynamic</source>
@@ -111,6 +92,25 @@
     <message>
         <source>No diagnosis yet.</source>
         <translation>まだ診断していません。</translation>
+    </message>
+</context>
+<context>
+    <name>Lumora::DiagnosisPresenter</name>
+    <message>
+        <source>Save Preset</source>
+        <translation>プリセットを保存</translation>
+    </message>
+    <message>
+        <source>Enter a preset name:</source>
+        <translation>プリセット名を入力してください：</translation>
+    </message>
+    <message>
+        <source>The preset could not be saved. Please try again.</source>
+        <translation>プリセットを保存できなかったよ。もう一度試してみてね。</translation>
+    </message>
+    <message>
+        <source>Last diagnosis:</source>
+        <translation>前回の診断：</translation>
     </message>
 </context>
 <context>
@@ -356,13 +356,6 @@ softer &quot;s&quot; and &quot;sh&quot; sounds</source>
     </message>
 </context>
 <context>
-    <name>Lumora::FxPage</name>
-    <message>
-        <source>Voice effects</source>
-        <translation>ボイスエフェクト</translation>
-    </message>
-</context>
-<context>
     <name>Lumora::FxModulationControls</name>
     <message>
         <source>Type</source>
@@ -413,6 +406,13 @@ Higher = more metallic</source>
     <message>
         <source>Tremolo</source>
         <translation>トレモロ</translation>
+    </message>
+</context>
+<context>
+    <name>Lumora::FxPage</name>
+    <message>
+        <source>Voice effects</source>
+        <translation>ボイスエフェクト</translation>
     </message>
 </context>
 <context>
@@ -672,6 +672,13 @@ Save one on the key assign page.</source>
     </message>
 </context>
 <context>
+    <name>Lumora::KeysPage</name>
+    <message>
+        <source>Press an arrow key: it lights up here. Assign voices to the keys under Presets.</source>
+        <translation>矢印キーを押すと、ここが光るよ。キーへの声の割り当ては「プリセット」からできるよ。</translation>
+    </message>
+</context>
+<context>
     <name>Lumora::MainMenu</name>
     <message>
         <source>Language</source>
@@ -742,6 +749,16 @@ Save one on the key assign page.</source>
     <message>
         <source>Output gain (double-click for 0 dB)</source>
         <translation>出力ゲイン（ダブルクリックで 0 dB）</translation>
+    </message>
+    <message>
+        <source>How late your voice leaves the filter.
+OBS moves the sound&apos;s timestamps by as much, so picture and voice stay together: no sync offset to set.</source>
+        <translation>フィルターを通った声の遅れです。
+OBSが音のタイムスタンプを同じだけずらすので、映像と声はずれません（同期オフセットの設定は不要）。</translation>
+    </message>
+    <message>
+        <source>Delay: %1 ms</source>
+        <translation>遅延: %1ms</translation>
     </message>
 </context>
 <context>
@@ -863,20 +880,12 @@ Records 3 seconds of silence to measure the room&apos;s noise profile.</source>
         <translation>（OBSでフィルターが動いている必要があります）</translation>
     </message>
     <message>
-        <source>① Latency: ~11ms</source>
-        <translation>① レイテンシ: ~11ms</translation>
-    </message>
-    <message>
         <source>AI Noise Filter</source>
         <translation>AI学習ノイズフィルター</translation>
     </message>
     <message>
         <source>AI noise filter on/off</source>
         <translation>AIノイズフィルターのオン/オフ</translation>
-    </message>
-    <message>
-        <source>② Latency: ~10ms</source>
-        <translation>② レイテンシ: ~10ms</translation>
     </message>
     <message>
         <source>✅ AI filter ready</source>
@@ -913,6 +922,14 @@ Records 3 seconds of silence to measure the room&apos;s noise profile.</source>
     <message>
         <source>No room noise learned yet: press &quot;Noise Learn&quot; and stay quiet for 3 seconds</source>
         <translation>まだ部屋のノイズを学習していません：「ノイズ学習」を押して3秒間静かにしてね</translation>
+    </message>
+    <message>
+        <source>① Latency: ~%1ms</source>
+        <translation>① レイテンシ: ~%1ms</translation>
+    </message>
+    <message>
+        <source>② Latency: ~%1ms</source>
+        <translation>② レイテンシ: ~%1ms</translation>
     </message>
 </context>
 <context>
@@ -1042,6 +1059,17 @@ Save one from the Sound tab or from the diagnosis results.</source>
     </message>
 </context>
 <context>
+    <name>Lumora::ResetPrompt</name>
+    <message>
+        <source>Reset</source>
+        <translation>リセット</translation>
+    </message>
+    <message>
+        <source>Reset to defaults?</source>
+        <translation>デフォルトに戻しますか？</translation>
+    </message>
+</context>
+<context>
     <name>Lumora::ResultSummaryCard</name>
     <message>
         <source>Dynamic mic</source>
@@ -1081,6 +1109,15 @@ Save one from the Sound tab or from the diagnosis results.</source>
     <message>
         <source>🎤 Start diagnosis</source>
         <translation>🎤 診断をはじめる</translation>
+    </message>
+</context>
+<context>
+    <name>Lumora::SaveFailure</name>
+    <message>
+        <source>The settings file was written by a newer version of Lumora. It is kept as it is and nothing is saved over it; update Lumora to save again.
+%1</source>
+        <translation>設定ファイルは新しいバージョンの Lumora で書かれています。ファイルはそのまま残し、上書きはしません。保存するには Lumora を更新してください。
+%1</translation>
     </message>
 </context>
 <context>
@@ -1362,33 +1399,6 @@ Use this when you want to undo your manual changes.</source>
     <message>
         <source>Next ▶</source>
         <translation>次へ ▶</translation>
-    </message>
-</context>
-<context>
-    <name>Lumora::SaveFailure</name>
-    <message>
-        <source>The settings file was written by a newer version of Lumora. It is kept as it is and nothing is saved over it; update Lumora to save again.
-%1</source>
-        <translation>設定ファイルは新しいバージョンの Lumora で書かれています。ファイルはそのまま残し、上書きはしません。保存するには Lumora を更新してください。
-%1</translation>
-    </message>
-</context>
-<context>
-    <name>Lumora::ResetPrompt</name>
-    <message>
-        <source>Reset</source>
-        <translation>リセット</translation>
-    </message>
-    <message>
-        <source>Reset to defaults?</source>
-        <translation>デフォルトに戻しますか？</translation>
-    </message>
-</context>
-<context>
-    <name>Lumora::KeysPage</name>
-    <message>
-        <source>Press an arrow key: it lights up here. Assign voices to the keys under Presets.</source>
-        <translation>矢印キーを押すと、ここが光るよ。キーへの声の割り当ては「プリセット」からできるよ。</translation>
     </message>
 </context>
 </TS>

@@ -225,6 +225,24 @@ TEST_F(KeyVoices, OpeningShowsTheFiltersVoiceAndTheFirstEditKeepsIt) {
     EXPECT_FLOAT_EQ(state->chain().getParameters().inputGainDb, -6.0f);
 }
 
+// The voice keys hold voices, so the filter runs on the voices' constant delay;
+// a spectral filter adds its block. The strip and the sound panel's note show
+// the figures the filter moves its timestamps by.
+TEST_F(KeyVoices, TheDelayShowsBesideTheVoiceEffectsAndInTheNoiseNotes) {
+    auto delayText = [this] {
+        dialog->advance(0.05);
+        return dialog->fxPage()->strip()->findChild<QLabel*>(QStringLiteral("outputDelay"))->text();
+    };
+    EXPECT_EQ(delayText(), QStringLiteral("⏱ 遅延: 64ms"));
+    EffectPreset cleaning;
+    cleaning.active = true;
+    cleaning.spectral.enabled = true;
+    state->applyEffectPreset(cleaning);
+    EXPECT_EQ(delayText(), QStringLiteral("⏱ 遅延: 85ms"));
+    EXPECT_EQ(dialog->findChild<QLabel*>(QStringLiteral("ambientLatency"))->text(),
+              QStringLiteral("① レイテンシ: ~21ms"));
+}
+
 TEST_F(KeyVoices, PresetsFromTheListOrAKeyMoveTheFaders) {
     SavedEffectPreset quiet;
     quiet.name = "小声用";
