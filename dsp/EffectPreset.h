@@ -1,5 +1,7 @@
 #pragma once
 
+#include "dsp/Parameters.h"
+
 #include <array>
 #include <string>
 
@@ -15,47 +17,47 @@ constexpr float kSilenceDb = -96.0f;
 
 struct NotchBand {
     bool enabled = false;
-    float centerHz = 1000.0f;
-    float gainDb = 0.0f;
-    float q = 4.0f;
+    float centerHz = Params::kBandHz.initial;
+    float gainDb = Params::kBandGain.initial;
+    float q = Params::kBandQ.initial;
 };
 
 struct EqParams {
     bool enabled = false;
     bool lowCutEnabled = false;
-    float lowCutHz = 80.0f;
+    float lowCutHz = Params::kLowCut.initial;
     bool highShelfEnabled = false;
-    float highShelfHz = 5000.0f;
-    float highShelfGainDb = 0.0f;
+    float highShelfHz = Params::kHighShelfHz.initial;
+    float highShelfGainDb = Params::kHighShelfGain.initial;
     std::array<NotchBand, kNotchBandCount> notchBands{};
     bool highCutEnabled = false;
-    float highCutHz = 16000.0f;
-    float highCutQ = 0.707f;
+    float highCutHz = Params::kHighCut.initial;
+    float highCutQ = Params::kHighCutQ.initial;
 };
 
 struct CompParams {
     bool enabled = false;
-    float thresholdDb = -20.0f;
-    float ratio = 2.0f;
-    float kneeDb = 0.0f;
-    float attackMs = 10.0f;
-    float releaseMs = 150.0f;
-    float makeupGainDb = 0.0f;
+    float thresholdDb = Params::kCompThreshold.initial;
+    float ratio = Params::kCompRatio.initial;
+    float kneeDb = Params::kCompKnee.initial;
+    float attackMs = Params::kCompAttack.initial;
+    float releaseMs = Params::kCompRelease.initial;
+    float makeupGainDb = Params::kCompMakeup.initial;
 };
 
 struct LimiterParams {
     bool enabled = false;
-    float ceilingDb = -3.0f;
-    float releaseMs = 50.0f;
+    float ceilingDb = Params::kLimiterCeiling.initial;
+    float releaseMs = Params::kLimiterRelease.initial;
 };
 
 struct GateParams {
     bool enabled = false;
-    float thresholdDb = -55.0f;
-    float attackMs = 5.0f;
-    float holdMs = 100.0f;
-    float releaseMs = 150.0f;
-    float rangeDb = -60.0f;
+    float thresholdDb = Params::kGateThreshold.initial;
+    float attackMs = Params::kGateAttack.initial;
+    float holdMs = Params::kGateHold.initial;
+    float releaseMs = Params::kGateRelease.initial;
+    float rangeDb = Params::kGateRange.initial;
 };
 
 inline std::array<float, kProfileBandCount> silentProfile() {
@@ -66,14 +68,14 @@ inline std::array<float, kProfileBandCount> silentProfile() {
 
 struct SpectralParams {
     bool enabled = false;
-    float amount = 0.75f;
+    float amount = Params::kSpectralAmount.initial;
     std::array<float, kProfileBandCount> profileDb = silentProfile();
 };
 
 struct NoiseParams {
     bool enabled = false;
-    float attenLimitDb = 40.0f;
-    float mix = 0.8f;
+    float attenLimitDb = Params::kNoiseAttenuation.initial;
+    float mix = Params::kNoiseMix.initial;
 };
 
 struct EffectPreset {
@@ -83,8 +85,8 @@ struct EffectPreset {
     GateParams gate;
     SpectralParams spectral;
     NoiseParams noise;
-    float inputGainDb = 0.0f;
-    float outputGainDb = 0.0f;
+    float inputGainDb = Params::kInputGain.initial;
+    float outputGainDb = Params::kOutputGain.initial;
     bool bypass = false;
     // False means the record was never applied: the chain passes audio through.
     bool active = false;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "dsp/Parameters.h"
+
 #include <array>
 #include <cstdint>
 
@@ -20,63 +22,61 @@ constexpr int kFormantBandCount = 5;
 enum ModType : int32_t { kModChorus = 0, kModFlanger = 1, kModTremolo = 2 };
 
 struct FormantBand {
-    float hz = 1000.0f;
-    float gainDb = 0.0f;
-    float width = 1.5f; // not persisted
+    float hz = Params::kFormantHz.initial;
+    float gainDb = Params::kFormantGain.initial;
+    float width = Params::kFormantWidth.initial; // not persisted
 };
 
 struct PitchParams {
     bool enabled = false;
-    float semitonesA = 0.0f;
-    float formantShiftA = 0.0f;
-    float wetMix = 1.0f;
+    float semitonesA = Params::kPitch.initial;
+    float formantShiftA = Params::kFormantShift.initial;
+    float wetMix = Params::kPitchWet.initial;
     bool layerBEnabled = false;
-    float semitonesB = 0.0f;
-    float formantShiftB = 0.0f;
-    float mixAB = 0.5f;
+    float semitonesB = Params::kPitch.initial;
+    float formantShiftB = Params::kFormantShift.initial;
+    float mixAB = Params::kPitchMixAB.initial;
     bool formantEqEnabled = false;
-    std::array<FormantBand, kFormantBandCount> formantBands{{{400.0f, 0.0f, 1.5f},
-                                                             {1000.0f, 0.0f, 1.5f},
-                                                             {2000.0f, 0.0f, 1.5f},
-                                                             {3500.0f, 0.0f, 1.5f},
-                                                             {7000.0f, 0.0f, 1.5f}}};
+    // Five centres across the voice; each band starts flat.
+    std::array<FormantBand, kFormantBandCount> formantBands{
+        {{400.0f}, {1000.0f}, {2000.0f}, {3500.0f}, {7000.0f}}};
 };
 
 struct ReverbParams {
     bool enabled = false;
-    float roomSize = 0.5f;
-    float damping = 0.5f;
-    float wetMix = 0.3f;
-    float lowCutHz = 20.0f;
-    float duckingAmount = 0.0f;
+    float roomSize = Params::kReverbRoom.initial;
+    float damping = Params::kReverbDamping.initial;
+    float wetMix = Params::kReverbWet.initial;
+    float lowCutHz = Params::kReverbLowCut.initial;
+    float duckingAmount = Params::kReverbDucking.initial;
 };
 
 struct DelayParams {
     bool enabled = false;
-    float timeMs = 250.0f;
-    float feedback = 0.3f;
-    float wetMix = 0.3f;
+    float timeMs = Params::kDelayTime.initial;
+    float feedback = Params::kDelayFeedback.initial;
+    float wetMix = Params::kDelayWet.initial;
 };
 
 struct RadioParams {
     bool enabled = false;
-    float lowCutHz = 300.0f;
-    float highCutHz = 3400.0f;
-    float overdrive = 0.2f;
+    float lowCutHz = Params::kRadioLowCut.initial;
+    float highCutHz = Params::kRadioHighCut.initial;
+    float overdrive = Params::kRadioDrive.initial;
 };
 
 struct ModParams {
     bool enabled = false;
     int32_t type = kModChorus;
-    float rate = 1.0f;
-    float depth = 0.5f;
-    float feedback = 0.3f;
-    float wetMix = 0.5f;
+    float rate = Params::kModRate.initial;
+    float depth = Params::kModDepth.initial;
+    float feedback = Params::kModFeedback.initial;
+    float wetMix = Params::kModWet.initial;
 };
 
 struct SoundFxPreset {
-    float inputGainDb = 0.0f;  // not persisted
-    float outputGainDb = 0.0f; // stored only when not 0 dB
+    float inputGainDb = 0.0f;                           // not persisted
+    float outputGainDb = Params::kFxOutputGain.initial; // stored only when not 0 dB
     PitchParams pitch;
     ReverbParams reverb;
     DelayParams delay;

@@ -8,17 +8,14 @@ namespace Lumora {
 
 namespace {
 
-// Ranges of the keys that a preset keeps beyond the four stored groups. They are
-// those of the sound panel's knobs; the gains, which the panel's faders set, and
-// the noise profile, which no control sets, get ranges that hold every sensible
-// value and keep the chain's arithmetic finite.
-constexpr float kAttenLimitMinDb = 0.0f, kAttenLimitMaxDb = 100.0f;
-constexpr float kUnitMin = 0.0f, kUnitMax = 1.0f; // mix and spectral amount
-constexpr float kGainMinDb = -30.0f, kGainMaxDb = 30.0f;
+// The noise profile, which no control sets, is held where the chain's
+// arithmetic stays finite.
 constexpr float kProfileMinDb = -96.0f, kProfileMaxDb = 0.0f;
-constexpr float kHighCutMinHz = 2000.0f, kHighCutMaxHz = 20000.0f;
-constexpr float kHighCutQMin = 0.3f, kHighCutQMax = 2.0f;
-constexpr float kKneeMinDb = 0.0f, kKneeMaxDb = 12.0f;
+
+// A number of the cleaning groups, pulled into its parameter's range.
+float read(const JsonValue& o, const Parameter& p) {
+    return asClampedFloat(member(o, p.key), p.initial, p.minimum, p.maximum);
+}
 
 JsonValue eqToJson(const EqParams& eq) {
     JsonValue bands = JsonValue::array();
@@ -49,11 +46,10 @@ EqParams eqFromJson(const JsonValue& o) {
     EqParams eq;
     eq.enabled = asBool(member(o, "enabled"), false);
     eq.lowCutEnabled = asBool(member(o, "lowCutEnabled"), false);
-    eq.lowCutHz = asClampedFloat(member(o, "lowCutHz"), d.lowCutHz, 60.0f, 200.0f);
+    eq.lowCutHz = read(o, Params::kLowCut);
     eq.highShelfEnabled = asBool(member(o, "highShelfEnabled"), false);
-    eq.highShelfHz = asClampedFloat(member(o, "highShelfHz"), d.highShelfHz, 3000.0f, 8000.0f);
-    eq.highShelfGainDb =
-        asClampedFloat(member(o, "highShelfGainDb"), d.highShelfGainDb, -3.0f, 3.0f);
+    eq.highShelfHz = read(o, Params::kHighShelfHz);
+    eq.highShelfGainDb = read(o, Params::kHighShelfGain);
     const auto& bands = member(o, "notchBands").elements();
     for (size_t i = 0; i < bands.size() && i < eq.notchBands.size(); ++i) {
         const NotchBand bd;
@@ -64,9 +60,8 @@ EqParams eqFromJson(const JsonValue& o) {
         band.q = asFloat(member(bands[i], "q"), bd.q);
     }
     eq.highCutEnabled = asBool(member(o, "highCutEnabled"), false);
-    eq.highCutHz =
-        asClampedFloat(member(o, "highCutHz"), d.highCutHz, kHighCutMinHz, kHighCutMaxHz);
-    eq.highCutQ = asClampedFloat(member(o, "highCutQ"), d.highCutQ, kHighCutQMin, kHighCutQMax);
+    eq.highCutHz = read(o, Params::kHighCut);
+    eq.highCutQ = read(o, Params::kHighCutQ);
     return eq;
 }
 
@@ -86,12 +81,12 @@ CompParams compFromJson(const JsonValue& o) {
     const CompParams d;
     CompParams c;
     c.enabled = asBool(member(o, "enabled"), false);
-    c.thresholdDb = asClampedFloat(member(o, "thresholdDb"), d.thresholdDb, -40.0f, -6.0f);
-    c.ratio = asClampedFloat(member(o, "ratio"), d.ratio, 1.0f, 6.0f);
-    c.kneeDb = asClampedFloat(member(o, "kneeDb"), d.kneeDb, kKneeMinDb, kKneeMaxDb);
-    c.attackMs = asClampedFloat(member(o, "attackMs"), d.attackMs, 1.0f, 100.0f);
-    c.releaseMs = asClampedFloat(member(o, "releaseMs"), d.releaseMs, 50.0f, 500.0f);
-    c.makeupGainDb = asClampedFloat(member(o, "makeupGainDb"), d.makeupGainDb, 0.0f, 24.0f);
+    c.thresholdDb = read(o, Params::kCompThreshold);
+    c.ratio = read(o, Params::kCompRatio);
+    c.kneeDb = read(o, Params::kCompKnee);
+    c.attackMs = read(o, Params::kCompAttack);
+    c.releaseMs = read(o, Params::kCompRelease);
+    c.makeupGainDb = read(o, Params::kCompMakeup);
     return c;
 }
 
@@ -107,8 +102,8 @@ LimiterParams limiterFromJson(const JsonValue& o) {
     const LimiterParams d;
     LimiterParams l;
     l.enabled = asBool(member(o, "enabled"), false);
-    l.ceilingDb = asClampedFloat(member(o, "ceilingDb"), d.ceilingDb, -6.0f, -1.0f);
-    l.releaseMs = asClampedFloat(member(o, "releaseMs"), d.releaseMs, 20.0f, 200.0f);
+    l.ceilingDb = read(o, Params::kLimiterCeiling);
+    l.releaseMs = read(o, Params::kLimiterRelease);
     return l;
 }
 
@@ -127,11 +122,11 @@ GateParams gateFromJson(const JsonValue& o) {
     const GateParams d;
     GateParams g;
     g.enabled = asBool(member(o, "enabled"), false);
-    g.thresholdDb = asClampedFloat(member(o, "thresholdDb"), d.thresholdDb, -80.0f, -20.0f);
-    g.attackMs = asClampedFloat(member(o, "attackMs"), d.attackMs, 1.0f, 50.0f);
-    g.holdMs = asClampedFloat(member(o, "holdMs"), d.holdMs, 10.0f, 500.0f);
-    g.releaseMs = asClampedFloat(member(o, "releaseMs"), d.releaseMs, 50.0f, 1000.0f);
-    g.rangeDb = asClampedFloat(member(o, "rangeDb"), d.rangeDb, -80.0f, -10.0f);
+    g.thresholdDb = read(o, Params::kGateThreshold);
+    g.attackMs = read(o, Params::kGateAttack);
+    g.holdMs = read(o, Params::kGateHold);
+    g.releaseMs = read(o, Params::kGateRelease);
+    g.rangeDb = read(o, Params::kGateRange);
     return g;
 }
 
@@ -147,9 +142,8 @@ NoiseParams noiseFromJson(const JsonValue& o) {
     const NoiseParams d;
     NoiseParams n;
     n.enabled = asBool(member(o, "enabled"), false);
-    n.attenLimitDb = asClampedFloat(member(o, "attenLimitDb"), d.attenLimitDb, kAttenLimitMinDb,
-                                    kAttenLimitMaxDb);
-    n.mix = asClampedFloat(member(o, "mix"), d.mix, kUnitMin, kUnitMax);
+    n.attenLimitDb = read(o, Params::kNoiseAttenuation);
+    n.mix = read(o, Params::kNoiseMix);
     return n;
 }
 
@@ -169,7 +163,7 @@ SpectralParams spectralFromJson(const JsonValue& o) {
     const SpectralParams d;
     SpectralParams s;
     s.enabled = asBool(member(o, "enabled"), false);
-    s.amount = asClampedFloat(member(o, "amount"), d.amount, kUnitMin, kUnitMax);
+    s.amount = read(o, Params::kSpectralAmount);
     const auto& profile = member(o, "profileDb").elements();
     for (size_t i = 0; i < profile.size() && i < s.profileDb.size(); ++i) {
         s.profileDb[i] = asClampedFloat(profile[i], d.profileDb[i], kProfileMinDb, kProfileMaxDb);
@@ -341,9 +335,8 @@ SavedEffectPreset effectPresetFromJson(const JsonValue& o) {
     p.gate = gateFromJson(member(o, "gate"));
     p.noise = noiseFromJson(member(o, "noise"));
     p.spectral = spectralFromJson(member(o, "spectral"));
-    p.inputGainDb = asClampedFloat(member(o, "inputGainDb"), d.inputGainDb, kGainMinDb, kGainMaxDb);
-    p.outputGainDb =
-        asClampedFloat(member(o, "outputGainDb"), d.outputGainDb, kGainMinDb, kGainMaxDb);
+    p.inputGainDb = read(o, Params::kInputGain);
+    p.outputGainDb = read(o, Params::kOutputGain);
     return saved;
 }
 
@@ -382,7 +375,7 @@ SavedSoundFxPreset soundFxPresetFromJson(const JsonValue& o) {
     p.delay = delayFromJson(member(o, "delay"));
     p.radio = radioFromJson(member(o, "radio"));
     p.mod = modFromJson(member(o, "mod"));
-    p.outputGainDb = asClampedFloat(member(o, "outputGainDb"), 0.0f, kGainMinDb, kGainMaxDb);
+    p.outputGainDb = read(o, Params::kFxOutputGain);
     // Only a list of exactly five is an order; anything else keeps the default.
     const JsonValue& order = member(o, "effectOrder");
     if (order.isArray() && order.elements().size() == p.effectOrder.size()) {

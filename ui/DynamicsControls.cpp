@@ -24,64 +24,36 @@ const char kModeStyle[] =
     " {blue@120}; }QPushButton:hover { background: {blue@70}; border-color:"
     " {blue}; }QPushButton:pressed { background: {blue@130}; }";
 
-const KnobSpec kThreshold{"compThreshold",
-                          "Thresh",
+const KnobSpec kThreshold{"compThreshold", "Thresh",
                           QT_TRANSLATE_NOOP("Lumora::DynamicsControls",
                                             "Compressor threshold\nLouder than this gets turned "
                                             "down\nLower = more evening out"),
-                          -40,
-                          -6,
-                          -20,
-                          "dB"};
-const KnobSpec kRatio{"compRatio",
-                      "Ratio",
+                          &Params::kCompThreshold};
+const KnobSpec kRatio{"compRatio", "Ratio",
                       QT_TRANSLATE_NOOP("Lumora::DynamicsControls",
                                         "How strongly loud parts are turned down\n2:1 = gentle, "
                                         "6:1 = strong"),
-                      1,
-                      6,
-                      2,
-                      ":1",
-                      false,
-                      1};
-const KnobSpec kKnee{"compKnee",
-                     "Knee",
+                      &Params::kCompRatio, 1};
+const KnobSpec kKnee{"compKnee", "Knee",
                      QT_TRANSLATE_NOOP("Lumora::DynamicsControls",
                                        "Softens the start of compression\n0 = hard, higher = "
                                        "smoother"),
-                     0,
-                     12,
-                     0,
-                     "dB"};
-const KnobSpec kAttack{"compAttack",
-                       "Attack",
+                     &Params::kCompKnee};
+const KnobSpec kAttack{"compAttack", "Attack",
                        QT_TRANSLATE_NOOP("Lumora::DynamicsControls",
                                          "How fast the compressor reacts\nShorter = catches "
                                          "peaks; longer = keeps the punch"),
-                       1,
-                       100,
-                       10,
-                       "ms"};
-const KnobSpec kMakeup{"compMakeup",
-                       "Makeup",
+                       &Params::kCompAttack};
+const KnobSpec kMakeup{"compMakeup", "Makeup",
                        QT_TRANSLATE_NOOP("Lumora::DynamicsControls",
                                          "Gain after compression\nBrings the evened-out voice "
                                          "back up"),
-                       0,
-                       24,
-                       0,
-                       "dB"};
-const KnobSpec kCeiling{"limiterCeiling",
-                        "Ceiling",
+                       &Params::kCompMakeup};
+const KnobSpec kCeiling{"limiterCeiling", "Ceiling",
                         QT_TRANSLATE_NOOP("Lumora::DynamicsControls",
                                           "Limiter ceiling\nThe output never goes above this: "
                                           "no clipping!"),
-                        -6,
-                        -1,
-                        -2,
-                        "dB",
-                        false,
-                        1};
+                        &Params::kLimiterCeiling, 1};
 
 } // namespace
 

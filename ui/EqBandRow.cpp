@@ -1,6 +1,7 @@
 #include "ui/EqBandRow.h"
 
 #include "ui/Knob.h"
+#include "ui/KnobBindings.h"
 #include "ui/Theme.h"
 #include "ui/TrashButton.h"
 
@@ -27,18 +28,16 @@ EqBandRow::EqBandRow(QWidget* parent, int index, NotchBand* band)
     const QString prefix = QStringLiteral("band%1").arg(index);
     frequency_ = new Knob(this);
     frequency_->setObjectName(prefix + QStringLiteral("Frequency"));
-    frequency_->setRange(40.0, 16000.0);
-    frequency_->setLogarithmic(true);
+    applyParameter(frequency_, Params::kBandHz);
     frequency_->setSuffix(QStringLiteral("Hz"));
     gain_ = new Knob(this);
     gain_->setObjectName(prefix + QStringLiteral("Gain"));
-    gain_->setRange(-15.0, 15.0);
+    applyParameter(gain_, Params::kBandGain);
     gain_->setDecimals(1);
     gain_->setSuffix(QStringLiteral("dB"));
     q_ = new Knob(this);
     q_->setObjectName(prefix + QStringLiteral("Q"));
-    q_->setRange(0.3, 8.0);
-    q_->setLogarithmic(true);
+    applyParameter(q_, Params::kBandQ);
     q_->setDecimals(2);
     for (Knob* k : {frequency_, gain_, q_}) {
         row->addWidget(k);

@@ -34,36 +34,20 @@ const char kResetStyle[] =
     " padding: 2px 8px; font-size: 8pt; border: 1px solid {blue@120}; }"
     "QPushButton:hover { background: {blue@40}; }";
 
-const KnobSpec kLowCut{"lowCutHz",
-                       "Hz",
+const KnobSpec kLowCut{"lowCutHz", "Hz",
                        QT_TRANSLATE_NOOP("Lumora::EqControls",
                                          "Low cut frequency\nRemoves rumble, desk knocks and "
                                          "pops below it"),
-                       60,
-                       200,
-                       100,
-                       "Hz",
-                       true};
+                       &Params::kLowCut};
 const KnobSpec kHighCut{
-    "highCutHz",
-    "Hz",
+    "highCutHz", "Hz",
     QT_TRANSLATE_NOOP("Lumora::EqControls", "High cut frequency\nRemoves hiss above it"),
-    2000,
-    20000,
-    16000,
-    "Hz",
-    true};
-const KnobSpec kHighCutQ{"highCutQ",
-                         "Q",
+    &Params::kHighCut};
+const KnobSpec kHighCutQ{"highCutQ", "Q",
                          QT_TRANSLATE_NOOP("Lumora::EqControls",
                                            "High cut resonance (Q)\n0.707 = flat; higher = a "
                                            "small peak before the cut"),
-                         0.3,
-                         2.0,
-                         0.707,
-                         "",
-                         false,
-                         2};
+                         &Params::kHighCutQ, 2};
 
 QFrame* separator(QWidget* parent, const char* colour) {
     auto* line = new QFrame(parent);

@@ -14,49 +14,22 @@ namespace Lumora {
 
 namespace {
 
-const KnobSpec kModRate{"modRate",
-                        QT_TRANSLATE_NOOP("Lumora::FxModulationControls", "Rate"),
+const KnobSpec kModRate{"modRate", QT_TRANSLATE_NOOP("Lumora::FxModulationControls", "Rate"),
                         QT_TRANSLATE_NOOP("Lumora::FxModulationControls", "Speed of the sweep"),
-                        0.1,
-                        10,
-                        1,
-                        "Hz",
-                        false,
-                        1};
+                        &Params::kModRate, 1};
 const KnobSpec kModDepth{
-    "modDepth",
-    QT_TRANSLATE_NOOP("Lumora::FxModulationControls", "Depth"),
+    "modDepth", QT_TRANSLATE_NOOP("Lumora::FxModulationControls", "Depth"),
     QT_TRANSLATE_NOOP("Lumora::FxModulationControls", "How far the sweep swings"),
-    0,
-    100,
-    50,
-    "%",
-    false,
-    0,
-    100.0};
+    &Params::kModDepth};
 const KnobSpec kModFeedback{
-    "modFeedback",
-    QT_TRANSLATE_NOOP("Lumora::FxModulationControls", "Feedback"),
+    "modFeedback", QT_TRANSLATE_NOOP("Lumora::FxModulationControls", "Feedback"),
     QT_TRANSLATE_NOOP("Lumora::FxModulationControls",
                       "How much of the effect is fed back\nHigher = more metallic"),
-    0,
-    90,
-    30,
-    "%",
-    false,
-    0,
-    100.0};
+    &Params::kModFeedback};
 const KnobSpec kModWet{
-    "modWet",
-    QT_TRANSLATE_NOOP("Lumora::FxModulationControls", "Wet"),
+    "modWet", QT_TRANSLATE_NOOP("Lumora::FxModulationControls", "Wet"),
     QT_TRANSLATE_NOOP("Lumora::FxModulationControls", "Share of the effect in the output"),
-    0,
-    100,
-    50,
-    "%",
-    false,
-    0,
-    100.0};
+    &Params::kModWet};
 
 } // namespace
 

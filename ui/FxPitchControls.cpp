@@ -27,66 +27,35 @@ const KnobSpec kPitchA{"pitchSemitonesA",
                        QT_TRANSLATE_NOOP("Lumora::FxPitchControls",
                                          "Layer A pitch in semitones\n+12 = an octave up, -12 = "
                                          "an octave down"),
-                       -12,
-                       12,
-                       0,
-                       QT_TRANSLATE_NOOP("Lumora::FxPitchControls", "st"),
-                       false,
-                       1};
-const KnobSpec kFormantA{"pitchFormantA",
-                         QT_TRANSLATE_NOOP("Lumora::FxPitchControls", "Formant A"),
+                       &Params::kPitch,
+                       1,
+                       QT_TRANSLATE_NOOP("Lumora::FxPitchControls", "st")};
+const KnobSpec kFormantA{"pitchFormantA", QT_TRANSLATE_NOOP("Lumora::FxPitchControls", "Formant A"),
                          QT_TRANSLATE_NOOP("Lumora::FxPitchControls",
                                            "Layer A voice character\n+ = brighter, smaller; - = "
                                            "darker, bigger"),
-                         -100,
-                         100,
-                         0,
-                         "%",
-                         false,
-                         0,
-                         100.0};
+                         &Params::kFormantShift};
 const KnobSpec kMixAB{"pitchMixAB",
                       "MIX A:B",
                       QT_TRANSLATE_NOOP("Lumora::FxPitchControls",
                                         "Blend of the two layers\n0% = layer A only, 100% = "
                                         "layer B only"),
+                      &Params::kPitchMixAB,
                       0,
-                      100,
-                      50,
-                      "%B",
-                      false,
-                      0,
-                      100.0};
+                      "%B"};
 const KnobSpec kPitchB{"pitchSemitonesB",
                        QT_TRANSLATE_NOOP("Lumora::FxPitchControls", "Pitch B"),
                        QT_TRANSLATE_NOOP("Lumora::FxPitchControls", "Layer B pitch in semitones"),
-                       -12,
-                       12,
-                       0,
-                       QT_TRANSLATE_NOOP("Lumora::FxPitchControls", "st"),
-                       false,
-                       1};
-const KnobSpec kFormantB{"pitchFormantB",
-                         QT_TRANSLATE_NOOP("Lumora::FxPitchControls", "Formant B"),
+                       &Params::kPitch,
+                       1,
+                       QT_TRANSLATE_NOOP("Lumora::FxPitchControls", "st")};
+const KnobSpec kFormantB{"pitchFormantB", QT_TRANSLATE_NOOP("Lumora::FxPitchControls", "Formant B"),
                          QT_TRANSLATE_NOOP("Lumora::FxPitchControls", "Layer B voice character"),
-                         -100,
-                         100,
-                         0,
-                         "%",
-                         false,
-                         0,
-                         100.0};
+                         &Params::kFormantShift};
 const KnobSpec kWet{
-    "pitchWet",
-    "D/W",
+    "pitchWet", "D/W",
     QT_TRANSLATE_NOOP("Lumora::FxPitchControls", "Dry/wet\n100% = only the shifted voice"),
-    0,
-    100,
-    100,
-    "%",
-    false,
-    0,
-    100.0};
+    &Params::kPitchWet};
 
 QHBoxLayout* knobRow() {
     auto* row = new QHBoxLayout();
@@ -152,18 +121,16 @@ FxPitchControls::FxPitchControls(QWidget* parent, SoundFxPreset* preset)
     for (int b = 0; b < kFormantBandCount; ++b) {
         auto* hz = new Knob(bandGrid_);
         hz->setObjectName(QStringLiteral("formantBand%1Hz").arg(b));
-        hz->setRange(80.0, 16000.0);
-        hz->setLogarithmic(true);
+        applyParameter(hz, Params::kFormantHz);
         hz->setSuffix(QStringLiteral("Hz"));
         auto* gain = new Knob(bandGrid_);
         gain->setObjectName(QStringLiteral("formantBand%1Gain").arg(b));
-        gain->setRange(-24.0, 24.0);
+        applyParameter(gain, Params::kFormantGain);
         gain->setDecimals(1);
         gain->setSuffix(QStringLiteral("dB"));
         auto* q = new Knob(bandGrid_);
         q->setObjectName(QStringLiteral("formantBand%1Q").arg(b));
-        q->setRange(0.3, 10.0);
-        q->setLogarithmic(true);
+        applyParameter(q, Params::kFormantWidth);
         q->setDecimals(2);
         bandHz_[static_cast<size_t>(b)] = hz;
         bandGain_[static_cast<size_t>(b)] = gain;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "dsp/Parameters.h"
+
 #include <QWidget>
 
 namespace Lumora {
@@ -9,7 +11,9 @@ namespace Lumora {
 class GainFader : public QWidget {
     Q_OBJECT
 public:
-    explicit GainFader(QWidget* parent, float minDb = -24.0f, float maxDb = 24.0f);
+    // The range of the chains' gains (the parameter table).
+    explicit GainFader(QWidget* parent, float minDb = Params::kInputGain.minimum,
+                       float maxDb = Params::kInputGain.maximum);
 
     float value() const { return value_; }
     float minimum() const { return min_; }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "dsp/Parameters.h"
+
 #include <QString>
 
 #include <functional>
@@ -12,20 +14,21 @@ namespace Lumora {
 class Knob;
 
 // What a knob is: its name, its texts (English sources, translated in the
-// owning panel's context) and its scale. `scale` turns the record's value into
-// the knob's (0.75 shown as 75 %).
+// owning panel's context), the parameter it sets (range, default, unit and
+// scale come from the parameter table) and how many decimals it shows. The
+// suffix is the unit's own unless given (a translated "st", "%B").
 struct KnobSpec {
     const char* objectName;
     const char* caption;
     const char* toolTip;
-    double minimum;
-    double maximum;
-    double initial;
-    const char* suffix;
-    bool logarithmic = false;
+    const Parameter* parameter;
     int decimals = 0;
-    double scale = 1.0;
+    const char* suffix = nullptr;
 };
+
+// Gives a knob a parameter's range and scale, as it is shown (a fraction
+// as a percentage).
+void applyParameter(Knob* knob, const Parameter& parameter);
 
 // Ties knobs to float fields of a panel's working record: a turned knob writes
 // its field and reports the edit at once; refresh() sets every knob from its
@@ -54,6 +57,7 @@ private:
         Field field;
     };
     QString translated(const char* source) const;
+    QString suffix(const KnobSpec& spec) const;
 
     const char* context_;
     std::vector<Entry> entries_;

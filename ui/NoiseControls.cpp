@@ -38,80 +38,43 @@ const char kNotLearnedStyle[] =
     "QLabel { color: {muted}; font-size: 8pt; background: transparent; }";
 const char kStatusStyle[] = "QLabel { color: {muted}; font-size: 8pt; background: transparent; }";
 
-const KnobSpec kSpectralAmount{"spectralAmount",
-                               QT_TRANSLATE_NOOP("Lumora::NoiseControls", "Strength"),
-                               QT_TRANSLATE_NOOP("Lumora::NoiseControls",
-                                                 "Ambient filter strength\nHigher = more room "
-                                                 "noise removed;\ntoo high makes the voice "
-                                                 "sound watery"),
-                               0,
-                               100,
-                               75,
-                               "%",
-                               false,
-                               0,
-                               100.0};
-const KnobSpec kNoiseAtten{"noiseAttenuation",
-                           QT_TRANSLATE_NOOP("Lumora::NoiseControls", "Attenuation"),
-                           QT_TRANSLATE_NOOP("Lumora::NoiseControls",
-                                             "How far the AI filter may turn noise down\nHigher "
-                                             "= quieter background; lower = more natural"),
-                           0,
-                           100,
-                           40,
-                           "dB",
-                           false,
-                           0,
-                           1.0};
-const KnobSpec kNoiseBlend{"noiseBlend",
-                           QT_TRANSLATE_NOOP("Lumora::NoiseControls", "Blend"),
+const KnobSpec kSpectralAmount{
+    "spectralAmount", QT_TRANSLATE_NOOP("Lumora::NoiseControls", "Strength"),
+    QT_TRANSLATE_NOOP("Lumora::NoiseControls", "Ambient filter strength\nHigher = more room "
+                                               "noise removed;\ntoo high makes the voice "
+                                               "sound watery"),
+    &Params::kSpectralAmount};
+const KnobSpec kNoiseAtten{
+    "noiseAttenuation", QT_TRANSLATE_NOOP("Lumora::NoiseControls", "Attenuation"),
+    QT_TRANSLATE_NOOP("Lumora::NoiseControls", "How far the AI filter may turn noise down\nHigher "
+                                               "= quieter background; lower = more natural"),
+    &Params::kNoiseAttenuation};
+const KnobSpec kNoiseBlend{"noiseBlend", QT_TRANSLATE_NOOP("Lumora::NoiseControls", "Blend"),
                            QT_TRANSLATE_NOOP("Lumora::NoiseControls",
                                              "Share of the AI-filtered voice\n100% = fully "
                                              "filtered; lower mixes the original back in"),
-                           0,
-                           100,
-                           80,
-                           "%",
-                           false,
-                           0,
-                           100.0};
-const KnobSpec kGateThreshold{"gateThreshold",
-                              "Thresh",
+                           &Params::kNoiseMix};
+const KnobSpec kGateThreshold{"gateThreshold", "Thresh",
                               QT_TRANSLATE_NOOP("Lumora::NoiseControls",
                                                 "Gate threshold\nSounds quieter than this are "
                                                 "cut!\nLower = more delicate sounds pass; higher "
                                                 "= more noise cut"),
-                              -80,
-                              -20,
-                              -55,
-                              "dB"};
-const KnobSpec kGateAttack{"gateAttack",
-                           "Attack",
+                              &Params::kGateThreshold};
+const KnobSpec kGateAttack{"gateAttack", "Attack",
                            QT_TRANSLATE_NOOP("Lumora::NoiseControls",
                                              "How fast the gate opens when you start "
                                              "speaking\nShorter = the first sound is not cut"),
-                           1,
-                           50,
-                           5,
-                           "ms"};
-const KnobSpec kGateHold{"gateHold",
-                         "Hold",
+                           &Params::kGateAttack};
+const KnobSpec kGateHold{"gateHold", "Hold",
                          QT_TRANSLATE_NOOP("Lumora::NoiseControls",
                                            "How long the gate stays open after you stop\nLonger "
                                            "= word endings are not cut"),
-                         10,
-                         500,
-                         150,
-                         "ms"};
-const KnobSpec kGateRelease{"gateRelease",
-                            "Rel",
+                         &Params::kGateHold};
+const KnobSpec kGateRelease{"gateRelease", "Rel",
                             QT_TRANSLATE_NOOP("Lumora::NoiseControls",
                                               "How fast the gate closes\nLonger = a smoother "
                                               "fade-out"),
-                            50,
-                            1000,
-                            200,
-                            "ms"};
+                            &Params::kGateRelease};
 
 QLabel* latencyNote(QWidget* parent) {
     auto* label = new QLabel(parent);

@@ -34,120 +34,52 @@ const char kPresetButtonStyle[] =
     " {blue@120}; }QPushButton:hover { background: {blue@70}; border-color:"
     " {blue}; }";
 const KnobSpec kRadioLow{
-    "radioLowCut",
-    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Low Cut"),
+    "radioLowCut", QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Low Cut"),
     QT_TRANSLATE_NOOP("Lumora::SoundFxPanel",
                       "The radio's lowest frequency\nHigher = thinner, smaller speaker"),
-    100,
-    2000,
-    300,
-    "Hz",
-    true};
+    &Params::kRadioLowCut};
 const KnobSpec kRadioHigh{
-    "radioHighCut",
-    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "High Cut"),
+    "radioHighCut", QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "High Cut"),
     QT_TRANSLATE_NOOP("Lumora::SoundFxPanel",
                       "The radio's highest frequency\nLower = duller, older radio"),
-    1000,
-    8000,
-    3400,
-    "Hz",
-    true};
-const KnobSpec kRadioDrive{"radioDrive",
-                           QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Drive"),
+    &Params::kRadioHighCut};
+const KnobSpec kRadioDrive{"radioDrive", QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Drive"),
                            QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Distortion of the radio"),
-                           0,
-                           100,
-                           20,
-                           "%",
-                           false,
-                           0,
-                           100.0};
-const KnobSpec kDelayTime{"delayTime",
-                          QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Time"),
+                           &Params::kRadioDrive};
+const KnobSpec kDelayTime{"delayTime", QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Time"),
                           QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Time until the echo returns"),
-                          1,
-                          1000,
-                          250,
-                          "ms"};
+                          &Params::kDelayTime};
 const KnobSpec kDelayFeedback{
-    "delayFeedback",
-    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Feedback"),
+    "delayFeedback", QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Feedback"),
     QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "How much each echo repeats\nHigher = more repeats"),
-    0,
-    90,
-    30,
-    "%",
-    false,
-    0,
-    100.0};
-const KnobSpec kDelayWet{"delayWet",
-                         QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Wet"),
+    &Params::kDelayFeedback};
+const KnobSpec kDelayWet{"delayWet", QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Wet"),
                          QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Loudness of the echoes"),
-                         0,
-                         100,
-                         30,
-                         "%",
-                         false,
-                         0,
-                         100.0};
+                         &Params::kDelayWet};
 const KnobSpec kReverbRoom{
-    "reverbRoom",
-    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Room Size"),
+    "reverbRoom", QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Room Size"),
     QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Size of the room\nLarger = longer reverb"),
-    0,
-    100,
-    50,
-    "%",
-    false,
-    0,
-    100.0};
+    &Params::kReverbRoom};
 const KnobSpec kReverbDamping{
-    "reverbDamping",
-    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Damping"),
+    "reverbDamping", QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Damping"),
     QT_TRANSLATE_NOOP("Lumora::SoundFxPanel",
                       "How much the walls absorb the highs\nHigher = darker"),
-    0,
-    100,
-    50,
-    "%",
-    false,
-    0,
-    100.0};
+    &Params::kReverbDamping};
 const KnobSpec kReverbLowCut{
-    "reverbLowCut",
-    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Low Cut"),
+    "reverbLowCut", QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Low Cut"),
     QT_TRANSLATE_NOOP("Lumora::SoundFxPanel",
                       "Removes the lows from the reverb only\nKeeps it from "
                       "booming"),
-    20,
-    2000,
-    20,
-    "Hz",
-    true};
+    &Params::kReverbLowCut};
 const KnobSpec kReverbDucking{
-    "reverbDucking",
-    QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Ducking"),
+    "reverbDucking", QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Ducking"),
     QT_TRANSLATE_NOOP("Lumora::SoundFxPanel",
                       "Lowers the reverb while you speak\nHigher = clearer words"),
-    0,
-    100,
-    0,
-    "%",
-    false,
-    0,
-    100.0};
+    &Params::kReverbDucking};
 const KnobSpec kReverbMix{
-    "reverbMix",
-    "MIX",
+    "reverbMix", "MIX",
     QT_TRANSLATE_NOOP("Lumora::SoundFxPanel", "Share of the reverb in the output"),
-    0,
-    100,
-    30,
-    "%",
-    false,
-    0,
-    100.0};
+    &Params::kReverbWet};
 
 // Titles and switch tips in section order (effect codes 0..4).
 const char* const kTitles[kEffectCount] = {

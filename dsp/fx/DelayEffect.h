@@ -11,14 +11,16 @@ namespace Lumora {
 // stay aligned to the sample.
 //
 // A new time glides: the read position moves towards it by at most kGlide
-// samples per sample (read between samples, linearly), as a tape echo's head
+// samples per sample (the time parameter's glide: its range over its glide
+// time) (read between samples, linearly), as a tape echo's head
 // would, so a dragged time knob bends the echo's pitch briefly instead of
 // cutting it (a jump of the read position is heard as a click). At rest the
 // delay is a whole number of samples.
 class DelayEffect {
 public:
     static constexpr int kLineLength = 96000;
-    static constexpr double kGlide = 0.25;
+    static constexpr double kGlide =
+        (Params::kDelayTime.maximum - Params::kDelayTime.minimum) / Params::kDelayTime.glideMs;
 
     void prepare(double sampleRate);
     void reset();

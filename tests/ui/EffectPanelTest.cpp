@@ -3,6 +3,7 @@
 #include "dsp/NoiseProfileLearner.h"
 #include "dsp/VoiceChain.h"
 #include "engine/FilterEngine.h"
+#include "settings/SettingsJson.h"
 #include "ui/CollapsibleSection.h"
 #include "ui/DynamicsControls.h"
 #include "ui/EqBandRow.h"
@@ -76,6 +77,13 @@ TEST(EffectPanel, EveryKnobEditIsEmittedAtOnceAndLandsInThePreset) {
         k->setValue(k->value() == k->maximum() ? k->minimum() : k->maximum());
         EXPECT_EQ(edits.count(), count + 1) << k->objectName().toStdString();
         EXPECT_NE(fileText(before), fileText(panel.currentPreset()))
+            << k->objectName().toStdString();
+        // The settings file keeps a knob's end as it is: the reader's
+        // clamps are the knobs' ranges.
+        SavedEffectPreset saved;
+        saved.preset = panel.currentPreset();
+        EXPECT_EQ(fileText(effectPresetFromJson(effectPresetToJson(saved)).preset),
+                  fileText(panel.currentPreset()))
             << k->objectName().toStdString();
         ++checked;
     }

@@ -1,5 +1,6 @@
 #include "ui/SoundFxPanel.h"
 #include "PanelTestSupport.h"
+#include "dsp/fx/FxParameterGuard.h"
 #include "dsp/fx/VoiceFxChain.h"
 #include "ui/CollapsibleSection.h"
 #include "ui/FxModulationControls.h"
@@ -116,6 +117,11 @@ TEST(SoundFxPanel, EveryEditIsEmittedAtOnce) {
         k->setValue(k->value() == k->maximum() ? k->minimum() : k->maximum());
         EXPECT_EQ(edits.count(), ++expected) << k->objectName().toStdString();
         EXPECT_NE(edited(before), edited(s.panel.currentPreset())) << k->objectName().toStdString();
+        // What the knob sets is what plays: the guard before the audio
+        // keeps the knobs' ends.
+        EXPECT_EQ(edited(guardFxParameters(s.panel.currentPreset(), 48000.0)),
+                  edited(s.panel.currentPreset()))
+            << k->objectName().toStdString();
     }
     EXPECT_GT(expected, 20);
     for (int code = 0; code < kEffectCount; ++code) {

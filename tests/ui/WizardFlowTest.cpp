@@ -448,8 +448,9 @@ TEST_F(WizardFlow, FadersReachTheChainsAndMetersShowTheLevels) {
     GainFader* input = sound->inputFader();
     QTest::mouseClick(input, Qt::LeftButton, Qt::NoModifier,
                       QPoint(input->width() - 1, input->height() / 2));
-    EXPECT_FLOAT_EQ(state_.chain().getParameters().inputGainDb, 24.0f);
-    EXPECT_FLOAT_EQ(dialog_->workingPreset().inputGainDb, 24.0f);
+    // The fader's ends are the gain's range, as the settings file holds it.
+    EXPECT_FLOAT_EQ(state_.chain().getParameters().inputGainDb, Params::kInputGain.maximum);
+    EXPECT_FLOAT_EQ(dialog_->workingPreset().inputGainDb, Params::kInputGain.maximum);
     sound->bypassButton()->click();
     EXPECT_FALSE(state_.chain().isActive());
     sound->bypassButton()->click();
@@ -457,7 +458,7 @@ TEST_F(WizardFlow, FadersReachTheChainsAndMetersShowTheLevels) {
 
     GainFader* fxOutput = dialog_->fxPage()->strip()->outputFader();
     QTest::mouseClick(fxOutput, Qt::LeftButton, Qt::NoModifier, QPoint(0, fxOutput->height() / 2));
-    EXPECT_FLOAT_EQ(state_.effects().getParameters().outputGainDb, -24.0f);
+    EXPECT_FLOAT_EQ(state_.effects().getParameters().outputGainDb, Params::kFxOutputGain.minimum);
 }
 
 } // namespace

@@ -32,21 +32,21 @@ TEST(DelayEffect, ImpulseComesBackAfterTheSetTimeWithTheSetFeedback) {
     }
 }
 
-TEST(DelayEffect, ExtremeTimesAreClampedNotRefused) {
+TEST(DelayEffect, TimesBeyondTheKnobAreClampedNotRefused) {
     {
         VoiceFxChain chain;
         setUp(chain, onlyDelay(0.0f, 0.0f, 1.0f));
         Audio audio({impulse(480, 10)});
         runInPackets(chain, audio, 480);
-        EXPECT_EQ(audio.planes[0][11], 1.0f) << "0 ms is one sample";
+        EXPECT_EQ(audio.planes[0][10 + 48], 1.0f) << "0 ms is the knob's 1 ms";
     }
     {
         VoiceFxChain chain;
         setUp(chain, onlyDelay(5000.0f, 0.0f, 1.0f));
-        Audio audio({impulse(96480, 0)});
+        Audio audio({impulse(48480, 0)});
         runInPackets(chain, audio, 1024);
-        EXPECT_EQ(audio.planes[0][95999], 1.0f) << "5000 ms is 95999 samples";
-        EXPECT_EQ(rms(audio.planes[0], 0, 95999), 0.0);
+        EXPECT_EQ(audio.planes[0][48000], 1.0f) << "5000 ms is the knob's 1000 ms";
+        EXPECT_EQ(rms(audio.planes[0], 0, 48000), 0.0);
     }
 }
 
