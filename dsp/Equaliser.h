@@ -9,9 +9,10 @@ namespace Lumora {
 
 // Low cut, five peaking bands, high shelf and high cut, per channel (first two).
 //
-// Coefficients follow the record once per packet and are recomputed only when a
-// filter's own inputs differ from what it was last computed from (exact float
-// comparison), so a steady record costs no transcendental work.
+// Coefficients follow the record, gliding to a new one across the packet in
+// steps of 64 frames, and are recomputed only when a filter's own inputs differ
+// from what it was last computed from (exact float comparison), so a steady
+// record costs no transcendental work.
 class Equaliser {
 public:
     static constexpr int kChannels = 2;
@@ -33,6 +34,8 @@ private:
     static bool bandRuns(const NotchBand& b) { return b.enabled && b.gainDb != 0.0f; }
     // Fills `sections` with the channel's sections that run, in order; returns how many.
     int activeSections(int channel, const EqParams& p, Biquad** sections);
+    // Runs the sections of `p` over [offset, offset + frames) of each plane.
+    void run(float* const* planes, int channels, int offset, int frames, const EqParams& p);
     void setBoth(std::array<Biquad, kChannels>& pair, const BiquadCoeffs<double>& c);
 
     double sampleRate_ = 48000.0;
@@ -52,6 +55,12 @@ private:
     float cachedShelfGainDb_ = 0.0f;
     float cachedHighCutHz_ = 0.0f;
     float cachedHighCutQ_ = 0.0f;
+
+    // The record the coefficients were last brought to, where a change glides from.
+    static constexpr int kGlideStep = 64;
+    static constexpr int kMaxGlideSteps = 32;
+    EqParams shape_;
+    bool shaped_ = false;
 };
 
 } // namespace Lumora

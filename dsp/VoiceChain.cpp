@@ -150,9 +150,6 @@ void VoiceChain::runStages(float* const* planes, int channels, int frames, const
         limiter_.setCeilingDb(p.limiter.ceilingDb);
         limiter_.setReleaseMs(p.limiter.releaseMs);
     }
-    if (p.eq.enabled) {
-        equaliser_.updateCoefficients(p.eq);
-    }
 
     if (p.spectral.enabled) {
         runSpectral(planes, channels, frames, p.spectral);

@@ -1,6 +1,8 @@
 #pragma once
 // Signals and measurements shared by the stage tests.
 
+#include "dsp/Parameters.h"
+
 #include <algorithm>
 #include <cmath>
 #include <vector>
@@ -66,28 +68,66 @@ inline float largestStep(const std::vector<float>& x, size_t from, size_t to) {
     return step;
 }
 
-// A knob swept while a 233 Hz tone plays through `chain` (prepared, with `p`
-// set up): half a second at `from`, two seconds moving to `to` a packet at a
-// time (as a mouse drag gives), half a second at `to`. Returns the largest
-// step during the sweep (and 30 ms after) over the largest of the steady
-// sound at either end.
-template <typename Chain, typename Preset, typename Set>
-float sweepStepRatio(Chain& chain, Preset p, const Set& set, float from, float to, int packet) {
-    const int second = 48000 / packet;
-    const int before = second / 2, sweep = 2 * second, after = second / 2;
-    std::vector<float> x = sine(233.0, 48000.0, packet * (before + sweep + after), 0.1f);
-    for (int k = 0; k < before + sweep + after; ++k) {
-        const float t = static_cast<float>(std::clamp(k - before, 0, sweep)) / sweep;
-        set(p, from + (to - from) * t);
-        chain.setParameters(p);
-        float* planes[1] = {x.data() + k * packet};
-        chain.process(planes, 1, packet);
+inline float peak(const std::vector<float>& x, size_t from, size_t to) {
+    float top = 0.0f;
+    for (size_t i = from; i < to && i < x.size(); ++i) {
+        top = std::max(top, std::fabs(x[i]));
     }
-    const size_t start = static_cast<size_t>(packet * before);
-    const size_t end = static_cast<size_t>(packet * (before + sweep));
-    const float steady =
-        std::max(largestStep(x, start / 2, start), largestStep(x, end + start / 2, x.size()));
-    return largestStep(x, start, end + 1440) / steady;
+    return top;
+}
+
+// What a knob swept across its range while the voice plays does to it,
+// against the same voice through the chain held still at settings along the
+// range (its steady sound): the largest step between samples over the largest
+// steady one (a click), and the highest peak over the highest steady one, in
+// dB (a spike). Many settings, because a steady sound may be loudest inside
+// the range (a band passing a tone).
+struct SweepFindings {
+    float stepRatio;
+    float spikeDb;
+};
+
+// `input` plays through chains made by `make()` (prepared, with `p` handed
+// over) in packets of `packet`: half a second at the range's minimum, two
+// seconds moving to its maximum a packet at a time on the knob's scale (as a
+// mouse drag gives), then at the maximum. The sweep and the 30 ms after it
+// are measured.
+template <typename Make, typename Preset, typename Set>
+SweepFindings sweepKnob(const Make& make, const Preset& p, const Set& set, const Parameter& range,
+                        int packet, const std::vector<float>& input) {
+    constexpr int kSteadySettings = 33;
+    const int second = 48000 / packet;
+    const int before = second / 2, sweep = 2 * second;
+    const int packets = static_cast<int>(input.size()) / packet;
+    const auto start = static_cast<size_t>(packet * before);
+    const auto end = static_cast<size_t>(packet * (before + sweep) + 1440);
+    auto valueAt = [&range](float t) {
+        return range.logarithmic ? range.minimum * std::pow(range.maximum / range.minimum, t)
+                                 : range.minimum + (range.maximum - range.minimum) * t;
+    };
+    auto render = [&](auto positionAt) {
+        std::vector<float> x(input.begin(), input.begin() + packets * packet);
+        auto chain = make();
+        Preset q = p;
+        for (int k = 0; k < packets; ++k) {
+            set(q, valueAt(positionAt(k)));
+            chain->setParameters(q);
+            float* planes[1] = {x.data() + k * packet};
+            chain->process(planes, 1, packet);
+        }
+        return x;
+    };
+    const std::vector<float> swept =
+        render([&](int k) { return static_cast<float>(std::clamp(k - before, 0, sweep)) / sweep; });
+    float step = 0.0f, top = 0.0f;
+    for (int i = 0; i < kSteadySettings; ++i) {
+        const float t = static_cast<float>(i) / (kSteadySettings - 1);
+        const std::vector<float> steady = render([t](int) { return t; });
+        step = std::max(step, largestStep(steady, start, end));
+        top = std::max(top, peak(steady, start, end));
+    }
+    return {largestStep(swept, start, end) / step,
+            static_cast<float>(toDb(peak(swept, start, end) / top))};
 }
 
 } // namespace Lumora::TestSignals

@@ -1,14 +1,19 @@
-// Every knob of the cleaning chain turned across its range in two seconds
-// while the voice plays, a new value each packet: no step between samples
-// during the sweep larger than 1.5 times the largest step of the steady
-// sound at either end.
+// Every knob of the cleaning chain turned across its whole range (the
+// parameter table's) in two seconds while the voice plays, a new value each
+// packet, on a steady tone and on recorded speech: no step between samples
+// No step between samples is larger than 1.5 times the largest step of the
+// steady sound (the knob held still anywhere along its range), and no peak
+// rises more than 1 dB over the steady sound's highest.
 #include "DspTestSignals.h"
+#include "dsp/Parameters.h"
 #include "dsp/VoiceChain.h"
+#include "fx/FxTestSupport.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <functional>
+#include <memory>
 #include <ostream>
 #include <string>
 
@@ -19,73 +24,77 @@ namespace {
 
 struct CleaningKnob {
     const char* name;
+    const Parameter* parameter;
     std::function<void(EffectPreset&, float)> set; // switches its stage on too
-    float from;
-    float to;
 };
 
-std::vector<CleaningKnob> cleaningKnobs() {
-    auto eq = [](EffectPreset& p) -> EqParams& {
-        p.eq.enabled = true;
-        return p.eq;
+// Sets one field of one stage's settings, switching the stage on.
+template <typename Group>
+std::function<void(EffectPreset&, float)> field(Group EffectPreset::*group, float Group::*knob) {
+    return [group, knob](EffectPreset& p, float v) {
+        (p.*group).enabled = true;
+        (p.*group).*knob = v;
     };
+}
+
+std::vector<CleaningKnob> cleaningKnobs() {
+    using namespace Params;
+    auto eq = [](bool EqParams::*part, float EqParams::*knob) {
+        return [part, knob](EffectPreset& p, float v) {
+            p.eq.enabled = p.eq.*part = true;
+            p.eq.*knob = v;
+        };
+    };
+    // The first band, raised on the tone and the voice's low body.
+    auto band = [](float NotchBand::*knob) {
+        return [knob](EffectPreset& p, float v) {
+            p.eq.enabled = true;
+            p.eq.notchBands[0] = NotchBand{true, 250.0f, 9.0f, 2.0f};
+            p.eq.notchBands[0].*knob = v;
+        };
+    };
+    // Ratio 6 and a low threshold, so that the compressor works on the voice.
+    auto comp = [](float CompParams::*knob) {
+        return [knob](EffectPreset& p, float v) {
+            p.comp.enabled = true;
+            p.comp.ratio = 6.0f;
+            p.comp.thresholdDb = -36.0f;
+            p.comp.*knob = v;
+        };
+    };
+    auto gate = [](float GateParams::*knob) { return field(&EffectPreset::gate, knob); };
+    auto limiter = [](float LimiterParams::*knob) { return field(&EffectPreset::limiter, knob); };
     return {
-        {"inputGainDb", [](EffectPreset& p, float v) { p.inputGainDb = v; }, -12.0f, 12.0f},
-        {"outputGainDb", [](EffectPreset& p, float v) { p.outputGainDb = v; }, 6.0f, -18.0f},
-        {"eq.lowCutHz",
-         [eq](EffectPreset& p, float v) {
-             eq(p).lowCutEnabled = true;
-             p.eq.lowCutHz = v;
-         },
-         20.0f, 300.0f},
-        {"eq.band.gainDb",
-         [eq](EffectPreset& p, float v) {
-             eq(p).notchBands[0] = NotchBand{true, 250.0f, v, 1.0f};
-         },
-         -12.0f, 12.0f},
-        {"eq.band.centerHz",
-         [eq](EffectPreset& p, float v) {
-             eq(p).notchBands[0] = NotchBand{true, v, 9.0f, 2.0f};
-         },
-         233.0f, 2000.0f}, // from on the tone (its loudest) away from it
-        {"eq.highShelfGainDb",
-         [eq](EffectPreset& p, float v) {
-             eq(p).highShelfEnabled = true;
-             p.eq.highShelfHz = 200.0f;
-             p.eq.highShelfGainDb = v;
-         },
-         -12.0f, 12.0f},
-        {"eq.highCutHz",
-         [eq](EffectPreset& p, float v) {
-             eq(p).highCutEnabled = true;
-             p.eq.highCutHz = v;
-         },
-         16000.0f, 300.0f},
-        {"comp.thresholdDb",
+        {"inputGainDb", &kInputGain, [](EffectPreset& p, float v) { p.inputGainDb = v; }},
+        {"outputGainDb", &kOutputGain, [](EffectPreset& p, float v) { p.outputGainDb = v; }},
+        {"eq.lowCutHz", &kLowCut, eq(&EqParams::lowCutEnabled, &EqParams::lowCutHz)},
+        {"eq.highShelfHz", &kHighShelfHz, eq(&EqParams::highShelfEnabled, &EqParams::highShelfHz)},
+        {"eq.highShelfGainDb", &kHighShelfGain,
+         eq(&EqParams::highShelfEnabled, &EqParams::highShelfGainDb)},
+        {"eq.highCutHz", &kHighCut, eq(&EqParams::highCutEnabled, &EqParams::highCutHz)},
+        {"eq.highCutQ", &kHighCutQ, eq(&EqParams::highCutEnabled, &EqParams::highCutQ)},
+        {"eq.band.centerHz", &kBandHz, band(&NotchBand::centerHz)},
+        {"eq.band.gainDb", &kBandGain, band(&NotchBand::gainDb)},
+        {"eq.band.q", &kBandQ, band(&NotchBand::q)},
+        {"comp.thresholdDb", &kCompThreshold, comp(&CompParams::thresholdDb)},
+        {"comp.ratio", &kCompRatio, comp(&CompParams::ratio)},
+        {"comp.kneeDb", &kCompKnee, comp(&CompParams::kneeDb)},
+        {"comp.attackMs", &kCompAttack, comp(&CompParams::attackMs)},
+        {"comp.releaseMs", &kCompRelease, comp(&CompParams::releaseMs)},
+        {"comp.makeupGainDb", &kCompMakeup, comp(&CompParams::makeupGainDb)},
+        {"limiter.ceilingDb", &kLimiterCeiling, limiter(&LimiterParams::ceilingDb)},
+        {"limiter.releaseMs", &kLimiterRelease, limiter(&LimiterParams::releaseMs)},
+        {"gate.thresholdDb", &kGateThreshold, gate(&GateParams::thresholdDb)},
+        {"gate.attackMs", &kGateAttack, gate(&GateParams::attackMs)},
+        {"gate.holdMs", &kGateHold, gate(&GateParams::holdMs)},
+        {"gate.releaseMs", &kGateRelease, gate(&GateParams::releaseMs)},
+        {"gate.rangeDb", &kGateRange, gate(&GateParams::rangeDb)},
+        {"spectral.amount", &kSpectralAmount,
          [](EffectPreset& p, float v) {
-             p.comp.enabled = true;
-             p.comp.ratio = 6.0f;
-             p.comp.thresholdDb = v;
-         },
-         0.0f, -40.0f},
-        {"comp.makeupGainDb",
-         [](EffectPreset& p, float v) {
-             p.comp.enabled = true;
-             p.comp.makeupGainDb = v;
-         },
-         0.0f, 12.0f},
-        {"limiter.ceilingDb",
-         [](EffectPreset& p, float v) {
-             p.limiter.enabled = true;
-             p.limiter.ceilingDb = v;
-         },
-         0.0f, -24.0f},
-        {"gate.thresholdDb",
-         [](EffectPreset& p, float v) {
-             p.gate.enabled = true;
-             p.gate.thresholdDb = v;
-         },
-         -80.0f, -30.0f},
+             p.spectral.enabled = true;
+             p.spectral.profileDb.fill(-60.0f);
+             p.spectral.amount = v;
+         }},
     };
 }
 
@@ -98,16 +107,27 @@ class CleaningKnobSweep : public ::testing::TestWithParam<CleaningKnob> {};
 
 } // namespace
 
-TEST_P(CleaningKnobSweep, TurningItWhileTheVoicePlaysMakesNoClick) {
+TEST_P(CleaningKnobSweep, TurningItWhileTheVoicePlaysMakesNoClickAndNoSpike) {
     const CleaningKnob& knob = GetParam();
+    const Parameter& range = *knob.parameter;
+    const std::vector<float> voice = FxTest::speech(3.0);
+    ASSERT_FALSE(voice.empty()) << "no recorded speech";
+    const std::vector<float> tone = sine(233.0, 48000.0, 3.0 * 48000, 0.1f);
+    EffectPreset p;
+    p.active = true;
+    knob.set(p, range.initial);
+    auto make = [] {
+        auto chain = std::make_unique<VoiceChain>();
+        chain->prepare(48000.0, 4800);
+        return chain;
+    };
     for (const int packet : {480, 1024}) {
-        EffectPreset p;
-        p.active = true;
-        knob.set(p, knob.from);
-        VoiceChain chain;
-        chain.prepare(48000.0, 4800);
-        EXPECT_LE(sweepStepRatio(chain, p, knob.set, knob.from, knob.to, packet), 1.5f)
-            << knob.name << ", packets of " << packet;
+        for (const std::vector<float>* input : {&tone, &voice}) {
+            const SweepFindings found = sweepKnob(make, p, knob.set, range, packet, *input);
+            const char* what = input == &tone ? "tone" : "speech";
+            EXPECT_LE(found.stepRatio, 1.5f) << what << ", packets of " << packet;
+            EXPECT_LE(found.spikeDb, 1.0f) << what << ", packets of " << packet;
+        }
     }
 }
 

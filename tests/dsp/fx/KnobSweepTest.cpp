@@ -1,14 +1,18 @@
-// Every knob of the voice effects turned across its range in two seconds
-// while the voice plays (a new value each packet, as a mouse drag gives):
-// the sound glides with it. No step between samples during the sweep is
-// larger than 1.5 times the largest step of the steady sound at either end.
+// Every knob of the voice effects turned across its whole range (the
+// parameter table's) in two seconds while the voice plays, a new value each
+// packet as a mouse drag gives, on a steady tone and on recorded speech.
+// No step between samples is larger than 1.5 times the largest step of the
+// steady sound (the knob held still anywhere along its range), and no peak
+// rises more than 1 dB over the steady sound's highest.
 #include "FxTestSupport.h"
 #include "dsp/DspTestSignals.h"
+#include "dsp/Parameters.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <functional>
+#include <memory>
 #include <ostream>
 
 using namespace Lumora;
@@ -18,9 +22,8 @@ namespace {
 
 struct Knob {
     const char* name;
+    const Parameter* parameter;
     std::function<void(SoundFxPreset&, float)> set; // enables the effect too
-    float from;
-    float to;
 };
 
 // Sets one field of one effect's settings, switching that effect on.
@@ -33,7 +36,23 @@ std::function<void(SoundFxPreset&, float)> field(Group SoundFxPreset::*group, fl
 }
 
 std::vector<Knob> knobs() {
+    using namespace Params;
     auto pitch = [](float PitchParams::*knob) { return field(&SoundFxPreset::pitch, knob); };
+    auto layerB = [](float PitchParams::*knob) {
+        return [set = field(&SoundFxPreset::pitch, knob)](SoundFxPreset& p, float v) {
+            p.pitch.layerBEnabled = true;
+            p.pitch.semitonesB = 5.0f;
+            set(p, v);
+        };
+    };
+    // The formant EQ's second band, raised so its centre and width are heard.
+    auto band = [](float FormantBand::*knob) {
+        return [knob](SoundFxPreset& p, float v) {
+            p.pitch.enabled = p.pitch.formantEqEnabled = true;
+            p.pitch.formantBands[1].gainDb = 12.0f;
+            p.pitch.formantBands[1].*knob = v;
+        };
+    };
     auto mod = [](float ModParams::*knob) { return field(&SoundFxPreset::mod, knob); };
     auto flanger = [](float ModParams::*knob) {
         return [set = field(&SoundFxPreset::mod, knob)](SoundFxPreset& p, float v) {
@@ -45,26 +64,30 @@ std::vector<Knob> knobs() {
     auto delay = [](float DelayParams::*knob) { return field(&SoundFxPreset::delay, knob); };
     auto reverb = [](float ReverbParams::*knob) { return field(&SoundFxPreset::reverb, knob); };
     return {
-        {"pitch.semitonesA", pitch(&PitchParams::semitonesA), 0.0f, 12.0f},
-        {"pitch.formantShiftA", pitch(&PitchParams::formantShiftA), 0.0f, 0.6f},
-        {"pitch.wetMix", pitch(&PitchParams::wetMix), 0.0f, 1.0f},
-        {"mod.rate", mod(&ModParams::rate), 0.1f, 10.0f},
-        {"mod.depth", mod(&ModParams::depth), 0.0f, 1.0f},
-        {"mod.feedback", mod(&ModParams::feedback), 0.0f, 0.9f},
-        {"mod.wetMix", mod(&ModParams::wetMix), 0.0f, 1.0f},
-        {"flanger.rate", flanger(&ModParams::rate), 0.1f, 10.0f},
-        {"flanger.depth", flanger(&ModParams::depth), 0.0f, 1.0f},
-        {"radio.lowCutHz", radio(&RadioParams::lowCutHz), 100.0f, 2000.0f},
-        {"radio.highCutHz", radio(&RadioParams::highCutHz), 8000.0f, 1000.0f},
-        {"radio.overdrive", radio(&RadioParams::overdrive), 0.0f, 1.0f},
-        {"delay.timeMs", delay(&DelayParams::timeMs), 100.0f, 400.0f},
-        {"delay.feedback", delay(&DelayParams::feedback), 0.0f, 0.9f},
-        {"delay.wetMix", delay(&DelayParams::wetMix), 0.0f, 1.0f},
-        {"reverb.roomSize", reverb(&ReverbParams::roomSize), 0.0f, 1.0f},
-        {"reverb.damping", reverb(&ReverbParams::damping), 0.0f, 1.0f},
-        {"reverb.wetMix", reverb(&ReverbParams::wetMix), 0.0f, 1.0f},
-        {"reverb.lowCutHz", reverb(&ReverbParams::lowCutHz), 40.0f, 740.0f},
-        {"reverb.duckingAmount", reverb(&ReverbParams::duckingAmount), 0.0f, 1.0f},
+        {"pitch.semitonesA", &kPitch, pitch(&PitchParams::semitonesA)},
+        {"pitch.formantShiftA", &kFormantShift, pitch(&PitchParams::formantShiftA)},
+        {"pitch.wetMix", &kPitchWet, pitch(&PitchParams::wetMix)},
+        {"pitch.mixAB", &kPitchMixAB, layerB(&PitchParams::mixAB)},
+        {"formantEq.hz", &kFormantHz, band(&FormantBand::hz)},
+        {"formantEq.gainDb", &kFormantGain, band(&FormantBand::gainDb)},
+        {"formantEq.width", &kFormantWidth, band(&FormantBand::width)},
+        {"mod.rate", &kModRate, mod(&ModParams::rate)},
+        {"mod.depth", &kModDepth, mod(&ModParams::depth)},
+        {"mod.feedback", &kModFeedback, mod(&ModParams::feedback)},
+        {"mod.wetMix", &kModWet, mod(&ModParams::wetMix)},
+        {"flanger.rate", &kModRate, flanger(&ModParams::rate)},
+        {"flanger.depth", &kModDepth, flanger(&ModParams::depth)},
+        {"radio.lowCutHz", &kRadioLowCut, radio(&RadioParams::lowCutHz)},
+        {"radio.highCutHz", &kRadioHighCut, radio(&RadioParams::highCutHz)},
+        {"radio.overdrive", &kRadioDrive, radio(&RadioParams::overdrive)},
+        {"delay.timeMs", &kDelayTime, delay(&DelayParams::timeMs)},
+        {"delay.feedback", &kDelayFeedback, delay(&DelayParams::feedback)},
+        {"delay.wetMix", &kDelayWet, delay(&DelayParams::wetMix)},
+        {"reverb.roomSize", &kReverbRoom, reverb(&ReverbParams::roomSize)},
+        {"reverb.damping", &kReverbDamping, reverb(&ReverbParams::damping)},
+        {"reverb.wetMix", &kReverbWet, reverb(&ReverbParams::wetMix)},
+        {"reverb.lowCutHz", &kReverbLowCut, reverb(&ReverbParams::lowCutHz)},
+        {"reverb.duckingAmount", &kReverbDucking, reverb(&ReverbParams::duckingAmount)},
     };
 }
 
@@ -77,15 +100,27 @@ class KnobSweep : public ::testing::TestWithParam<Knob> {};
 
 } // namespace
 
-TEST_P(KnobSweep, TurningItWhileTheVoicePlaysMakesNoClick) {
+TEST_P(KnobSweep, TurningItWhileTheVoicePlaysMakesNoClickAndNoSpike) {
     const Knob& knob = GetParam();
+    const Parameter& range = *knob.parameter;
+    const Signal voice = speech(3.0);
+    ASSERT_FALSE(voice.empty()) << "no recorded speech";
+    const Signal tone = sine(233.0, static_cast<int>(3.0 * kRate), 0.1f);
+    SoundFxPreset p;
+    knob.set(p, range.initial);
+    auto make = [&p] {
+        auto chain = std::make_unique<VoiceFxChain>();
+        setUp(*chain, p);
+        return chain;
+    };
     for (const int packet : {480, 1024}) {
-        SoundFxPreset p;
-        knob.set(p, knob.from);
-        VoiceFxChain chain;
-        setUp(chain, p);
-        EXPECT_LE(TestSignals::sweepStepRatio(chain, p, knob.set, knob.from, knob.to, packet), 1.5f)
-            << knob.name << ", packets of " << packet;
+        for (const Signal* input : {&tone, &voice}) {
+            const TestSignals::SweepFindings found =
+                TestSignals::sweepKnob(make, p, knob.set, range, packet, *input);
+            const char* what = input == &tone ? "tone" : "speech";
+            EXPECT_LE(found.stepRatio, 1.5f) << what << ", packets of " << packet;
+            EXPECT_LE(found.spikeDb, 1.0f) << what << ", packets of " << packet;
+        }
     }
 }
 
