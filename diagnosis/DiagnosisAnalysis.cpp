@@ -7,11 +7,6 @@
 #include <algorithm>
 #include <memory>
 
-#include <chrono>
-#include <exception>
-#include <utility>
-#include <vector>
-
 namespace Lumora {
 
 DiagnosisResult analyse(const DiagnosisSession& session) {
@@ -40,38 +35,6 @@ DiagnosisResult analyse(const DiagnosisSession& session) {
         }
     }
     return result;
-}
-
-std::future<DiagnosisResult> startAnalysis(DiagnosisSession session) {
-    try {
-        return std::async(std::launch::async, [s = std::move(session)]() { return analyse(s); });
-    } catch (...) {
-        // No thread (or no memory for one): hand the failure over the same way
-        // an exception inside the analysis would arrive.
-        std::promise<DiagnosisResult> failed;
-        failed.set_exception(std::current_exception());
-        return failed.get_future();
-    }
-}
-
-std::optional<DiagnosisResult> pollAnalysis(std::future<DiagnosisResult>& future, bool* failed) {
-    if (failed) {
-        *failed = false;
-    }
-    if (!future.valid()) {
-        return std::nullopt;
-    }
-    try {
-        if (future.wait_for(std::chrono::seconds(0)) != std::future_status::ready) {
-            return std::nullopt;
-        }
-        return future.get();
-    } catch (...) {
-        if (failed) {
-            *failed = true;
-        }
-        return std::nullopt;
-    }
 }
 
 } // namespace Lumora

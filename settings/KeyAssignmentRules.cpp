@@ -75,21 +75,6 @@ std::string slotDisplayName(const KeyAssignment& key) {
 KeyAssignmentRules::KeyAssignmentRules(SettingsReader reader, KeyAssignmentTarget* target)
     : reader_(std::move(reader)), target_(target) {}
 
-bool KeyAssignmentRules::handleKeyEvent(ArrowKey key, bool isPress, bool autoRepeat) {
-    const int slot = slotOfKey(key);
-    if (slot == kNoSlot) {
-        return false;
-    }
-    if (!autoRepeat) {
-        if (isPress) {
-            press(slot);
-        } else {
-            release(slot);
-        }
-    }
-    return true;
-}
-
 void KeyAssignmentRules::reset() {
     toggled_ = kNoSlot;
     held_ = kNoSlot;

@@ -95,12 +95,6 @@ public:
     // A null target (no filter) makes every slot unassigned.
     void setTarget(KeyAssignmentTarget* target) { target_ = target; }
 
-    // One key event that reached the rules (the dialog has already let through
-    // only its own, active, visible window and no text field or list). Returns
-    // true when the event is consumed: every event of an arrow key is, an
-    // auto-repeated one without effect.
-    bool handleKeyEvent(ArrowKey key, bool isPress, bool autoRepeat);
-
     // The rules for slot 0 to 3; other slots are ignored.
     void press(int slot);
     void release(int slot);
