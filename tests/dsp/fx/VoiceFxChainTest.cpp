@@ -35,40 +35,35 @@ Audio stereoVoice(int frames) {
 
 } // namespace
 
-TEST(VoiceFxChain, EveryEffectOffIsBitExactWithEqualLevels) {
-    VoiceFxChain chain;
-    SoundFxPreset p;
-    p.inputGainDb = 12.0f; // gains do not act while no effect is on
-    p.outputGainDb = -6.0f;
-    setUp(chain, p);
-    Audio audio = stereoVoice(480);
-    const Audio original = audio;
-    chain.process(audio.data(), 2, 480);
-    EXPECT_TRUE(bitEqual(audio.planes[0], original.planes[0]));
-    EXPECT_TRUE(bitEqual(audio.planes[1], original.planes[1]));
-    EXPECT_EQ(chain.inputLevelDb(), chain.outputLevelDb());
-    EXPECT_NEAR(chain.inputLevelDb(), expectedLevelDb(original), 1e-4);
-}
-
-TEST(VoiceFxChain, InactiveChainPassesThroughWhateverIsEnabled) {
-    VoiceFxChain chain;
-    chain.prepare(kRate, 4800);
-    SoundFxPreset p = onlyDelay(10.0f, 0.5f, 1.0f);
-    p.radio.enabled = true;
-    chain.setParameters(p);
-    EXPECT_FALSE(chain.isActive()) << "setParameters must not switch the effects on";
-    Audio audio = stereoVoice(1024);
-    const Audio original = audio;
-    chain.process(audio.data(), 2, 1024);
-    EXPECT_TRUE(bitEqual(audio.planes[0], original.planes[0]));
-    EXPECT_EQ(chain.inputLevelDb(), chain.outputLevelDb());
-
-    chain.setActive(true);
-    chain.setParameters(p);
-    chain.setActive(false); // the diagnosis switches the effects off ...
-    chain.setParameters(p); // ... and an edit meanwhile leaves them off
-    chain.process(audio.data(), 2, 1024);
-    EXPECT_TRUE(bitEqual(audio.planes[0], original.planes[0]));
+// Every way the chain promises to leave the voice alone: the samples come out
+// bit for bit, and both meters read the input's level.
+TEST(VoiceFxChain, PassThroughCasesAreBitExactWithEqualLevels) {
+    struct Case {
+        const char* what;
+        SoundFxPreset preset;
+        bool active;
+    };
+    Case cases[] = {{"every effect off, gains set", {}, true},
+                    {"effects on, switched off (as the diagnosis does), then edited",
+                     onlyDelay(10.0f, 0.5f, 1.0f), false},
+                    {"no known code in the order, 0 dB gains", onlyDelay(10.0f, 0.0f, 0.0f), true}};
+    cases[0].preset.inputGainDb = 12.0f; // gains do not act while no effect is on
+    cases[0].preset.outputGainDb = -6.0f;
+    cases[1].preset.radio.enabled = true;
+    cases[2].preset.effectOrder = {7, 7, 7, 7, 7};
+    for (const Case& c : cases) {
+        VoiceFxChain chain;
+        setUp(chain, c.preset);
+        chain.setActive(c.active);
+        chain.setParameters(c.preset); // an edit must not switch the effects back on
+        Audio audio = stereoVoice(1024);
+        const Audio original = audio;
+        chain.process(audio.data(), 2, 1024);
+        EXPECT_TRUE(bitEqual(audio.planes[0], original.planes[0])) << c.what;
+        EXPECT_TRUE(bitEqual(audio.planes[1], original.planes[1])) << c.what;
+        EXPECT_EQ(chain.inputLevelDb(), chain.outputLevelDb()) << c.what;
+        EXPECT_NEAR(chain.inputLevelDb(), expectedLevelDb(original), 1e-4) << c.what;
+    }
 }
 
 // A stored order with a code twice (a damaged file) runs that effect once,
@@ -112,18 +107,6 @@ TEST(VoiceFxChain, UnknownCodesRunNothingButGainsAndMetersStillAct) {
     EXPECT_NEAR(chain.inputLevelDb(), expectedLevelDb(original) + 6.0f, 1e-3);
     EXPECT_NEAR(chain.outputLevelDb(), expectedLevelDb(audio), 1e-4);
     EXPECT_NEAR(chain.outputLevelDb(), chain.inputLevelDb() - 12.0f, 1e-3);
-}
-
-TEST(VoiceFxChain, ZeroGainsAreSkippedExactly) {
-    VoiceFxChain chain;
-    SoundFxPreset p = onlyDelay(10.0f, 0.0f, 0.0f);
-    p.effectOrder = {7, 7, 7, 7, 7};
-    setUp(chain, p);
-    Audio audio = stereoVoice(480);
-    const Audio original = audio;
-    chain.process(audio.data(), 2, 480);
-    EXPECT_TRUE(bitEqual(audio.planes[0], original.planes[0]));
-    EXPECT_TRUE(bitEqual(audio.planes[1], original.planes[1]));
 }
 
 TEST(VoiceFxChain, ChannelsBeyondTheSecondPassUnchangedAndDoNotCount) {
