@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <utility>
 
 using namespace Lumora;
 using namespace FxTest;
@@ -134,36 +135,25 @@ TEST(Reverb, DuckingHoldsTheTailBackWhileTheVoiceIsLoud) {
     EXPECT_NEAR(rmsDb(ducked, late, late + 4800), rmsDb(plain, late, late + 4800), 6.0);
 }
 
-TEST(Reverb, MonoPacketWritesTheLeftOutputWhenTheHighPassRuns) {
-    // Mono: channel 0 is both sides; the right side's write comes second and
-    // wins, and with the high-pass on it carries the filtered left output.
-    SoundFxPreset p = onlyReverb(0.6f, 0.4f, 0.7f);
-    p.reverb.lowCutHz = 150.0f;
+TEST(Reverb, MonoPacketGetsTheSideWrittenLast) {
+    // Mono: channel 0 is both sides, and the side written second wins: with
+    // the high-pass on (150 Hz) that is the filtered left output, without it
+    // (20 Hz) the right output.
     const Signal x = sine(500.0, 9600, 0.3f);
-    VoiceFxChain mono;
-    VoiceFxChain stereo;
-    setUp(mono, p);
-    setUp(stereo, p);
-    Audio one({x});
-    Audio two({x, x});
-    runInPackets(mono, one, 480);
-    runInPackets(stereo, two, 480);
-    for (int i = 0; i < 9600; ++i) {
-        ASSERT_FLOAT_EQ(one.planes[0][i], two.planes[0][i]) << i;
-    }
-    EXPECT_NE(two.planes[0], two.planes[1]) << "the sides differ in stereo";
-
-    // Without the high-pass (20 Hz), the second write is the right output's.
-    p.reverb.lowCutHz = 20.0f;
-    VoiceFxChain mono2;
-    VoiceFxChain stereo2;
-    setUp(mono2, p);
-    setUp(stereo2, p);
-    Audio one2({x});
-    Audio two2({x, x});
-    runInPackets(mono2, one2, 480);
-    runInPackets(stereo2, two2, 480);
-    for (int i = 0; i < 9600; ++i) {
-        ASSERT_FLOAT_EQ(one2.planes[0][i], two2.planes[1][i]) << i;
+    for (const auto& [lowCutHz, side] : {std::pair{150.0f, 0}, std::pair{20.0f, 1}}) {
+        SoundFxPreset p = onlyReverb(0.6f, 0.4f, 0.7f);
+        p.reverb.lowCutHz = lowCutHz;
+        VoiceFxChain mono;
+        VoiceFxChain stereo;
+        setUp(mono, p);
+        setUp(stereo, p);
+        Audio one({x});
+        Audio two({x, x});
+        runInPackets(mono, one, 480);
+        runInPackets(stereo, two, 480);
+        EXPECT_NE(two.planes[0], two.planes[1]) << "the sides differ in stereo";
+        for (int i = 0; i < 9600; ++i) {
+            ASSERT_FLOAT_EQ(one.planes[0][i], two.planes[side][i]) << lowCutHz << " Hz, " << i;
+        }
     }
 }
