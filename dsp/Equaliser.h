@@ -24,12 +24,6 @@ public:
     void updateCoefficients(const EqParams& p);
     void process(float* const* planes, int channels, int frames, const EqParams& p);
 
-    // For tests and displays: the sections of channel 0.
-    const Biquad& lowCutSection() const { return lowCut_[0]; }
-    const Biquad& bandSection(int band) const { return bands_[band][0]; }
-    const Biquad& highShelfSection() const { return highShelf_[0]; }
-    const Biquad& highCutSection() const { return highCut_[0]; }
-
 private:
     static bool bandRuns(const NotchBand& b) { return b.enabled && b.gainDb != 0.0f; }
     // Fills `sections` with the channel's sections that run, in order; returns how many.
