@@ -1,4 +1,5 @@
-// The transform against a direct DFT, and the round trip.
+// The transforms against a direct DFT. Their round trip is the spectral
+// denoiser's exact reconstruction at amount zero (SpectralDenoiserTest).
 #include "dsp/Fft.h"
 #include "DspTestSignals.h"
 #include "dsp/RealFft.h"
@@ -55,28 +56,7 @@ TEST(Fft, MatchesTheDirectTransformBothWays) {
     }
 }
 
-TEST(Fft, SplitAndInterleavedFormsAgreeAndRoundTrip) {
-    Fft fft(1024);
-    const auto x = randomSignal(1024);
-    auto y = x;
-    fft.forward(y.data());
-    std::vector<float> re(1024), im(1024);
-    for (int i = 0; i < 1024; ++i) {
-        re[i] = x[i].real();
-        im[i] = x[i].imag();
-    }
-    fft.forward(re.data(), im.data());
-    for (int k = 0; k < 1024; ++k) {
-        ASSERT_EQ(y[k], std::complex<float>(re[k], im[k])) << k;
-    }
-    fft.inverse(y.data());
-    for (int i = 0; i < 1024; ++i) {
-        ASSERT_NEAR(y[i].real() / 1024.0f, x[i].real(), 1e-5f);
-        ASSERT_NEAR(y[i].imag() / 1024.0f, x[i].imag(), 1e-5f);
-    }
-}
-
-TEST(RealFft, MatchesTheComplexTransformOfARealSignalAndRoundTrips) {
+TEST(RealFft, MatchesTheComplexTransformOfARealSignal) {
     const int n = 1024;
     const auto x = TestSignals::noise(n, 1.0f, 3);
     std::vector<std::complex<float>> full(x.begin(), x.end());
@@ -88,10 +68,5 @@ TEST(RealFft, MatchesTheComplexTransformOfARealSignalAndRoundTrips) {
     for (int k = 0; k <= n / 2; ++k) {
         ASSERT_NEAR(re[k], full[k].real(), 2e-4f) << k;
         ASSERT_NEAR(im[k], full[k].imag(), 2e-4f) << k;
-    }
-    std::vector<float> back(n);
-    real.inverse(re.data(), im.data(), back.data());
-    for (int i = 0; i < n; ++i) {
-        ASSERT_NEAR(back[i] / n, x[i], 1e-5f) << i;
     }
 }
