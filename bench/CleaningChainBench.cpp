@@ -73,8 +73,12 @@ void enableLimiter(EffectPreset& p) {
     p.limiter.enabled = true;
 }
 
-// Runs the chain over ten seconds of stereo audio, packet after packet.
-void runChain(benchmark::State& state, const EffectPreset& p, float scale = 1.0f) {
+// Runs the chain over ten seconds of stereo audio, packet after packet. With
+// `dragged`, every packet brings a new record (every corner, gain and
+// threshold a little elsewhere, as a knob being dragged), so the glides run
+// all the time.
+void runChain(benchmark::State& state, const EffectPreset& p, float scale = 1.0f,
+              bool dragged = false) {
     const int frames = static_cast<int>(state.range(0));
     const int total = 480000;
     std::vector<float> left = voiceLike(total, 1), right = voiceLike(total, 2);
@@ -86,8 +90,24 @@ void runChain(benchmark::State& state, const EffectPreset& p, float scale = 1.0f
     auto chain = std::make_unique<VoiceChain>();
     chain->prepare(kRate, frames);
     chain->setParameters(p);
+    EffectPreset moved = p;
+    moved.inputGainDb += 1.0f;
+    moved.outputGainDb -= 1.0f;
+    moved.eq.lowCutHz *= 1.02f;
+    moved.eq.highShelfGainDb -= 0.5f;
+    moved.eq.highCutHz *= 0.98f;
+    for (Lumora::NotchBand& band : moved.eq.notchBands) {
+        band.centerHz *= 1.02f;
+        band.gainDb += 0.5f;
+    }
+    moved.comp.thresholdDb -= 1.0f;
+    moved.limiter.ceilingDb -= 0.5f;
     int offset = 0;
+    bool odd = false;
     for (auto _ : state) {
+        if (dragged) {
+            chain->setParameters((odd = !odd) ? moved : p);
+        }
         if (offset + frames > total) {
             offset = 0;
         }
@@ -158,6 +178,11 @@ void BM_WholeChainWithoutNeural(benchmark::State& state) {
     runChain(state, wholeChain());
 }
 
+// The whole chain while every knob is being dragged: the worst case of the glides.
+void BM_WholeChainDragged(benchmark::State& state) {
+    runChain(state, wholeChain(), 1.0f, true);
+}
+
 // The same on input so quiet that filter states fall towards the denormal range.
 void BM_WholeChainDenormalInput(benchmark::State& state) {
     runChain(state, wholeChain(), 1e-37f);
@@ -172,4 +197,5 @@ BENCHMARK(BM_EqualiserAllFilters)->Arg(480)->Arg(1024);
 BENCHMARK(BM_Compressor)->Arg(480)->Arg(1024);
 BENCHMARK(BM_Limiter)->Arg(480)->Arg(1024);
 BENCHMARK(BM_WholeChainWithoutNeural)->Arg(480)->Arg(1024);
+BENCHMARK(BM_WholeChainDragged)->Arg(480)->Arg(1024);
 BENCHMARK(BM_WholeChainDenormalInput)->Arg(480)->Arg(1024);
