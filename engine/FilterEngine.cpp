@@ -62,10 +62,9 @@ void FilterEngine::prepare(double sampleRate) {
     chain_->prepare(sampleRate, blockHint);
     effects_->prepare(sampleRate, blockHint);
     // Room for the longest delay the chains can add, and a second to spare.
-    for (std::vector<float>& line : otherLines_) {
-        line.assign(static_cast<size_t>(sampleRate) + 1, 0.0f);
+    for (DelayLine& line : otherLines_) {
+        line.prepare(static_cast<int>(sampleRate));
     }
-    otherWrite_ = 0;
     safety_.setCeilingDb(kSafetyCeilingDb);
     safety_.setReleaseMs(kSafetyReleaseMs);
     safety_.prepare(sampleRate);
@@ -308,24 +307,9 @@ int FilterEngine::processAudio(float* const* planes, int planeCount, int frames)
 
 void FilterEngine::delayOtherPlanes(float* const* planes, int planeCount, int frames, int delay) {
     const int others = std::min(planeCount - 2, kOtherPlanes);
-    if (others <= 0 || otherLines_[0].empty()) {
-        return;
-    }
-    const int size = static_cast<int>(otherLines_[0].size());
-    delay = std::clamp(delay, 0, size - 1);
-    int write = otherWrite_;
     for (int c = 0; c < others; ++c) {
-        float* line = otherLines_[c].data();
-        float* x = planes[c + 2];
-        write = otherWrite_;
-        for (int i = 0; i < frames; ++i) {
-            line[write] = x[i];
-            const int read = write >= delay ? write - delay : write - delay + size;
-            x[i] = line[read];
-            write = write + 1 == size ? 0 : write + 1;
-        }
+        otherLines_[c].process(planes[c + 2], planes[c + 2], frames, delay);
     }
-    otherWrite_ = write;
 }
 
 void FilterEngine::analyse(const float* const* planes, int planeCount, int frames) {

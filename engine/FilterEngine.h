@@ -2,6 +2,7 @@
 
 #include "diagnosis/DiagnosisAnalyser.h"
 #include "diagnosis/DiagnosisTaskState.h"
+#include "dsp/DelayLine.h"
 #include "dsp/PeakLimiter.h"
 #include "dsp/VoiceChain.h"
 #include "dsp/fx/VoiceFxChain.h"
@@ -241,8 +242,7 @@ private:
     // of the packet's delay. Sized at prepare().
     void delayOtherPlanes(float* const* planes, int planeCount, int frames, int delay);
     static constexpr int kOtherPlanes = 6;
-    std::vector<float> otherLines_[kOtherPlanes];
-    int otherWrite_ = 0;
+    DelayLine otherLines_[kOtherPlanes];
 
     // Mixes stereo to mono for the analyser; never reallocated.
     float analyserMix_[512] = {};

@@ -12,7 +12,7 @@ int VoiceAlignment::delayFramesAt(double sampleRate) {
 void VoiceAlignment::prepare(double sampleRate) {
     delay_ = std::max(1, delayFramesAt(sampleRate));
     for (int c = 0; c < 2; ++c) {
-        lines_[c].assign(static_cast<size_t>(delay_), 0.0f);
+        lines_[c].prepare(delay_);
         undelayed_[c].assign(kMaxBlock, 0.0f);
     }
     fade_.prepare(sampleRate);
@@ -20,16 +20,15 @@ void VoiceAlignment::prepare(double sampleRate) {
 }
 
 void VoiceAlignment::reset(bool aligned) {
-    for (std::vector<float>& line : lines_) {
-        std::fill(line.begin(), line.end(), 0.0f);
+    for (DelayLine& line : lines_) {
+        line.reset();
     }
-    write_ = 0;
     fade_.settle(aligned);
 }
 
 void VoiceAlignment::process(const float* const* in, float* const* out, int channels, int frames,
                              bool aligned) {
-    if (lines_[0].empty()) {
+    if (delay_ == 0) {
         return;
     }
     const int used = std::min(channels, 2);
@@ -39,22 +38,11 @@ void VoiceAlignment::process(const float* const* in, float* const* out, int chan
     const bool delayedOnly = aligned && fade_.full();
     const bool undelayedOnly = !aligned && fade_.silent();
     const bool keepUndelayed = !delayedOnly;
-    const int start = write_;
     for (int c = 0; c < used; ++c) {
         if (keepUndelayed) {
             std::copy(in[c], in[c] + n, undelayed_[c].data());
         }
-        float* line = lines_[c].data();
-        const float* x = in[c];
-        float* y = out[c];
-        int write = start;
-        for (int i = 0; i < n; ++i) {
-            const float v = x[i];
-            y[i] = line[write];
-            line[write] = v;
-            write = write + 1 == delay_ ? 0 : write + 1;
-        }
-        write_ = write;
+        lines_[c].process(in[c], out[c], n, delay_);
     }
     if (delayedOnly) {
         return;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "dsp/DelayLine.h"
 #include "dsp/SwitchFade.h"
 
 #include <vector>
@@ -44,8 +45,7 @@ public:
 
 private:
     int delay_ = 0;
-    int write_ = 0;
-    std::vector<float> lines_[2];
+    DelayLine lines_[2];
     std::vector<float> undelayed_[2];
     SwitchFade fade_;
 };
