@@ -32,6 +32,9 @@ void PitchShifterLayer::configure() {
     stretcher_->setSetting(SETTING_SEQUENCE_MS, kSequenceMs);
     stretcher_->setSetting(SETTING_SEEKWINDOW_MS, kSeekWindowMs);
     stretcher_->setSetting(SETTING_OVERLAP_MS, kOverlapMs);
+    // What one sequence gives out, as the stretcher itself counts it (its
+    // overlap is rounded to whole groups of samples).
+    sequence_ = stretcher_->getSetting(SETTING_NOMINAL_OUTPUT_SEQUENCE);
 }
 
 void PitchShifterLayer::prepare(double sampleRate) {
@@ -45,9 +48,7 @@ void PitchShifterLayer::prepare(double sampleRate) {
 
     // The output holds at most one block plus the reserve and a few sequences
     // in flight; anything beyond that is trimmed (see process).
-    const int sequence =
-        static_cast<int>(std::lround((kSequenceMs - kOverlapMs) * 0.001 * sampleRate));
-    maxBacklog_ = 2 * kMaxBlock + 4 * sequence;
+    maxBacklog_ = 2 * kMaxBlock + 4 * sequence_;
     delay_ = VoiceAlignment::delayFramesAt(sampleRate);
     queue_.assign(static_cast<size_t>(maxBacklog_) + resampled_.size() + kMaxBlock, 0.0f);
 
@@ -103,8 +104,8 @@ void PitchShifterLayer::setSemitones(float semitones) {
 int PitchShifterLayer::burst() const {
     // One sequence of the stretcher's output, stretched by the resampler
     // when it comes after the stretcher.
-    const double sequence = (kSequenceMs - kOverlapMs) * 0.001 * sampleRate_;
-    return static_cast<int>(std::ceil(stretchFirst_ ? sequence / std::min(ratio_, 1.0) : sequence));
+    return stretchFirst_ ? static_cast<int>(std::ceil(sequence_ / std::min(ratio_, 1.0)))
+                         : sequence_;
 }
 
 int PitchShifterLayer::buffered() const {
@@ -140,14 +141,12 @@ void PitchShifterLayer::drainThroughResampler() {
 void PitchShifterLayer::discard(int count) {
     if (!stretchFirst_) {
         stretcher_->receiveSamples(static_cast<unsigned>(count));
-        trimmed_ += count;
         return;
     }
     count = std::min(count, queueLength_);
     std::memmove(queue_.data(), queue_.data() + count,
                  static_cast<size_t>(queueLength_ - count) * sizeof(float));
     queueLength_ -= count;
-    trimmed_ += count;
 }
 
 int PitchShifterLayer::take(float* out, int count) {

@@ -85,7 +85,6 @@ public:
                (stretchFirst_ ? semitones_ > -kWrongWaySemitones : semitones_ < kWrongWaySemitones);
     }
     long underruns() const { return underruns_; }
-    long trimmedSamples() const { return trimmed_; }
     int buffered() const;
 
 private:
@@ -113,8 +112,8 @@ private:
     int debt_ = 0;         // samples the voice has fallen behind its timeline
     bool waiting_ = false; // after a gap, for a burst of reserve
     int maxBacklog_ = 0;
+    int sequence_ = 0; // the stretcher's output per sequence, in samples
     long underruns_ = 0;
-    long trimmed_ = 0;
 };
 
 } // namespace Lumora
