@@ -240,6 +240,7 @@ void FilterEngine::beginHold() {
     if (holds_++ == 0) {
         pushCleaning();
         pushSoundFx();
+        notify(kHoldChanged);
     }
 }
 
@@ -247,6 +248,7 @@ void FilterEngine::endHold() {
     if (holds_ > 0 && --holds_ == 0) {
         pushCleaning();
         pushSoundFx();
+        notify(kHoldChanged);
     }
 }
 

@@ -49,6 +49,9 @@ public:
         kSoundFxChanged = 1u << 1,
         kAppFieldsChanged = 1u << 2,
         kKeysChanged = 1u << 3, // a voice key went down or up
+        // A measurement hold began or ended: the chains ran through or run
+        // again, and the output delay may have changed with them.
+        kHoldChanged = 1u << 4,
     };
     using Listener = std::function<void(unsigned changes)>;
 

@@ -132,10 +132,14 @@ TEST(FilterEngine, AMovedHoldEndsOnceAndListenersHearEveryChange) {
     moved = FilterEngine::MeasurementHold();
     EXPECT_FALSE(engine.measuring());
     EXPECT_TRUE(engine.chain().isActive());
+    // Its start and its end, once each (the log of the output delay hears them).
+    ASSERT_EQ(heard.size(), 6u);
+    EXPECT_EQ(heard[4], FilterEngine::kHoldChanged);
+    EXPECT_EQ(heard[5], FilterEngine::kHoldChanged);
 
     engine.removeListener(id);
     engine.setSoundFxActive(false);
-    EXPECT_EQ(heard.size(), 4u);
+    EXPECT_EQ(heard.size(), 6u);
 }
 
 // The interface thread changes the voice while the audio thread runs: every
