@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dsp/SoundFxPreset.h"
+#include "dsp/SwitchFade.h"
 
 #include <vector>
 
@@ -16,6 +17,11 @@ namespace Lumora {
 // would, so a dragged time knob bends the echo's pitch briefly instead of
 // cutting it (a jump of the read position is heard as a click). At rest the
 // delay is a whole number of samples.
+//
+// After a reset (the echo switched on again starts from silence) the line
+// takes the voice in over the switch's crossfade instead of at once: the
+// switch itself fades, but an echo of its first sample would bring the step
+// back one delay later.
 class DelayEffect {
 public:
     static constexpr int kLineLength = 96000;
@@ -35,6 +41,8 @@ private:
     std::vector<float> lines_[2];
     int write_ = 0;
     double delay_ = 0.0; // where the read position is now, in samples; 0 until the first block
+    int fed_ = 0;        // samples taken in since the reset, up to fadeIn_
+    int fadeIn_ = 1;
 };
 
 } // namespace Lumora

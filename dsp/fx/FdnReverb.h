@@ -42,6 +42,7 @@ public:
     double dampingCoefficient() const { return damping_; }
 
     // Runs the network over n frames; left feeds the even lines, right the odd.
+    // The outputs may be the inputs: each sample is read before it is written.
     void process(const float* left, const float* right, float* outLeft, float* outRight, int n,
                  float lineGain);
 

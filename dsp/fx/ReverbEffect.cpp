@@ -21,6 +21,7 @@ void ReverbEffect::prepare(double sampleRate) {
     wetRight_.assign(kMaxBlock, 0.0f);
     attack_ = static_cast<float>(std::exp(-1.0 / (sampleRate * 0.001)));
     release_ = static_cast<float>(std::exp(-1.0 / (sampleRate * 0.15)));
+    fadeIn_ = std::max(1, static_cast<int>(SwitchFade::kFadeMs * 0.001 * sampleRate));
     reset();
 }
 
@@ -31,6 +32,7 @@ void ReverbEffect::reset() {
     }
     highPassDesigned_ = false;
     envelope_ = 0.0f;
+    fed_ = 0;
 }
 
 void ReverbEffect::process(float* const* channels, int channelCount, int frames,
@@ -54,7 +56,20 @@ void ReverbEffect::process(float* const* channels, int channelCount, int frames,
 
     const float lineGain = p.roomSize * 0.97f + 0.01f;
     network_.setDampingHz(20000.0 - static_cast<double>(p.damping) * 19000.0);
-    network_.process(left, right, wetLeft_.data(), wetRight_.data(), frames, lineGain);
+    if (fed_ < fadeIn_) {
+        // Just reset: the room takes the voice in over the switch's crossfade.
+        // Its early echoes of an abrupt first sample would bring back, some
+        // 50 ms later, the step that the switch's fade took away.
+        for (int i = 0; i < frames; ++i) {
+            const float feed = fed_ < fadeIn_ ? static_cast<float>(fed_++) / fadeIn_ : 1.0f;
+            wetLeft_[i] = left[i] * feed;
+            wetRight_[i] = right[i] * feed;
+        }
+        network_.process(wetLeft_.data(), wetRight_.data(), wetLeft_.data(), wetRight_.data(),
+                         frames, lineGain);
+    } else {
+        network_.process(left, right, wetLeft_.data(), wetRight_.data(), frames, lineGain);
+    }
 
     float e = envelope_;
     const float a = attack_;

@@ -2,6 +2,7 @@
 
 #include "dsp/Biquad.h"
 #include "dsp/SoundFxPreset.h"
+#include "dsp/SwitchFade.h"
 #include "dsp/fx/FdnReverb.h"
 
 #include <vector>
@@ -31,6 +32,8 @@ private:
     float lastLowCutHz_ = 0.0f;
     bool highPassDesigned_ = false;
     float envelope_ = 0.0f;
+    int fed_ = 0; // samples taken in since the reset, up to fadeIn_
+    int fadeIn_ = 1;
     float attack_ = 0.0f;
     float release_ = 0.0f;
     std::vector<float> wetLeft_;

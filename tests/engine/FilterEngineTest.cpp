@@ -322,14 +322,13 @@ TEST(FilterEngine, EveryBuiltInVoiceIsAsLoudAsTheDryVoice) {
 }
 
 // Switching voices on air, as the arrow keys do: dry, each built-in voice,
-// dry again, then from voice to voice, 0.4 s apart, under a steady 233 Hz tone. No step between
-// samples within 150 ms of a switch is larger than 1.5 times the largest step of the steady parts,
-// and the sound never stops for more than 2 ms (a pitch voice fades in once its shifters flow,
-// instead of leaving their fill silent).
-TEST(FilterEngine, SwitchingVoicesMakesNoClickAndNoGap) {
-    FilterEngine engine;
-    engine.prepare(kRate);
-    engine.setSoundFxActive(true);
+// dry again, then from voice to voice, 0.64 s apart, under a steady 233 Hz
+// tone, at 480 and 1024-frame packets. Within 150 ms of a switch no step
+// between samples is larger than 1.5 times the largest step of the steady
+// parts and no peak is more than 1 dB over their highest; the sound never
+// stops for more than 2 ms (a pitch voice fades in once its shifters flow,
+// instead of leaving their fill silent); and the delay never moves.
+TEST(FilterEngine, SwitchingVoicesMakesNoClickNoSpikeAndNoGap) {
     std::vector<SoundFxPreset> voices{SoundFxPreset{}};
     const std::vector<SavedSoundFxPreset> builtIn = builtInSoundFxPresets();
     for (const SavedSoundFxPreset& voice : builtIn) {
@@ -341,40 +340,49 @@ TEST(FilterEngine, SwitchingVoicesMakesNoClickAndNoGap) {
         voices.push_back(voice.preset);
     }
     voices.push_back(builtIn[0].preset);
-    const int segment = 19200, packet = 480;
-    std::vector<float> out(static_cast<size_t>(segment) * voices.size());
-    for (size_t i = 0; i < out.size(); ++i) {
-        out[i] = 0.125f * std::sin(2.0f * 3.14159265f * 233.0f * static_cast<float>(i) / 48000.0f);
-    }
-    size_t delay = 0;
-    for (size_t v = 0; v < voices.size(); ++v) {
-        engine.applySoundFxPreset(voices[v]);
-        for (int at = 0; at < segment; at += packet) {
-            float* planes[1] = {out.data() + v * segment + at};
-            const size_t d = static_cast<size_t>(engine.processAudio(planes, 1, packet));
-            ASSERT_TRUE(delay == 0 || d == delay) << "the delay moved with the voice";
-            delay = d;
+    const size_t segment = 30720; // whole packets of either length
+    for (const int packet : {480, 1024}) {
+        FilterEngine engine;
+        engine.prepare(kRate);
+        engine.setSoundFxActive(true);
+        std::vector<float> out(segment * voices.size());
+        for (size_t i = 0; i < out.size(); ++i) {
+            out[i] =
+                0.125f * std::sin(2.0f * 3.14159265f * 233.0f * static_cast<float>(i) / 48000.0f);
         }
+        size_t delay = 0;
+        for (size_t v = 0; v < voices.size(); ++v) {
+            engine.applySoundFxPreset(voices[v]);
+            for (size_t at = 0; at < segment; at += static_cast<size_t>(packet)) {
+                float* planes[1] = {out.data() + v * segment + at};
+                const auto d = static_cast<size_t>(engine.processAudio(planes, 1, packet));
+                ASSERT_TRUE(delay == 0 || d == delay) << "the delay moved with the voice";
+                delay = d;
+            }
+        }
+        // Every voice on one timeline, the effects' constant delay late.
+        ASSERT_EQ(delay, static_cast<size_t>(kVoiceDelay));
+        float steady = 0.0f, top = 0.0f;
+        for (size_t v = 0; v < voices.size(); ++v) {
+            const size_t from = v * segment + 9600 + delay;
+            const size_t to = std::min((v + 1) * segment + delay, out.size());
+            steady = std::max(steady, TestSignals::largestStep(out, from, to));
+            top = std::max(top, TestSignals::peak(out, from, to));
+        }
+        for (size_t v = 1; v < voices.size(); ++v) {
+            const size_t at = v * segment + delay;
+            EXPECT_LE(TestSignals::largestStep(out, at - 1, at + 7200), 1.5f * steady)
+                << "switch " << v << ", packets of " << packet;
+            EXPECT_LE(TestSignals::toDb(TestSignals::peak(out, at, at + 7200) / top), 1.0)
+                << "switch " << v << ", packets of " << packet;
+        }
+        int quiet = 0, longest = 0;
+        for (size_t i = delay; i < out.size(); ++i) {
+            quiet = std::fabs(out[i]) < 1e-4f ? quiet + 1 : 0;
+            longest = std::max(longest, quiet);
+        }
+        EXPECT_LE(longest, 96) << "samples of silence, packets of " << packet;
     }
-    // Every voice on one timeline, the effects' constant delay late.
-    ASSERT_EQ(delay, static_cast<size_t>(kVoiceDelay));
-    float steady = 0.0f;
-    for (size_t v = 0; v < voices.size(); ++v) {
-        steady = std::max(
-            steady, TestSignals::largestStep(out, v * segment + 9600 + delay,
-                                             std::min((v + 1) * segment + delay, out.size())));
-    }
-    for (size_t v = 1; v < voices.size(); ++v) {
-        const size_t at = v * segment + delay;
-        EXPECT_LE(TestSignals::largestStep(out, at - 1, at + 7200), 1.5f * steady)
-            << "switch " << v;
-    }
-    int quiet = 0, longest = 0;
-    for (size_t i = delay; i < out.size(); ++i) {
-        quiet = std::fabs(out[i]) < 1e-4f ? quiet + 1 : 0;
-        longest = std::max(longest, quiet);
-    }
-    EXPECT_LE(longest, 96) << "samples of silence";
 }
 
 // The sound page's bypass switch pressed on air, a chain with 9 dB of gain:
@@ -430,47 +438,50 @@ TEST(FilterEngine, SwitchingVoicesOnSpeechMakesNoBurstAboveSixKilohertz) {
         voices.push_back(voice.preset);
     }
     voices.push_back(SoundFxPreset{});
-    // Each switch where a word is loudest, so that it cannot hide in a pause.
-    const size_t segment = speech.size() / voices.size();
-    std::vector<size_t> switchAt(voices.size(), 0);
-    for (size_t k = 1; k < voices.size(); ++k) {
-        size_t loudest = k * segment;
-        for (size_t i = k * segment - segment / 2; i < k * segment + segment / 2; ++i) {
-            loudest = std::fabs(speech[i]) > std::fabs(speech[loudest]) ? i : loudest;
+    for (const size_t packet : {480u, 1024u}) {
+        // Each switch where a word is loudest, so that it cannot hide in a pause.
+        const size_t segment = speech.size() / voices.size();
+        std::vector<size_t> switchAt(voices.size(), 0);
+        for (size_t k = 1; k < voices.size(); ++k) {
+            size_t loudest = k * segment;
+            for (size_t i = k * segment - segment / 2; i < k * segment + segment / 2; ++i) {
+                loudest = std::fabs(speech[i]) > std::fabs(speech[loudest]) ? i : loudest;
+            }
+            switchAt[k] = loudest / packet * packet;
         }
-        switchAt[k] = loudest / 480 * 480;
-    }
-    auto render = [&](const std::function<const SoundFxPreset&(size_t)>& voiceAt) {
-        FilterEngine engine;
-        engine.prepare(kRate);
-        engine.setSoundFxActive(true);
-        std::vector<float> out = speech;
-        for (size_t at = 0; at + 480 <= out.size(); at += 480) {
-            engine.applySoundFxPreset(voiceAt(at));
-            float* planes[1] = {out.data() + at};
-            engine.processAudio(planes, 1, 480);
+        auto render = [&](const std::function<const SoundFxPreset&(size_t)>& voiceAt) {
+            FilterEngine engine;
+            engine.prepare(kRate);
+            engine.setSoundFxActive(true);
+            std::vector<float> out = speech;
+            for (size_t at = 0; at + packet <= out.size(); at += packet) {
+                engine.applySoundFxPreset(voiceAt(at));
+                float* planes[1] = {out.data() + at};
+                engine.processAudio(planes, 1, static_cast<int>(packet));
+            }
+            return highBandWindows(out);
+        };
+        const auto switched = render([&](size_t at) -> const SoundFxPreset& {
+            size_t v = 0;
+            while (v + 1 < voices.size() && switchAt[v + 1] <= at) {
+                ++v;
+            }
+            return voices[v];
+        });
+        std::vector<std::vector<double>> steady;
+        for (const SoundFxPreset& voice : voices) {
+            steady.push_back(render([&voice](size_t) -> const SoundFxPreset& { return voice; }));
         }
-        return highBandWindows(out);
-    };
-    const auto switched = render([&](size_t at) -> const SoundFxPreset& {
-        size_t v = 0;
-        while (v + 1 < voices.size() && switchAt[v + 1] <= at) {
-            ++v;
+        for (size_t k = 1; k < voices.size(); ++k) {
+            const size_t first = (switchAt[k] + kVoiceDelay) / 240, last = first + 6; // 30 ms
+            double burst = 0.0, reference = 1e-12;
+            for (size_t w = first; w <= last && w < switched.size(); ++w) {
+                burst = std::max(burst, switched[w]);
+                reference = std::max({reference, steady[k - 1][w], steady[k][w]});
+            }
+            EXPECT_LE(10.0 * std::log10(burst / reference), 6.0)
+                << "switch " << k << ", packets of " << packet;
         }
-        return voices[v];
-    });
-    std::vector<std::vector<double>> steady;
-    for (const SoundFxPreset& voice : voices) {
-        steady.push_back(render([&voice](size_t) -> const SoundFxPreset& { return voice; }));
-    }
-    for (size_t k = 1; k < voices.size(); ++k) {
-        const size_t first = (switchAt[k] + kVoiceDelay) / 240, last = first + 6; // 30 ms
-        double burst = 0.0, reference = 1e-12;
-        for (size_t w = first; w <= last && w < switched.size(); ++w) {
-            burst = std::max(burst, switched[w]);
-            reference = std::max({reference, steady[k - 1][w], steady[k][w]});
-        }
-        EXPECT_LE(10.0 * std::log10(burst / reference), 6.0) << "switch " << k;
     }
 }
 

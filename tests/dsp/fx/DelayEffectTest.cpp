@@ -1,5 +1,6 @@
 // Delay: clamping of the time, echo timing and feedback, the shared write
-// position.
+// position. Impulses come 50 ms in: an echo just switched on takes the voice
+// in over its crossfade.
 #include "FxTestSupport.h"
 
 #include <gtest/gtest.h>
@@ -12,19 +13,19 @@ TEST(DelayEffect, ImpulseComesBackAfterTheSetTimeWithTheSetFeedback) {
     const float wet = 0.4f;
     VoiceFxChain chain;
     setUp(chain, onlyDelay(250.0f, feedback, wet));
-    const int d = 12000;
-    Audio audio({impulse(5 * d), impulse(5 * d)});
+    const int d = 12000, at = 2400;
+    Audio audio({impulse(at + 5 * d, at), impulse(at + 5 * d, at)});
     runInPackets(chain, audio, 480);
     for (int c = 0; c < 2; ++c) {
         const Signal& y = audio.planes[c];
-        EXPECT_FLOAT_EQ(y[0], 1.0f - wet);
+        EXPECT_FLOAT_EQ(y[at], 1.0f - wet);
         for (int k = 1; k < 5; ++k) {
-            EXPECT_NEAR(y[k * d], wet * std::pow(feedback, static_cast<float>(k - 1)), 1e-6)
+            EXPECT_NEAR(y[at + k * d], wet * std::pow(feedback, static_cast<float>(k - 1)), 1e-6)
                 << "echo " << k;
         }
         double elsewhere = 0.0;
-        for (int i = 1; i < 5 * d; ++i) {
-            if (i % d != 0) {
+        for (int i = 0; i < at + 5 * d; ++i) {
+            if (i < at || (i - at) % d != 0) {
                 elsewhere += std::fabs(y[i]);
             }
         }
@@ -36,17 +37,17 @@ TEST(DelayEffect, TimesBeyondTheKnobAreClampedNotRefused) {
     {
         VoiceFxChain chain;
         setUp(chain, onlyDelay(0.0f, 0.0f, 1.0f));
-        Audio audio({impulse(480, 10)});
+        Audio audio({impulse(2880, 2400)});
         runInPackets(chain, audio, 480);
-        EXPECT_EQ(audio.planes[0][10 + 48], 1.0f) << "0 ms is the knob's 1 ms";
+        EXPECT_EQ(audio.planes[0][2400 + 48], 1.0f) << "0 ms is the knob's 1 ms";
     }
     {
         VoiceFxChain chain;
         setUp(chain, onlyDelay(5000.0f, 0.0f, 1.0f));
-        Audio audio({impulse(48480, 0)});
+        Audio audio({impulse(51200, 2400)});
         runInPackets(chain, audio, 1024);
-        EXPECT_EQ(audio.planes[0][48000], 1.0f) << "5000 ms is the knob's 1000 ms";
-        EXPECT_EQ(rms(audio.planes[0], 0, 48000), 0.0);
+        EXPECT_EQ(audio.planes[0][2400 + 48000], 1.0f) << "5000 ms is the knob's 1000 ms";
+        EXPECT_EQ(rms(audio.planes[0], 2401, 2400 + 48000), 0.0);
     }
 }
 
@@ -54,8 +55,8 @@ TEST(DelayEffect, ChannelsShareOneWritePosition) {
     // Impulses at different times on the two channels keep their distance.
     VoiceFxChain chain;
     setUp(chain, onlyDelay(20.0f, 0.0f, 1.0f));
-    Audio audio({impulse(4800, 100), impulse(4800, 350)});
+    Audio audio({impulse(4800, 2500), impulse(4800, 2750)});
     runInPackets(chain, audio, 256);
-    EXPECT_EQ(audio.planes[0][100 + 960], 1.0f);
-    EXPECT_EQ(audio.planes[1][350 + 960], 1.0f);
+    EXPECT_EQ(audio.planes[0][2500 + 960], 1.0f);
+    EXPECT_EQ(audio.planes[1][2750 + 960], 1.0f);
 }

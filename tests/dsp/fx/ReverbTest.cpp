@@ -23,12 +23,15 @@ SoundFxPreset onlyReverb(float room, float damping, float wet) {
     return p;
 }
 
+// From an impulse after the room's first 50 ms (a room just switched on
+// takes the voice in over its crossfade).
 Signal impulseResponse(const SoundFxPreset& p, int frames) {
+    const int at = 2400;
     VoiceFxChain chain;
     setUp(chain, p);
-    Audio audio({impulse(frames)});
+    Audio audio({impulse(at + frames, at)});
     runInPackets(chain, audio, 480);
-    return audio.planes[0];
+    return Signal(audio.planes[0].begin() + at, audio.planes[0].end());
 }
 
 // Time in seconds until the tail's level (10 ms windows) has dropped 40 dB
