@@ -1,6 +1,8 @@
 #pragma once
 // Signals and measurements shared by the stage tests.
 
+#include "dsp/Biquad.h"
+#include "dsp/FilterDesign.h"
 #include "dsp/Parameters.h"
 
 #include <algorithm>
@@ -76,15 +78,42 @@ inline float peak(const std::vector<float>& x, size_t from, size_t to) {
     return top;
 }
 
+// The energy above 6 kHz (where a click is heard against a voice) in 5 ms
+// windows of x[from, to), as a power per window.
+inline std::vector<double> highBandWindows(const std::vector<float>& x, size_t from, size_t to) {
+    PreciseBiquad highPass;
+    highPass.setCoefficients(FilterDesign::lowCut(6000.0, 48000.0));
+    std::vector<double> windows((to - from) / 240, 0.0);
+    for (size_t i = from; i < from + windows.size() * 240; ++i) {
+        const double v = highPass.processSample(static_cast<double>(x[i]));
+        windows[(i - from) / 240] += v * v;
+    }
+    return windows;
+}
+
+// The longest run of samples in x[from, to) that are silent (below -80 dBFS).
+inline int longestSilence(const std::vector<float>& x, size_t from, size_t to) {
+    int run = 0, longest = 0;
+    for (size_t i = from; i < to && i < x.size(); ++i) {
+        run = std::fabs(x[i]) < 1e-4f ? run + 1 : 0;
+        longest = std::max(longest, run);
+    }
+    return longest;
+}
+
 // What a knob swept across its range while the voice plays does to it,
 // against the same voice through the chain held still at settings along the
 // range (its steady sound): the largest step between samples over the largest
-// steady one (a click), and the highest peak over the highest steady one, in
-// dB (a spike). Many settings, because a steady sound may be loudest inside
-// the range (a band passing a tone).
+// steady one (a click); the highest peak over the highest steady one, in dB (a
+// spike); the most energy above 6 kHz in 5 ms over the steady sound's most in
+// the same 5 ms, in dB (a burst); and the longest silence, in samples, beyond
+// the steady sound's longest (a gap). Many settings, because a steady sound
+// may be loudest inside the range (a band passing a tone).
 struct SweepFindings {
     float stepRatio;
     float spikeDb;
+    float burstDb;
+    int extraSilence;
 };
 
 // `input` plays through chains made by `make()` (prepared, with `p` handed
@@ -120,14 +149,34 @@ SweepFindings sweepKnob(const Make& make, const Preset& p, const Set& set, const
     const std::vector<float> swept =
         render([&](int k) { return static_cast<float>(std::clamp(k - before, 0, sweep)) / sweep; });
     float step = 0.0f, top = 0.0f;
+    int silence = 0;
+    // Below -70 dBFS above 6 kHz nothing is heard as a burst, however far it is
+    // above the steady sound's even quieter pauses.
+    constexpr double kInaudible = 240.0 * 1e-7;
+    std::vector<double> band(highBandWindows(swept, start, end).size(), kInaudible);
     for (int i = 0; i < kSteadySettings; ++i) {
         const float t = static_cast<float>(i) / (kSteadySettings - 1);
         const std::vector<float> steady = render([t](int) { return t; });
         step = std::max(step, largestStep(steady, start, end));
         top = std::max(top, peak(steady, start, end));
+        silence = std::max(silence, longestSilence(steady, start, end));
+        // A shifter's voice wanders a few ms about its timeline as the pitch
+        // moves (it splices whole periods): within 10 ms is the same moment.
+        const std::vector<double> windows = highBandWindows(steady, start, end);
+        for (size_t w = 0; w < band.size(); ++w) {
+            for (size_t v = w > 2 ? w - 2 : 0; v <= w + 2 && v < band.size(); ++v) {
+                band[w] = std::max(band[w], windows[v]);
+            }
+        }
+    }
+    double burst = 0.0;
+    const std::vector<double> windows = highBandWindows(swept, start, end);
+    for (size_t w = 0; w < band.size(); ++w) {
+        burst = std::max(burst, 10.0 * std::log10(std::max(windows[w], 1e-12) / band[w]));
     }
     return {largestStep(swept, start, end) / step,
-            static_cast<float>(toDb(peak(swept, start, end) / top))};
+            static_cast<float>(toDb(peak(swept, start, end) / top)), static_cast<float>(burst),
+            longestSilence(swept, start, end) - silence};
 }
 
 } // namespace Lumora::TestSignals

@@ -414,19 +414,6 @@ TEST(FilterEngine, BypassingTheCleaningChainMakesNoClick) {
     EXPECT_LE(switching, 1.5f * steady);
 }
 
-// The energy above 6 kHz (where a click is heard against speech) in 5 ms
-// windows, as a power per window.
-std::vector<double> highBandWindows(const std::vector<float>& x) {
-    PreciseBiquad highPass;
-    highPass.setCoefficients(FilterDesign::lowCut(6000.0, kRate));
-    std::vector<double> windows(x.size() / 240, 0.0);
-    for (size_t i = 0; i < windows.size() * 240; ++i) {
-        const double v = highPass.processSample(static_cast<double>(x[i]));
-        windows[i / 240] += v * v;
-    }
-    return windows;
-}
-
 // The same voice switches on recorded speech: within 30 ms of each switch,
 // no 5 ms of the high band is more than 6 dB above what either voice makes
 // of the same words without a switch.
@@ -459,7 +446,7 @@ TEST(FilterEngine, SwitchingVoicesOnSpeechMakesNoBurstAboveSixKilohertz) {
                 float* planes[1] = {out.data() + at};
                 engine.processAudio(planes, 1, static_cast<int>(packet));
             }
-            return highBandWindows(out);
+            return TestSignals::highBandWindows(out, 0, out.size());
         };
         const auto switched = render([&](size_t at) -> const SoundFxPreset& {
             size_t v = 0;
