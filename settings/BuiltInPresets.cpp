@@ -23,80 +23,82 @@ SavedSoundFxPreset named(const char* name) {
 
 const char* const kDefaultKeyAssignPresetName = kDefaultName;
 
+namespace BuiltInParts {
+
+PitchParams computerPitch() {
+    PitchParams p;
+    p.enabled = true;
+    p.semitonesA = 4.7f;
+    p.formantShiftA = 0.31f;
+    p.wetMix = 1.0f;
+    p.layerBEnabled = true;
+    p.semitonesB = 3.4f;
+    p.formantShiftB = 0.35f;
+    p.mixAB = 0.5f;
+    return p;
+}
+
+RadioParams fmRadio() {
+    return RadioParams{true, 233.0f, 8000.0f, 0.09f};
+}
+
+PitchParams deathGamePitch() {
+    PitchParams p;
+    p.enabled = true;
+    p.semitonesA = 12.0f;
+    p.formantShiftA = 0.3f;
+    p.wetMix = 1.0f;
+    p.layerBEnabled = true;
+    p.semitonesB = -12.0f;
+    p.formantShiftB = -0.34f;
+    p.mixAB = 0.66f;
+    return p;
+}
+
+DelayParams singingDelay() {
+    return DelayParams{true, 180.0f, 0.1f, 0.05f};
+}
+
+ReverbParams singingReverb() {
+    return ReverbParams{true, 0.79f, 0.31f, 0.05f, 325.0f, 0.28f};
+}
+
+DelayParams heroDelay() {
+    return DelayParams{true, 212.0f, 0.33f, 0.2f};
+}
+
+ReverbParams innerVoiceReverb() {
+    return ReverbParams{true, 0.9f, 0.67f, 0.22f, 1469.0f, 0.0f};
+}
+
+} // namespace BuiltInParts
+
 // Each voice's output gain brings its speech loudness back to the dry voice's
 // (EBU R 128 on recorded speech; the table is in docs/voices.md), so that a
 // switch of voice on air changes the voice and not the volume.
 std::vector<SavedSoundFxPreset> builtInSoundFxPresets() {
+    using namespace BuiltInParts;
     std::vector<SavedSoundFxPreset> list;
-
     SavedSoundFxPreset computer = named("コンピューターシステム＋FMラジオ");
-    {
-        PitchParams& p = computer.preset.pitch;
-        p.enabled = true;
-        p.semitonesA = 4.7f;
-        p.formantShiftA = 0.31f;
-        p.wetMix = 1.0f;
-        p.layerBEnabled = true;
-        p.semitonesB = 3.4f;
-        p.formantShiftB = 0.35f;
-        p.mixAB = 0.5f;
-        RadioParams& r = computer.preset.radio;
-        r.enabled = true;
-        r.lowCutHz = 233.0f;
-        r.highCutHz = 8000.0f;
-        r.overdrive = 0.09f;
-    }
+    computer.preset.pitch = computerPitch();
+    computer.preset.radio = fmRadio();
     computer.preset.outputGainDb = 4.5f;
     list.push_back(computer);
 
     SavedSoundFxPreset deathGame = named("デスゲーム");
-    {
-        PitchParams& p = deathGame.preset.pitch;
-        p.enabled = true;
-        p.semitonesA = 12.0f;
-        p.formantShiftA = 0.3f;
-        p.wetMix = 1.0f;
-        p.layerBEnabled = true;
-        p.semitonesB = -12.0f;
-        p.formantShiftB = -0.34f;
-        p.mixAB = 0.66f;
-    }
+    deathGame.preset.pitch = deathGamePitch();
     deathGame.preset.outputGainDb = -3.7f;
     list.push_back(deathGame);
 
     SavedSoundFxPreset singing = named("ディレイ歌枠＋歌枠リバーブ");
-    {
-        ReverbParams& r = singing.preset.reverb;
-        r.enabled = true;
-        r.roomSize = 0.79f;
-        r.damping = 0.31f;
-        r.wetMix = 0.05f;
-        r.lowCutHz = 325.0f;
-        r.duckingAmount = 0.28f;
-        DelayParams& d = singing.preset.delay;
-        d.enabled = true;
-        d.timeMs = 180.0f;
-        d.feedback = 0.1f;
-        d.wetMix = 0.05f;
-    }
+    singing.preset.reverb = singingReverb();
+    singing.preset.delay = singingDelay();
     singing.preset.outputGainDb = 0.9f;
     list.push_back(singing);
 
     SavedSoundFxPreset hero = named("ディレイ特撮ヒーロー＋リバーブ心の中のセリフ");
-    {
-        ReverbParams& r = hero.preset.reverb;
-        r.enabled = true;
-        r.roomSize = 0.9f;
-        r.damping = 0.67f;
-        r.wetMix = 0.22f;
-        r.lowCutHz = 1469.0f;
-        r.duckingAmount = 0.0f;
-        DelayParams& d = hero.preset.delay;
-        d.enabled = true;
-        d.timeMs = 212.0f;
-        d.feedback = 0.33f;
-        d.wetMix = 0.2f;
-    }
+    hero.preset.reverb = innerVoiceReverb();
+    hero.preset.delay = heroDelay();
     hero.preset.outputGainDb = 4.1f;
     list.push_back(hero);
     return list;

@@ -14,6 +14,19 @@ extern const char* const kDefaultKeyAssignPresetName; // "デフォルト十字�
 // (savedAt left empty).
 std::vector<SavedSoundFxPreset> builtInSoundFxPresets();
 
+// The effects the four combinations are made of, each switched on. The FX
+// panel offers each on its own under the same name, so a part picked there
+// sounds exactly like it does on an arrow key.
+namespace BuiltInParts {
+PitchParams computerPitch();     // "コンピューターシステム"
+RadioParams fmRadio();           // "FM ラジオ"
+PitchParams deathGamePitch();    // "デスゲームマスター"
+DelayParams singingDelay();      // "歌枠"
+ReverbParams singingReverb();    // "歌枠リバーブ"
+DelayParams heroDelay();         // "特撮ヒーロー"
+ReverbParams innerVoiceReverb(); // "心の中のセリフ"
+} // namespace BuiltInParts
+
 // Slot i applies combination i: Momentary, Momentary, Toggle, Momentary; no key
 // names, no effect presets, an empty default slot.
 KeyAssignmentSet builtInKeyAssignments();

@@ -1,13 +1,12 @@
 #include "ui/FxPresetDef.h"
 
+#include "settings/BuiltInPresets.h"
 #include "ui/Localisation.h"
 
 namespace Lumora {
 
-// The values: four of the built-ins also make up the seeded key-assignment
-// combinations ("コンピューターシステム＋FMラジオ", "デスゲーム",
-// "ディレイ歌枠＋歌枠リバーブ", "ディレイ特撮ヒーロー＋リバーブ心の中のセリフ") and
-// carry exactly their values, so a preset picked here sounds like the same
+// The values: seven of these are the parts of the seeded key-assignment
+// combinations (BuiltInParts), so a preset picked here sounds like the same
 // name on an arrow key. The others are set by ear to their names.
 
 QString FxPresetDef::name() const {
@@ -35,6 +34,13 @@ FxPresetDef defaultEntry(Group SoundFxPreset::*group) {
             }};
 }
 
+// A pitch preset sets the layers and keeps the streamer's formant-EQ bands.
+void usePitch(SoundFxPreset& p, const PitchParams& pitch) {
+    const auto bands = p.pitch.formantBands;
+    p.pitch = pitch;
+    p.pitch.formantBands = bands;
+}
+
 } // namespace
 
 const std::vector<FxPresetDef>& pitchPresets() {
@@ -44,51 +50,22 @@ const std::vector<FxPresetDef>& pitchPresets() {
          "1オクターブ上と下の2レイヤーを重ねた\n威圧感たっぷりの黒幕ボイス！",
          "Two layers an octave up and an octave down,\nthe low one in front: an imposing "
          "villain!",
-         [](SoundFxPreset& p) {
-             PitchParams& x = p.pitch;
-             const auto bands = x.formantBands;
-             x = PitchParams{};
-             x.formantBands = bands;
-             x.enabled = true;
-             x.semitonesA = 12.0f;
-             x.formantShiftA = 0.3f;
-             x.wetMix = 1.0f;
-             x.layerBEnabled = true;
-             x.semitonesB = -12.0f;
-             x.formantShiftB = -0.34f;
-             x.mixAB = 0.66f;
-         }},
+         [](SoundFxPreset& p) { usePitch(p, BuiltInParts::deathGamePitch()); }},
         {"コンピューターシステム", "Computer System",
          "少しずらした2つの高めの声を重ねて\n無機質なシステム音声に！",
          "Two slightly detuned, raised voices together:\na cold, machine-like system voice!",
-         [](SoundFxPreset& p) {
-             PitchParams& x = p.pitch;
-             const auto bands = x.formantBands;
-             x = PitchParams{};
-             x.formantBands = bands;
-             x.enabled = true;
-             x.semitonesA = 4.7f;
-             x.formantShiftA = 0.31f;
-             x.wetMix = 1.0f;
-             x.layerBEnabled = true;
-             x.semitonesB = 3.4f;
-             x.formantShiftB = 0.35f;
-             x.mixAB = 0.5f;
-         }},
+         [](SoundFxPreset& p) { usePitch(p, BuiltInParts::computerPitch()); }},
         {"バ美肉", "Virtual Cutie", "5半音上げて明るい響きに。\n女の子らしいかわいい声に変身！",
          "Five semitones up with a brighter tone:\na higher, feminine voice!",
          // +5 semitones lifts a typical male voice (~120 Hz) into the female
          // range (~160 Hz); the shifter moves the formants up with it, and a
          // light +20 % formant tilt adds the brightness of a smaller vocal tract.
          [](SoundFxPreset& p) {
-             PitchParams& x = p.pitch;
-             const auto bands = x.formantBands;
-             x = PitchParams{};
-             x.formantBands = bands;
-             x.enabled = true;
-             x.semitonesA = 5.0f;
-             x.formantShiftA = 0.2f;
-             x.wetMix = 1.0f;
+             PitchParams cutie;
+             cutie.enabled = true;
+             cutie.semitonesA = 5.0f;
+             cutie.formantShiftA = 0.2f;
+             usePitch(p, cutie);
          }},
     };
     return sPitchPresets;
@@ -128,9 +105,7 @@ const std::vector<FxPresetDef>& radioPresets() {
          }},
         {"FM ラジオ", "FM Radio", "FMラジオの広い帯域と\nクリアなサウンドを再現！",
          "The wide band and clear sound\nof FM radio!",
-         [](SoundFxPreset& p) {
-             p.radio = RadioParams{true, 233.0f, 8000.0f, 0.09f};
-         }},
+         [](SoundFxPreset& p) { p.radio = BuiltInParts::fmRadio(); }},
         {"ロケットからのメッセージ", "Message from a Rocket",
          "宇宙通信のようなノイジーな声。\n高域カットなしで強い歪みが特徴！",
          "A noisy voice like a transmission from space:\nno high cut, heavy distortion!",
@@ -149,14 +124,10 @@ const std::vector<FxPresetDef>& delayPresets() {
         {"歌枠", "Singing Stream",
          "歌配信向けの短いスラップバックディレイ。\n声に自然な奥行きが加わる！",
          "A short slapback delay for singing streams:\nadds natural depth to the voice!",
-         [](SoundFxPreset& p) {
-             p.delay = DelayParams{true, 180.0f, 0.1f, 0.05f};
-         }},
+         [](SoundFxPreset& p) { p.delay = BuiltInParts::singingDelay(); }},
         {"特撮ヒーロー", "Tokusatsu Hero", "変身シーンや決め台詞に合う\nちょうどいいエコー感！",
          "Just the right echo for transformation scenes\nand catchphrases!",
-         [](SoundFxPreset& p) {
-             p.delay = DelayParams{true, 212.0f, 0.33f, 0.2f};
-         }},
+         [](SoundFxPreset& p) { p.delay = BuiltInParts::heroDelay(); }},
         {"やまびこ", "Mountain Echo", "山の中でやまびこが返ってくる\nロングディレイ！",
          "A long delay:\nyour voice comes back from the mountains!",
          // Half a second apart (a wall some 90 m away), each return a little
@@ -174,9 +145,7 @@ const std::vector<FxPresetDef>& reverbPresets() {
         {"歌枠リバーブ", "Singing Reverb",
          "歌配信向けの控えめなリバーブ。\n声を邪魔せずふわっと空間を演出！",
          "A discreet reverb for singing streams:\na soft space that stays out of the way!",
-         [](SoundFxPreset& p) {
-             p.reverb = ReverbParams{true, 0.79f, 0.31f, 0.05f, 325.0f, 0.28f};
-         }},
+         [](SoundFxPreset& p) { p.reverb = BuiltInParts::singingReverb(); }},
         {"お風呂", "Bathroom", "お風呂・タイル部屋のような\n響き感たっぷりのリバーブ！",
          "A reverb full of ring,\nlike a bathroom or a tiled room!",
          // A small hard room: medium size, hardly any damping (tiles reflect
@@ -187,9 +156,7 @@ const std::vector<FxPresetDef>& reverbPresets() {
         {"心の中のセリフ", "Inner Voice",
          "高域を削ったダークな残響で\n内なる声・回想シーンに最適！",
          "A dark reverb with the highs taken off:\nperfect for inner voices and flashbacks!",
-         [](SoundFxPreset& p) {
-             p.reverb = ReverbParams{true, 0.9f, 0.67f, 0.22f, 1469.0f, 0.0f};
-         }},
+         [](SoundFxPreset& p) { p.reverb = BuiltInParts::innerVoiceReverb(); }},
     };
     return sReverbPresets;
 }
