@@ -153,7 +153,16 @@ void VoiceFxChain::processBlock(float* const* ch, int used, int n, bool on, doub
 
     runEffects(ch, used, n, on);
 
-    outputGain_.process(ch, used, n, on ? dbToGain(params_.outputGainDb) : 1.0f);
+    // A voice's output gain matches its loudness with its pitch in. Until the
+    // pitch has faded in (its shifters fill for 64 ms), the voice is the dry
+    // one through the other effects, which that gain was not measured for: a
+    // boost then waits for the pitch (dry into a voice at +4.5 dB peaked
+    // 5.6 dB over either), a cut applies at once.
+    float outputDb = params_.outputGainDb;
+    if (params_.pitch.enabled && !fades_[static_cast<size_t>(kEffectPitch)].full()) {
+        outputDb = std::min(outputDb, 0.0f);
+    }
+    outputGain_.process(ch, used, n, on ? dbToGain(outputDb) : 1.0f);
 
     // Last line of defence: should an effect ever produce something that is
     // not a finite number, silence those samples and restart every effect, so
