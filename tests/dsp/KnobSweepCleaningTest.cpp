@@ -14,6 +14,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
 #include <functional>
 #include <memory>
 #include <ostream>
@@ -91,6 +92,14 @@ std::vector<CleaningKnob> cleaningKnobs() {
         {"gate.holdMs", &kGateHold, gate(&GateParams::holdMs)},
         {"gate.releaseMs", &kGateRelease, gate(&GateParams::releaseMs)},
         {"gate.rangeDb", &kGateRange, gate(&GateParams::rangeDb)},
+        // The neural stage's blend, with the stand-in model (6 dB down, a frame
+        // late); its attenuation limit is the model's own business.
+        {"noise.mix", &kNoiseMix,
+         [](EffectPreset& p, float v) {
+             p.noise.enabled = true;
+             p.noise.attenLimitDb = 6.0f;
+             p.noise.mix = v;
+         }},
         {"spectral.amount", &kSpectralAmount,
          [](EffectPreset& p, float v) {
              p.spectral.enabled = true;
@@ -118,11 +127,15 @@ TEST_P(CleaningKnobSweep, TurningItWhileTheVoicePlaysMakesNoClickAndNoSpike) {
     EffectPreset p;
     p.active = true;
     knob.set(p, range.initial);
-    auto make = [] {
+    const std::string model = ::testing::TempDir() + "lumora-sweep-model";
+    std::ofstream(model) << "delay=1";
+    auto make = [&model] {
         auto chain = std::make_unique<VoiceChain>();
+        chain->setNoiseModelLocation({{LUMORA_DEEPFILTER_STANDIN}, model});
         chain->prepare(48000.0, 4800);
         return chain;
     };
+    ASSERT_TRUE(make()->noiseSuppressionAvailable()) << "the stand-in model did not load";
     for (const int packet : {480, 1024}) {
         for (const std::vector<float>* input : {&tone, &voice}) {
             const SweepFindings found = sweepKnob(make, p, knob.set, range, packet, *input);
