@@ -23,13 +23,13 @@
 #include "ui/WizardPanel.h"
 
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
 #include <QTimer>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cmath>
 #include <stdexcept>
@@ -345,37 +345,55 @@ TEST_F(WizardFlow, AFailingAnalysisDeliversNothing) {
     EXPECT_TRUE(state_.chain().isActive());
 }
 
-// The wizard page shows the controller's texts: Japanese for "ja", English for
-// every other language (Korean here).
-TEST_F(WizardFlow, WizardTextsFollowTheLanguage) {
+// Any text of the kana and kanji blocks: what a Japanese text always has and
+// an English one never does.
+bool hasJapanese(const QString& text) {
+    return std::any_of(text.begin(), text.end(),
+                       [](QChar c) { return c.unicode() >= 0x3000 && c.unicode() <= 0x9FFF; });
+}
+
+// Every state the wizard passes through, in Japanese for "ja" and in English
+// for any other language (Korean here): the bubble shows the controller's text
+// in that language, and the hint and the tip beside it speak the same one.
+TEST_F(WizardFlow, EveryWizardTextFollowsTheLanguage) {
     for (const char* language : {"en", "ja", "ko"}) {
         applyLanguage(QString::fromLatin1(language));
         dialog_->retranslateUi();
         dialog_->diagnosis()->start();
         WizardPanel* wizard = dialog_->wizardPanel();
-        const bool english = std::string(language) != "ja";
-        auto expectText = [&] {
-            const std::string ja = dialog_->controller().currentText("ja");
-            const std::string en = dialog_->controller().currentText("en");
-            EXPECT_EQ(wizard->bubbleText().toStdString(), english ? en : ja) << language;
-            const QString tip = wizard->tipText();
-            if (!tip.isEmpty()) {
-                const bool japaneseTip =
-                    tip.contains(QRegularExpression(QStringLiteral("[ぁ-ん]")));
-                EXPECT_EQ(japaneseTip, !english) << tip.toStdString();
+        const bool japanese = std::string(language) == "ja";
+        auto expectText = [&](const char* where) {
+            const QString bubble = wizard->bubbleText();
+            EXPECT_FALSE(bubble.isEmpty()) << language << " " << where;
+            EXPECT_EQ(bubble.toStdString(),
+                      dialog_->controller().currentText(japanese ? "ja" : "en"))
+                << language << " " << where;
+            for (const QString& text : {bubble, wizard->hintText(), wizard->tipText()}) {
+                EXPECT_TRUE(text.isEmpty() || hasJapanese(text) == japanese)
+                    << language << " " << where << ": " << text.toStdString();
             }
         };
-        expectText();
+        expectText("mic choice");
         wizard->micButton(kMicDynamic)->click();
-        expectText();
-        wizard->startButton()->click();
-        tick();
-        expectText();
-        tickWhile(DiagnosisController::kCountdown);
-        expectText();
-        tickWhile(DiagnosisController::kRecording);
-        expectText();
+        for (int take = 1; take <= 5; ++take) {
+            expectText("prompt");
+            wizard->startButton()->click();
+            tick();
+            expectText("countdown");
+            tickWhile(DiagnosisController::kCountdown);
+            expectText("recording");
+            tickWhile(DiagnosisController::kRecording);
+            expectText("take done");
+            wizard->nextButton()->click();
+        }
+        expectText("analysing");
+        waitForAnalysis();
+        ASSERT_EQ(dialog_->controller().state(), DiagnosisController::kResult);
+        expectText("result");
+        wizard->offerSaveButton()->click();
+        expectText("offer to save");
         wizard->closeButton()->click();
+        expectText("closing words");
         for (int i = 0; i < 100 && dialog_->diagnosisShown(); ++i) {
             tick();
         }
