@@ -2,7 +2,6 @@
 #include "PanelTestSupport.h"
 #include "settings/BuiltInPresets.h"
 #include "settings/PresetFile.h"
-#include "ui/DiagnosisHistoryList.h"
 #include "ui/KeyAssignPresetsPanel.h"
 #include "ui/Localisation.h"
 #include "ui/PhraseBreaks.h"
@@ -184,34 +183,6 @@ TEST(KeyAssignPresetsPanel, DeletingTheBuiltInSetWarnsThatItComesBack) {
     EXPECT_TRUE(text.contains(QStringLiteral("comes back")));
     EXPECT_EQ(panel.rowCount(), 1); // reseeded by the next read, as promised
     applyLanguage(QStringLiteral("ja"));
-}
-
-TEST(DiagnosisHistoryList, ShowsEachDiagnosisWithItsVerdicts) {
-    PanelTest::TempStore store;
-    DiagnosisHistoryEntry entry;
-    entry.timestamp = "2025-05-02 21:14:03";
-    entry.presetApplied = true;
-    entry.result.valid = 1;
-    entry.result.overall = kLevelWarning;
-    entry.result.micType = kMicUsb;
-    DiagnosisItem item;
-    item.key = "noise";
-    item.level = kLevelWarning;
-    entry.result.items.push_back(item);
-    for (int i = 0; i < 3; ++i) {
-        store->addDiagnosisHistory(entry);
-    }
-    DiagnosisHistoryList list(nullptr, store.get());
-    list.refresh();
-    EXPECT_EQ(list.entryCount(), 3);
-    bool sawWarning = false;
-    for (QLabel* label : list.findChildren<QLabel*>()) {
-        sawWarning = sawWarning || label->text() == verdictLabel(kLevelWarning);
-    }
-    EXPECT_TRUE(sawWarning);
-    PresetsPanel panel(nullptr, store.get());
-    panel.refreshAll();
-    EXPECT_EQ(panel.historyList()->entryCount(), 3);
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 #include "diagnosis/TakeReplay.h"
 #include "dsp/NoiseProfileLearner.h"
 #include "engine/FilterEngine.h"
+#include "ui/DiagnosisHistoryList.h"
 #include "ui/DiagnosisPresenter.h"
 #include "ui/FxPage.h"
 #include "ui/GainFader.h"
@@ -17,11 +18,13 @@
 #include "ui/Localisation.h"
 #include "ui/MeterFaderWidget.h"
 #include "ui/MeterTick.h"
+#include "ui/PresetsPanel.h"
 #include "ui/ResultsPage.h"
 #include "ui/SoundPage.h"
 #include "ui/WizardDialog.h"
 #include "ui/WizardPanel.h"
 
+#include <QLabel>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
@@ -243,6 +246,16 @@ TEST_P(WizardFlowOnCorpus, WholeDiagnosisFromMicChoiceToAppliedSettings) {
     EXPECT_EQ(state_.lastPresetName(), "配信最適化プリセット");
     EXPECT_EQ(state_.store()->load().lastPresetName, "配信最適化プリセット");
     EXPECT_TRUE(dialog_->diagnosis()->hasDiagnosisPreset());
+    // The presets page's history shows the diagnosis, its verdict, and that it
+    // was applied.
+    DiagnosisHistoryList* history = dialog_->findChild<PresetsPanel*>()->historyList();
+    EXPECT_EQ(history->entryCount(), 1);
+    QStringList shownTexts;
+    for (QLabel* label : history->findChildren<QLabel*>()) {
+        shownTexts << (label->isVisibleTo(history) ? label->text() : QString());
+    }
+    EXPECT_TRUE(shownTexts.contains(verdictLabel(shown.overall)));
+    EXPECT_EQ(shownTexts.filter(QStringLiteral("🔧")).size(), 1);
     // Noise reduction exactly when the room was not quiet, the AI filter for a
     // loud room only.
     EXPECT_EQ(live.spectral.enabled, shown.items[2].level != kLevelGood);
