@@ -101,18 +101,12 @@ TEST(PresetOperations, SavingTwiceUnderOneNameReplacesInPlace) {
     EXPECT_FALSE(store.findEffectPreset("nothing").has_value());
 }
 
-TEST(PresetOperations, KeyAssignPresetsAndAppFields) {
+// Every field the filter keeps beside the presets reaches the file.
+TEST(PresetOperations, AppFieldsAreSavedWhole) {
     MemoryFileSystem fs;
     SettingsStore store("/s", fs);
-    KeyAssignmentSet set;
-    set.keys[2] = {KeyMode::Momentary, true, false, "配信", "", "歌枠"};
-    ASSERT_TRUE(store.saveKeyAssignPreset("mine", set));
     ASSERT_TRUE(store.saveAppFields({true, "配信", 1.5f, false}));
     const AppSettings s = store.load();
-    ASSERT_EQ(s.keyAssignPresets.size(), 2u);
-    EXPECT_EQ(s.keyAssignPresets[1].name, "mine");
-    EXPECT_EQ(s.keyAssignPresets[1].assignments.keys[2].keyName, "歌枠");
-    EXPECT_EQ(s.keyAssignPresets[1].savedAt.size(), 19u);
     EXPECT_TRUE(s.isRecordingMode);
     EXPECT_EQ(s.lastPresetName, "配信");
     EXPECT_EQ(s.uiScale, 1.5f);
