@@ -1,4 +1,5 @@
-// The real libobs loads the built module: its API version, registration and properties.
+// The real libobs loads the built module: its API version and its properties. (That
+// it registers an audio filter is what every packet in FilterAudioHostTest proves.)
 #include "HostEnvironment.h"
 
 #include <gtest/gtest.h>
@@ -12,27 +13,10 @@ TEST(ModuleHost, ReportsTheApiVersionItWasBuiltAgainst) {
     auto version = reinterpret_cast<VersionFn>(dlsym(module, "obs_module_ver"));
     ASSERT_NE(version, nullptr);
     EXPECT_EQ(version(), LIBOBS_API_VER);
-    using TextFn = const char* (*)();
-    auto name = reinterpret_cast<TextFn>(dlsym(module, "obs_module_name"));
-    auto description = reinterpret_cast<TextFn>(dlsym(module, "obs_module_description"));
-    ASSERT_NE(name, nullptr);
-    ASSERT_NE(description, nullptr);
-    EXPECT_STREQ(name(), "Tindra");
-    EXPECT_STREQ(description(), "Voice quality diagnosis for streamers");
     dlclose(module);
 }
 
-TEST(ModuleHost, RegistersTheAudioFilter) {
-    EXPECT_STREQ(obs_source_get_display_name("lumora_filter"), "Tindra");
-    EXPECT_TRUE(obs_get_source_output_flags("lumora_filter") & OBS_SOURCE_AUDIO);
-    bool found = false;
-    const char* id = nullptr;
-    for (size_t i = 0; obs_enum_filter_types(i, &id); ++i) {
-        found = found || std::string(id) == "lumora_filter";
-    }
-    EXPECT_TRUE(found);
-}
-
+// The button's label comes through the module's locale files.
 TEST(ModuleHost, PropertiesAreTheOpenButtonAlone) {
     obs_properties_t* props = obs_get_source_properties("lumora_filter");
     ASSERT_NE(props, nullptr);
