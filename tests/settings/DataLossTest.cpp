@@ -68,6 +68,12 @@ TEST(SettingsDataLoss, AFileFromANewerVersionIsNeverWrittenOver) {
     TempFolder::write(store.settingsPath(), newer);
     const std::string backupBefore = TempFolder::read(store.backupPath());
 
+    // It reads as defaults, without falling back to our older backup.
+    const LoadReport r = store.inspect();
+    EXPECT_EQ(r.source, LoadSource::Live);
+    EXPECT_EQ(r.live, FileVerdict::NewerVersion);
+    EXPECT_EQ(r.backup, FileVerdict::NotTried);
+    EXPECT_EQ(r.settings.lastPresetName, "");
     EXPECT_TRUE(store.heldByNewerVersion());
     (void)store.load(); // would seed and save the built-ins into an older file
     EXPECT_FALSE(store.save(taggedDocument("ours")));

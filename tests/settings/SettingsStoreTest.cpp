@@ -206,21 +206,6 @@ TEST(SettingsStoreFiles, BothFilesDamagedGiveDefaults) {
     EXPECT_EQ(renderJson(toJson(r.settings)), renderJson(toJson(AppSettings{})));
 }
 
-TEST(SettingsStoreFiles, NewerVersionGivesDefaultsWithoutTryingTheBackup) {
-    TempFolder dir;
-    SettingsStore store(dir.path());
-    ASSERT_TRUE(store.save(documentNamed("backup")));
-    ASSERT_TRUE(store.save(documentNamed("live")));
-    TempFolder::write(store.settingsPath(),
-                      SettingsStore::addChecksum(R"({"version": 3, "presets": [{"name": "x"}]})"));
-    const LoadReport r = store.inspect();
-    EXPECT_EQ(r.source, LoadSource::Live);
-    EXPECT_EQ(r.live, FileVerdict::NewerVersion);
-    EXPECT_EQ(r.backup, FileVerdict::NotTried);
-    EXPECT_TRUE(r.settings.presets.empty());
-    EXPECT_EQ(r.settings.lastPresetName, "");
-}
-
 TEST(SettingsStoreFiles, TheSmallestValidFileReadsAsDefaultsPlusBuiltIns) {
     TempFolder dir;
     SettingsStore store(dir.path());
