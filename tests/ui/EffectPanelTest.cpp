@@ -45,15 +45,11 @@ EffectPreset somePreset() {
     return p;
 }
 
-TEST(EffectPanel, LoadedValuesAreClampedByTheKnobsAndLoadingEmitsNothing) {
+TEST(EffectPanel, LoadingEmitsNothingAndShowsWhetherTheRoomIsLearned) {
     EffectPanel panel(nullptr);
     QSignalSpy edits(&panel, &EffectPanel::presetEdited);
     EffectPreset p = somePreset();
-    p.gate.thresholdDb = -90.0f;
-    p.eq.highCutHz = 30000.0f;
     panel.loadPreset(p);
-    EXPECT_DOUBLE_EQ(panel.findChild<Knob*>(QStringLiteral("gateThreshold"))->value(), -80.0);
-    EXPECT_DOUBLE_EQ(panel.findChild<Knob*>(QStringLiteral("highCutHz"))->value(), 20000.0);
     EXPECT_EQ(edits.count(), 0);
     EXPECT_TRUE(panel.noiseLearned()); // a profile above -96 dB counts as learned
     p.spectral.profileDb = silentProfile();
