@@ -3,19 +3,17 @@
 
 #include "WavFile.h"
 #include "settings/JsonText.h"
+#include "support/CommandRun.h"
 
 #include <gtest/gtest.h>
 
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -24,7 +22,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const std::string kCli = std::string(LUMORA_BINARY_DIR) + "/tools/lumora-cli";
 const std::string kSounds = "/usr/share/sounds/alsa/";
 
 // ---- making the takes ----
@@ -50,19 +47,6 @@ std::vector<float> makeTake(const std::vector<float>& words, float gain,
         }
     }
     return take;
-}
-
-struct RunResult {
-    int exitCode = -1;
-    std::string out;
-    std::string err;
-};
-
-std::string slurp(const fs::path& p) {
-    std::ifstream f(p, std::ios::binary);
-    std::stringstream ss;
-    ss << f.rdbuf();
-    return ss.str();
 }
 
 class DiagnoseCommand : public ::testing::Test {
@@ -117,17 +101,8 @@ protected:
     }
     static std::string take(const char* name) { return (dir_ / name).string(); }
 
-    static RunResult run(const std::string& args) {
-        const fs::path out = dir_ / "stdout.txt";
-        const fs::path err = dir_ / "stderr.txt";
-        const std::string cmd =
-            kCli + " diagnose " + args + " >" + out.string() + " 2>" + err.string();
-        const int status = std::system(cmd.c_str());
-        RunResult r;
-        r.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-        r.out = slurp(out);
-        r.err = slurp(err);
-        return r;
+    static Testing::CommandRun run(const std::string& args) {
+        return Testing::runCommand(Testing::lumoraCli("diagnose " + args));
     }
     static std::string takes(const std::string& normal = take("normal.wav"),
                              const std::string& loud = take("loud.wav")) {
@@ -148,36 +123,32 @@ bool parse(const std::string& text, JsonValue& out) {
     return r.ok;
 }
 
-// Member `key` of an object, element `i` of an array; null when absent.
-const JsonValue& at(const JsonValue& v, const std::string& key) {
-    return member(v, key);
-}
+// Element `i` of an array; null when absent.
 const JsonValue& at(const JsonValue& v, size_t i) {
     static const JsonValue none;
     return i < v.elements().size() ? v.elements()[i] : none;
 }
 
 int itemLevel(const JsonValue& result, const std::string& key) {
-    for (const JsonValue& item : at(result, "items").elements()) {
-        if (at(item, "key").stringValue() == key) {
-            return asInt(at(item, "level"), -1);
+    for (const JsonValue& item : member(result, "items").elements()) {
+        if (member(item, "key").stringValue() == key) {
+            return asInt(member(item, "level"), -1);
         }
     }
     return -1;
 }
 
 TEST_F(DiagnoseCommand, RealSpeechGivesASensibleDiagnosisAsJson) {
-    ASSERT_TRUE(fs::exists(kCli)) << kCli;
-    const RunResult r = run("--mic dynamic " + takes());
-    ASSERT_EQ(r.exitCode, 0) << r.err;
+    const Testing::CommandRun r = run("--mic dynamic " + takes());
+    ASSERT_EQ(r.code, 0) << r.err;
     EXPECT_EQ(r.err, "");
     JsonValue j;
     ASSERT_TRUE(parse(r.out, j)) << r.out;
     ASSERT_TRUE(j.isObject());
-    EXPECT_EQ(at(j, "micType").numberValue(), 0.0);
-    const JsonValue& items = at(j, "items");
+    EXPECT_EQ(member(j, "micType").numberValue(), 0.0);
+    const JsonValue& items = member(j, "items");
     ASSERT_EQ(items.elements().size(), 6u);
-    EXPECT_EQ(at(at(items, 4), "key").stringValue(), "dynamics");
+    EXPECT_EQ(member(at(items, 4), "key").stringValue(), "dynamics");
 
     // Speech about 6 dB under the recording's own level, a 20 dB range between
     // loud and soft, the same voice for the plosives, a quiet room.
@@ -186,57 +157,57 @@ TEST_F(DiagnoseCommand, RealSpeechGivesASensibleDiagnosisAsJson) {
     EXPECT_EQ(itemLevel(j, "noise"), 0);
     EXPECT_EQ(itemLevel(j, "dynamics"), 0);
     EXPECT_EQ(itemLevel(j, "pop"), 0);
-    EXPECT_NEAR(at(at(items, 4), "value").numberValue(), 20.0, 2.0) << "loud - soft is 20 dB";
-    const JsonValue& speech = at(j, "speech");
-    EXPECT_TRUE(at(speech, "valid").boolValue());
-    EXPECT_GE(at(speech, "count").numberValue(), 180.0);
-    EXPECT_LE(at(speech, "count").numberValue(), 190.0); // one snapshot per 16 ms over 3 s
-    EXPECT_GT(at(speech, "level").numberValue(), -36.0);
-    EXPECT_LT(at(speech, "level").numberValue(), -24.0);
-    const JsonValue& silence = at(j, "silence");
-    EXPECT_TRUE(at(silence, "valid").boolValue());
-    EXPECT_NEAR(at(silence, "level").numberValue(), -70.0, 3.0);
+    EXPECT_NEAR(member(at(items, 4), "value").numberValue(), 20.0, 2.0) << "loud - soft is 20 dB";
+    const JsonValue& speech = member(j, "speech");
+    EXPECT_TRUE(member(speech, "valid").boolValue());
+    EXPECT_GE(member(speech, "count").numberValue(), 180.0);
+    EXPECT_LE(member(speech, "count").numberValue(), 190.0); // one snapshot per 16 ms over 3 s
+    EXPECT_GT(member(speech, "level").numberValue(), -36.0);
+    EXPECT_LT(member(speech, "level").numberValue(), -24.0);
+    const JsonValue& silence = member(j, "silence");
+    EXPECT_TRUE(member(silence, "valid").boolValue());
+    EXPECT_NEAR(member(silence, "level").numberValue(), -70.0, 3.0);
 
-    const JsonValue& spectrum = at(j, "noiseSpectrum");
+    const JsonValue& spectrum = member(j, "noiseSpectrum");
     ASSERT_EQ(spectrum.elements().size(), 64u);
     EXPECT_EQ(at(spectrum, 0).numberValue(), -96.0) << "narrower than one bin at 48 kHz";
     EXPECT_GT(at(spectrum, 50).numberValue(), -96.0);
     EXPECT_LT(at(spectrum, 50).numberValue(), -60.0);
 
     // The recommendation for this voice and room.
-    const JsonValue& preset = at(j, "recommended");
-    EXPECT_FALSE(asBool(at(preset, "recording"), true));
-    EXPECT_TRUE(at(at(preset, "gate"), "enabled").boolValue());
-    EXPECT_TRUE(at(at(preset, "limiter"), "enabled").boolValue());
-    EXPECT_TRUE(at(at(preset, "comp"), "enabled").boolValue());
+    const JsonValue& preset = member(j, "recommended");
+    EXPECT_FALSE(asBool(member(preset, "recording"), true));
+    EXPECT_TRUE(member(member(preset, "gate"), "enabled").boolValue());
+    EXPECT_TRUE(member(member(preset, "limiter"), "enabled").boolValue());
+    EXPECT_TRUE(member(member(preset, "comp"), "enabled").boolValue());
 }
 
 TEST_F(DiagnoseCommand, StereoAndOtherRatesAndBlockSizesReadTheSame) {
     JsonValue base;
     JsonValue other;
-    RunResult r = run("--mic usb " + takes());
-    ASSERT_EQ(r.exitCode, 0) << r.err;
+    Testing::CommandRun r = run("--mic usb " + takes());
+    ASSERT_EQ(r.code, 0) << r.err;
     ASSERT_TRUE(parse(r.out, base));
     r = run("--mic usb --block 1024 " + takes(take("normal-stereo.wav"), take("loud-44k.wav")));
-    ASSERT_EQ(r.exitCode, 0) << r.err;
+    ASSERT_EQ(r.code, 0) << r.err;
     ASSERT_TRUE(parse(r.out, other));
-    EXPECT_NEAR(at(at(other, "speech"), "level").numberValue(),
-                at(at(base, "speech"), "level").numberValue(), 0.3);
-    EXPECT_NEAR(at(at(at(other, "items"), 4), "value").numberValue(),
-                at(at(at(base, "items"), 4), "value").numberValue(), 0.5);
+    EXPECT_NEAR(member(member(other, "speech"), "level").numberValue(),
+                member(member(base, "speech"), "level").numberValue(), 0.3);
+    EXPECT_NEAR(member(at(member(other, "items"), 4), "value").numberValue(),
+                member(at(member(base, "items"), 4), "value").numberValue(), 0.5);
     for (const char* key : {"clipping", "volume", "noise", "dynamics", "pop"}) {
         EXPECT_EQ(itemLevel(other, key), itemLevel(base, key)) << key;
     }
 }
 
 TEST_F(DiagnoseCommand, ReadableReportInEitherLanguage) {
-    RunResult r = run("--mic condenser --lang en " + takes());
-    ASSERT_EQ(r.exitCode, 0) << r.err;
+    Testing::CommandRun r = run("--mic condenser --lang en " + takes());
+    ASSERT_EQ(r.code, 0) << r.err;
     EXPECT_NE(r.out.find("✅ Good"), std::string::npos) << r.out;
     EXPECT_NE(r.out.find("Volume is spot on"), std::string::npos) << r.out;
     EXPECT_EQ(r.out.find('{'), std::string::npos);
     r = run("--mic condenser --lang ja " + takes());
-    ASSERT_EQ(r.exitCode, 0) << r.err;
+    ASSERT_EQ(r.code, 0) << r.err;
     EXPECT_NE(r.out.find("✅ 良好"), std::string::npos) << r.out;
     EXPECT_NE(r.out.find("配信最適化プリセット"), std::string::npos) << r.out;
 }
@@ -257,8 +228,8 @@ TEST_F(DiagnoseCommand, ClearErrorsForBadInput) {
         {"--mic dynamic " + takes(take("not-audio.wav")), "cannot read"},
     };
     for (const Case& c : cases) {
-        const RunResult r = run(c.args);
-        EXPECT_NE(r.exitCode, 0) << c.args;
+        const Testing::CommandRun r = run(c.args);
+        EXPECT_NE(r.code, 0) << c.args;
         EXPECT_EQ(r.out, "") << c.args;
         EXPECT_NE(r.err.find(c.message), std::string::npos) << c.args << "\n" << r.err;
         EXPECT_EQ(std::count(r.err.begin(), r.err.end(), '\n'), 1) << r.err;

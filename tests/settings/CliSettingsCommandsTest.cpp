@@ -6,38 +6,25 @@
 #include "settings/PresetFile.h"
 #include "settings/SettingsStore.h"
 #include "settings/support/TempFolder.h"
+#include "support/CommandRun.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
-#include <sys/wait.h>
 #include <vector>
 
 using namespace Lumora;
+using Lumora::Testing::CommandRun;
 using Lumora::Testing::TempFolder;
 
 namespace {
 
-struct CliRun {
-    int code = -1;
-    std::string out;
-    std::string err;
-};
-
-CliRun cli(const std::vector<std::string>& args) {
-    static TempFolder capture;
-    std::string command = std::string(LUMORA_BINARY_DIR) + "/tools/lumora-cli";
+CommandRun cli(const std::vector<std::string>& args) {
+    std::string line;
     for (const std::string& a : args) {
-        command += " '" + a + "'";
+        line += " '" + a + "'";
     }
-    const std::string out = capture.file("out"), err = capture.file("err");
-    command += " >" + out + " 2>" + err + " </dev/null";
-    const int status = std::system(command.c_str());
-    CliRun r;
-    r.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    r.out = TempFolder::read(out);
-    r.err = TempFolder::read(err);
-    return r;
+    return Testing::runCommand(Testing::lumoraCli(line));
 }
 
 bool contains(const std::string& text, const std::string& part) {
@@ -45,7 +32,7 @@ bool contains(const std::string& text, const std::string& part) {
 }
 
 // One line on stderr, beginning with the program's name.
-void expectOneErrorLine(const CliRun& r) {
+void expectOneErrorLine(const CommandRun& r) {
     EXPECT_NE(r.code, 0);
     EXPECT_EQ(r.err.rfind("lumora-cli: ", 0), 0u) << r.err;
     EXPECT_EQ(r.err.find('\n'), r.err.size() - 1) << r.err;
@@ -82,7 +69,7 @@ std::string snapshot(const TempFolder& dir) {
 
 TEST(CliSettingsCommands, VerifyReportsWithoutWriting) {
     TempFolder dir;
-    CliRun r = cli({"settings", "verify", "--dir", dir.path()});
+    CommandRun r = cli({"settings", "verify", "--dir", dir.path()});
     EXPECT_EQ(r.code, 0) << r.err;
     EXPECT_TRUE(contains(r.out, "loaded: defaults"));
     EXPECT_TRUE(contains(r.out, "no settings saved yet"));
@@ -119,7 +106,7 @@ TEST(CliSettingsCommands, VerifyReportsWithoutWriting) {
 
 TEST(CliSettingsCommands, UsageErrors) {
     TempFolder dir;
-    CliRun r = cli({"settings", "verify", "--dir", dir.file("missing")});
+    CommandRun r = cli({"settings", "verify", "--dir", dir.file("missing")});
     expectOneErrorLine(r);
     EXPECT_TRUE(contains(r.err, "folder not found"));
     EXPECT_FALSE(TempFolder::exists(dir.file("missing")));
@@ -141,7 +128,7 @@ TEST(CliSettingsCommands, UsageErrors) {
 
 TEST(CliSettingsCommands, ListShowsWhatThePluginWouldSee) {
     TempFolder dir;
-    CliRun r = cli({"presets", "list", "--dir", dir.path()});
+    CommandRun r = cli({"presets", "list", "--dir", dir.path()});
     EXPECT_EQ(r.code, 0) << r.err;
     EXPECT_TRUE(contains(r.out, "sound-effect presets (4):"));
     EXPECT_TRUE(contains(r.out, "デフォルト十字キー  (not saved yet)"));
@@ -159,7 +146,7 @@ TEST(CliSettingsCommands, ExportAndImportCarryAPresetBetweenFolders) {
     TempFolder from, to, files;
     ASSERT_TRUE(SettingsStore(from.path()).save(sample()));
     const std::string exported = files.file("talk.json");
-    CliRun r = cli({"presets", "export", "配信", exported, "--dir", from.path()});
+    CommandRun r = cli({"presets", "export", "配信", exported, "--dir", from.path()});
     ASSERT_EQ(r.code, 0) << r.err;
 
     PresetBundle bundle;
@@ -206,7 +193,7 @@ TEST(CliSettingsCommands, ImportRefusesBadInputAndWritesNothing) {
     const auto refuses = [&](const std::string& content, const std::string& reason) {
         TempFolder::write(files.file("in.json"), content);
         const std::string before = snapshot(dir);
-        const CliRun r = cli({"presets", "import", files.file("in.json"), "--dir", dir.path()});
+        const CommandRun r = cli({"presets", "import", files.file("in.json"), "--dir", dir.path()});
         expectOneErrorLine(r);
         EXPECT_TRUE(contains(r.err, reason)) << r.err;
         EXPECT_EQ(snapshot(dir), before);
@@ -217,7 +204,7 @@ TEST(CliSettingsCommands, ImportRefusesBadInputAndWritesNothing) {
     refuses("{\"presets\": [{\"name\": \"v1\"}]}", "no presets to import"); // version 1: dropped
     refuses("{\"other\": 1}", "no presets found");
     refuses("#LMSUM:00000000\n{}", "checksum mismatch");
-    CliRun r = cli({"presets", "import", files.file("absent.json"), "--dir", dir.path()});
+    CommandRun r = cli({"presets", "import", files.file("absent.json"), "--dir", dir.path()});
     expectOneErrorLine(r);
     EXPECT_TRUE(contains(r.err, "cannot read"));
 
@@ -234,7 +221,8 @@ TEST(CliSettingsCommands, ImportReadsASettingsFileOrASinglePreset) {
     TempFolder from, to;
     SettingsStore source(from.path());
     ASSERT_TRUE(source.save(sample()));
-    CliRun r = cli({"presets", "import", source.settingsPath(), "--effect", "--dir", to.path()});
+    CommandRun r =
+        cli({"presets", "import", source.settingsPath(), "--effect", "--dir", to.path()});
     ASSERT_EQ(r.code, 0) << r.err;
     EXPECT_EQ(r.out, "added effect preset '配信'\nadded effect preset 'デスゲーム'\n");
 

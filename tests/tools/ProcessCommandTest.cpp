@@ -1,27 +1,21 @@
 // `lumora-cli process`: a WAV file through both chains with presets from files.
 #include "WavFile.h"
+#include "support/CommandRun.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 namespace fs = std::filesystem;
 using namespace Lumora;
 
 namespace {
 
-const std::string kCli = std::string(LUMORA_BINARY_DIR) + "/tools/lumora-cli";
-
 class ProcessCommand : public ::testing::Test {
 protected:
     void SetUp() override {
-        char pattern[] = "/tmp/lumora-process-XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        dir_ = pattern;
         WavData in;
         in.sampleRate = 44100;
         in.planes.assign(2, std::vector<float>(44100));
@@ -32,23 +26,16 @@ protected:
         std::string error;
         ASSERT_TRUE(writeWav(path("in.wav"), in, error)) << error;
     }
-    void TearDown() override { fs::remove_all(dir_); }
 
-    std::string path(const std::string& name) const { return dir_ + "/" + name; }
+    std::string path(const std::string& name) const { return dir_.file(name); }
     void write(const std::string& name, const std::string& text) const {
-        std::ofstream(path(name)) << text;
+        Testing::TempFolder::write(path(name), text);
     }
-    int run(const std::string& args) const {
-        return std::system((kCli + " process " + args + " 2>" + path("err.txt")).c_str());
-    }
-    std::string errorText() const {
-        std::ifstream f(path("err.txt"));
-        std::stringstream text;
-        text << f.rdbuf();
-        return text.str();
+    Testing::CommandRun run(const std::string& args) const {
+        return Testing::runCommand(Testing::lumoraCli("process " + args));
     }
 
-    std::string dir_;
+    Testing::TempFolder dir_;
 };
 
 } // namespace
@@ -58,10 +45,10 @@ protected:
 TEST_F(ProcessCommand, AppliesThePresetsAtTheirTimesAndKeepsRateAndChannels) {
     write("quieter.json", R"({"name": "quieter", "inputGainDb": -6})");
     write("quietest.json", R"({"name": "quietest", "inputGainDb": -18})");
-    ASSERT_EQ(run("--preset " + path("quieter.json") + " --at 0.5 --preset " +
-                  path("quietest.json") + " " + path("in.wav") + " " + path("out.wav")),
-              0)
-        << errorText();
+    const Testing::CommandRun r =
+        run("--preset " + path("quieter.json") + " --at 0.5 --preset " + path("quietest.json") +
+            " " + path("in.wav") + " " + path("out.wav"));
+    ASSERT_EQ(r.code, 0) << r.err;
     WavData in, out;
     std::string error;
     ASSERT_TRUE(readWav(path("in.wav"), in, error));
@@ -83,7 +70,8 @@ TEST_F(ProcessCommand, AppliesThePresetsAtTheirTimesAndKeepsRateAndChannels) {
     }
     EXPECT_NE(run("--preset " + path("quieter.json") + " --at 0.5 --preset " +
                   path("quietest.json") + " --at 0.2 --fx " + path("quieter.json") + " " +
-                  path("in.wav") + " " + path("out2.wav")),
+                  path("in.wav") + " " + path("out2.wav"))
+                  .code,
               0)
         << "--at out of time order";
 }
@@ -93,10 +81,9 @@ TEST_F(ProcessCommand, TakesTheRecommendedPresetOfADiagnosisAndASoundEffect) {
                          "ceilingDb": -6, "releaseMs": 50}}})");
     write("fx.json", R"({"soundFxPresets": [{"name": "echo", "delay": {"enabled": true,
                        "timeMs": 100, "feedback": 0, "wetMix": 1}}]})");
-    ASSERT_EQ(run("--preset " + path("diag.json") + " --fx " + path("fx.json") + " --block 1024 " +
-                  path("in.wav") + " " + path("out.wav")),
-              0)
-        << errorText();
+    const Testing::CommandRun r = run("--preset " + path("diag.json") + " --fx " + path("fx.json") +
+                                      " --block 1024 " + path("in.wav") + " " + path("out.wav"));
+    ASSERT_EQ(r.code, 0) << r.err;
     WavData out;
     std::string error;
     ASSERT_TRUE(readWav(path("out.wav"), out, error));
@@ -114,14 +101,16 @@ TEST_F(ProcessCommand, TakesTheRecommendedPresetOfADiagnosisAndASoundEffect) {
 TEST_F(ProcessCommand, ErrorsAreOneLineAndWriteNothing) {
     write("bad.json", "[1, 2");
     write("p.json", "{}");
-    const std::string out = path("out.wav");
-    EXPECT_NE(run("--preset " + path("bad.json") + " " + path("in.wav") + " " + out), 0);
-    EXPECT_NE(run("--preset " + path("missing.json") + " " + path("in.wav") + " " + out), 0);
-    EXPECT_NE(run("--preset " + path("p.json") + " " + path("missing.wav") + " " + out), 0);
-    EXPECT_NE(run("--preset " + path("p.json") + " --block 0 " + path("in.wav") + " " + out), 0);
-    EXPECT_NE(run("--preset " + path("p.json") + " " + path("in.wav")), 0);
-    EXPECT_NE(run("--bogus " + path("in.wav") + " " + out), 0);
+    const std::string in = path("in.wav"), out = path("out.wav");
+    for (const std::string& args :
+         {"--preset " + path("bad.json") + " " + in + " " + out,
+          "--preset " + path("missing.json") + " " + in + " " + out,
+          "--preset " + path("p.json") + " " + path("missing.wav") + " " + out,
+          "--preset " + path("p.json") + " --block 0 " + in + " " + out,
+          "--preset " + path("p.json") + " " + in, "--bogus " + in + " " + out}) {
+        const Testing::CommandRun r = run(args);
+        EXPECT_NE(r.code, 0) << args;
+        EXPECT_EQ(std::count(r.err.begin(), r.err.end(), '\n'), 1) << args << ": " << r.err;
+    }
     EXPECT_FALSE(fs::exists(out));
-    const std::string text = errorText();
-    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 1) << text;
 }
