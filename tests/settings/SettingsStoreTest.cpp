@@ -2,9 +2,9 @@
 // fall-back from a damaged live file to the backup and then to defaults.
 
 #include "settings/SettingsStore.h"
-#include "settings/BuiltInPresets.h"
 #include "settings/JsonText.h"
 #include "settings/SettingsJson.h"
+#include "settings/support/TaggedDocument.h"
 #include "settings/support/TempFolder.h"
 
 #include <gtest/gtest.h>
@@ -15,20 +15,10 @@
 #include <sys/stat.h>
 
 using namespace Lumora;
+using Lumora::Testing::taggedDocument;
 using Lumora::Testing::TempFolder;
 
 namespace {
-
-AppSettings documentNamed(const std::string& lastPresetName) {
-    AppSettings s;
-    s.lastPresetName = lastPresetName;
-    SavedEffectPreset p;
-    p.name = "p-" + lastPresetName;
-    s.presets.push_back(p);
-    // Already seeded, so that loading it writes nothing.
-    seedBuiltIns(s, "2024-01-01 00:00:00");
-    return s;
-}
 
 // Sets or clears an environment variable for one scope.
 class ScopedEnv {
@@ -135,8 +125,8 @@ TEST(SettingsStoreFiles, PathsAndTheDefaultFolder) {
 TEST(SettingsStoreFiles, SaveWritesTheExactFileAndKeepsThePreviousAsBackup) {
     TempFolder dir;
     SettingsStore store(dir.path() + "/nested/Lumora"); // parents are created
-    const AppSettings first = documentNamed("first");
-    const AppSettings second = documentNamed("second");
+    const AppSettings first = taggedDocument("first");
+    const AppSettings second = taggedDocument("second");
     ASSERT_TRUE(store.save(first));
     EXPECT_EQ(TempFolder::read(store.settingsPath()), fileFor(first));
     EXPECT_FALSE(TempFolder::exists(store.backupPath()));
@@ -152,8 +142,8 @@ TEST(SettingsStoreFiles, SaveWritesTheExactFileAndKeepsThePreviousAsBackup) {
 TEST(SettingsStoreFiles, DamagedLiveFileFallsBackToTheBackup) {
     TempFolder dir;
     SettingsStore store(dir.path());
-    ASSERT_TRUE(store.save(documentNamed("old")));
-    ASSERT_TRUE(store.save(documentNamed("new")));
+    ASSERT_TRUE(store.save(taggedDocument("old")));
+    ASSERT_TRUE(store.save(taggedDocument("new")));
     const std::string live = TempFolder::read(store.settingsPath());
 
     // One changed byte in the body.
@@ -184,7 +174,7 @@ TEST(SettingsStoreFiles, DamagedLiveFileFallsBackToTheBackup) {
     EXPECT_EQ(store.inspect().settings.lastPresetName, "old");
 
     // Plain JSON without a checksum line is never accepted.
-    TempFolder::write(store.settingsPath(), renderJson(toJson(documentNamed("plain"))));
+    TempFolder::write(store.settingsPath(), renderJson(toJson(taggedDocument("plain"))));
     EXPECT_EQ(store.inspect().live, FileVerdict::NoChecksumLine);
 
     // Missing live file.
@@ -231,8 +221,8 @@ TEST(SettingsStoreFiles, AFolderThatCannotBeCreatedFailsTheSaveAndWritesNothing)
 TEST(SettingsStoreFiles, AnUnreadableOrOddLiveFileIsSkipped) {
     TempFolder dir;
     SettingsStore store(dir.path());
-    ASSERT_TRUE(store.save(documentNamed("backup")));
-    ASSERT_TRUE(store.save(documentNamed("live")));
+    ASSERT_TRUE(store.save(taggedDocument("backup")));
+    ASSERT_TRUE(store.save(taggedDocument("live")));
     std::remove(store.settingsPath().c_str());
     // A folder in place of the live file: not readable as a file.
     ASSERT_EQ(mkdir(store.settingsPath().c_str(), 0755), 0);
