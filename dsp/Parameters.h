@@ -26,6 +26,10 @@ struct Parameter {
     float glideMs = 0.0f;
 
     constexpr float shownScale() const { return unit == Unit::Percent ? 100.0f : 1.0f; }
+    // The same parameter stored under another key (layer A's and B's pitch).
+    constexpr Parameter as(const char* otherKey) const {
+        return {otherKey, minimum, maximum, initial, unit, logarithmic, glideMs};
+    }
     // Into range; what is not a number takes the default.
     float clamp(float value) const {
         return std::isfinite(value) ? std::clamp(value, minimum, maximum) : initial;
@@ -68,7 +72,11 @@ inline constexpr Parameter kNoiseMix{"mix", 0.0f, 1.0f, 0.8f, Unit::Percent};
 // rate where the audio runs.
 inline constexpr Parameter kFxOutputGain{"outputGainDb", -30.0f, 30.0f, 0.0f, Unit::Db};
 inline constexpr Parameter kPitch{"semitones", -12.0f, 12.0f, 0.0f, Unit::Semitones};
+inline constexpr Parameter kPitchA = kPitch.as("semitonesA");
+inline constexpr Parameter kPitchB = kPitch.as("semitonesB");
 inline constexpr Parameter kFormantShift{"formantShift", -1.0f, 1.0f, 0.0f, Unit::Percent};
+inline constexpr Parameter kFormantShiftA = kFormantShift.as("formantShiftA");
+inline constexpr Parameter kFormantShiftB = kFormantShift.as("formantShiftB");
 inline constexpr Parameter kPitchWet{"wetMix", 0.0f, 1.0f, 1.0f, Unit::Percent};
 inline constexpr Parameter kPitchMixAB{"mixAB", 0.0f, 1.0f, 0.5f, Unit::Percent};
 inline constexpr Parameter kFormantHz{"hz", 80.0f, 16000.0f, 1000.0f, Unit::Hz, true};

@@ -22,22 +22,22 @@ JsonValue eqToJson(const EqParams& eq) {
     for (const NotchBand& band : eq.notchBands) {
         JsonValue b = JsonValue::object();
         b.set("enabled", band.enabled);
-        b.set("centerHz", band.centerHz);
-        b.set("gainDb", band.gainDb);
-        b.set("q", band.q);
+        b.set(Params::kBandHz.key, band.centerHz);
+        b.set(Params::kBandGain.key, band.gainDb);
+        b.set(Params::kBandQ.key, band.q);
         bands.push(std::move(b));
     }
     JsonValue o = JsonValue::object();
     o.set("enabled", eq.enabled);
     o.set("lowCutEnabled", eq.lowCutEnabled);
-    o.set("lowCutHz", eq.lowCutHz);
+    o.set(Params::kLowCut.key, eq.lowCutHz);
     o.set("highShelfEnabled", eq.highShelfEnabled);
-    o.set("highShelfHz", eq.highShelfHz);
-    o.set("highShelfGainDb", eq.highShelfGainDb);
+    o.set(Params::kHighShelfHz.key, eq.highShelfHz);
+    o.set(Params::kHighShelfGain.key, eq.highShelfGainDb);
     o.set("notchBands", std::move(bands));
     o.set("highCutEnabled", eq.highCutEnabled);
-    o.set("highCutHz", eq.highCutHz);
-    o.set("highCutQ", eq.highCutQ);
+    o.set(Params::kHighCut.key, eq.highCutHz);
+    o.set(Params::kHighCutQ.key, eq.highCutQ);
     return o;
 }
 
@@ -55,9 +55,9 @@ EqParams eqFromJson(const JsonValue& o) {
         const NotchBand bd;
         NotchBand& band = eq.notchBands[i];
         band.enabled = asBool(member(bands[i], "enabled"), bd.enabled);
-        band.centerHz = asFloat(member(bands[i], "centerHz"), bd.centerHz);
-        band.gainDb = asFloat(member(bands[i], "gainDb"), bd.gainDb);
-        band.q = asFloat(member(bands[i], "q"), bd.q);
+        band.centerHz = asFloat(member(bands[i], Params::kBandHz.key), bd.centerHz);
+        band.gainDb = asFloat(member(bands[i], Params::kBandGain.key), bd.gainDb);
+        band.q = asFloat(member(bands[i], Params::kBandQ.key), bd.q);
     }
     eq.highCutEnabled = asBool(member(o, "highCutEnabled"), false);
     eq.highCutHz = read(o, Params::kHighCut);
@@ -68,12 +68,12 @@ EqParams eqFromJson(const JsonValue& o) {
 JsonValue compToJson(const CompParams& c) {
     JsonValue o = JsonValue::object();
     o.set("enabled", c.enabled);
-    o.set("thresholdDb", c.thresholdDb);
-    o.set("ratio", c.ratio);
-    o.set("kneeDb", c.kneeDb);
-    o.set("attackMs", c.attackMs);
-    o.set("releaseMs", c.releaseMs);
-    o.set("makeupGainDb", c.makeupGainDb);
+    o.set(Params::kCompThreshold.key, c.thresholdDb);
+    o.set(Params::kCompRatio.key, c.ratio);
+    o.set(Params::kCompKnee.key, c.kneeDb);
+    o.set(Params::kCompAttack.key, c.attackMs);
+    o.set(Params::kCompRelease.key, c.releaseMs);
+    o.set(Params::kCompMakeup.key, c.makeupGainDb);
     return o;
 }
 
@@ -93,8 +93,8 @@ CompParams compFromJson(const JsonValue& o) {
 JsonValue limiterToJson(const LimiterParams& l) {
     JsonValue o = JsonValue::object();
     o.set("enabled", l.enabled);
-    o.set("ceilingDb", l.ceilingDb);
-    o.set("releaseMs", l.releaseMs);
+    o.set(Params::kLimiterCeiling.key, l.ceilingDb);
+    o.set(Params::kLimiterRelease.key, l.releaseMs);
     return o;
 }
 
@@ -110,11 +110,11 @@ LimiterParams limiterFromJson(const JsonValue& o) {
 JsonValue gateToJson(const GateParams& g) {
     JsonValue o = JsonValue::object();
     o.set("enabled", g.enabled);
-    o.set("thresholdDb", g.thresholdDb);
-    o.set("attackMs", g.attackMs);
-    o.set("holdMs", g.holdMs);
-    o.set("releaseMs", g.releaseMs);
-    o.set("rangeDb", g.rangeDb);
+    o.set(Params::kGateThreshold.key, g.thresholdDb);
+    o.set(Params::kGateAttack.key, g.attackMs);
+    o.set(Params::kGateHold.key, g.holdMs);
+    o.set(Params::kGateRelease.key, g.releaseMs);
+    o.set(Params::kGateRange.key, g.rangeDb);
     return o;
 }
 
@@ -133,8 +133,8 @@ GateParams gateFromJson(const JsonValue& o) {
 JsonValue noiseToJson(const NoiseParams& n) {
     JsonValue o = JsonValue::object();
     o.set("enabled", n.enabled);
-    o.set("attenLimitDb", n.attenLimitDb);
-    o.set("mix", n.mix);
+    o.set(Params::kNoiseAttenuation.key, n.attenLimitDb);
+    o.set(Params::kNoiseMix.key, n.mix);
     return o;
 }
 
@@ -154,7 +154,7 @@ JsonValue spectralToJson(const SpectralParams& s) {
     }
     JsonValue o = JsonValue::object();
     o.set("enabled", s.enabled);
-    o.set("amount", s.amount);
+    o.set(Params::kSpectralAmount.key, s.amount);
     o.set("profileDb", std::move(profile));
     return o;
 }
@@ -179,18 +179,18 @@ std::string formantBandKey(size_t index) {
 JsonValue pitchToJson(const PitchParams& p) {
     JsonValue o = JsonValue::object();
     o.set("enabled", p.enabled);
-    o.set("semitonesA", p.semitonesA);
-    o.set("formantShiftA", p.formantShiftA);
+    o.set(Params::kPitchA.key, p.semitonesA);
+    o.set(Params::kFormantShiftA.key, p.formantShiftA);
     o.set("layerBEnabled", p.layerBEnabled);
-    o.set("semitonesB", p.semitonesB);
-    o.set("formantShiftB", p.formantShiftB);
-    o.set("wetMix", p.wetMix);
-    o.set("mixAB", p.mixAB);
+    o.set(Params::kPitchB.key, p.semitonesB);
+    o.set(Params::kFormantShiftB.key, p.formantShiftB);
+    o.set(Params::kPitchWet.key, p.wetMix);
+    o.set(Params::kPitchMixAB.key, p.mixAB);
     o.set("formantEqEnabled", p.formantEqEnabled);
     for (size_t i = 0; i < p.formantBands.size(); ++i) {
         JsonValue band = JsonValue::object();
-        band.set("hz", p.formantBands[i].hz);
-        band.set("gainDb", p.formantBands[i].gainDb);
+        band.set(Params::kFormantHz.key, p.formantBands[i].hz);
+        band.set(Params::kFormantGain.key, p.formantBands[i].gainDb);
         o.set(formantBandKey(i), std::move(band));
     }
     return o;
@@ -201,18 +201,20 @@ PitchParams pitchFromJson(const JsonValue& o) {
     PitchParams p;
     p.enabled = asBool(member(o, "enabled"), d.enabled);
     // Older files named layer A's keys without the suffix.
-    p.semitonesA = asFloat(member(o, "semitonesA"), asFloat(member(o, "semitones"), 0.0f));
-    p.formantShiftA = asFloat(member(o, "formantShiftA"), asFloat(member(o, "formantShift"), 0.0f));
+    p.semitonesA = asFloat(member(o, Params::kPitchA.key), asFloat(member(o, "semitones"), 0.0f));
+    p.formantShiftA =
+        asFloat(member(o, Params::kFormantShiftA.key), asFloat(member(o, "formantShift"), 0.0f));
     p.layerBEnabled = asBool(member(o, "layerBEnabled"), d.layerBEnabled);
-    p.semitonesB = asFloat(member(o, "semitonesB"), d.semitonesB);
-    p.formantShiftB = asFloat(member(o, "formantShiftB"), d.formantShiftB);
-    p.wetMix = asFloat(member(o, "wetMix"), d.wetMix);
-    p.mixAB = asFloat(member(o, "mixAB"), d.mixAB);
+    p.semitonesB = asFloat(member(o, Params::kPitchB.key), d.semitonesB);
+    p.formantShiftB = asFloat(member(o, Params::kFormantShiftB.key), d.formantShiftB);
+    p.wetMix = asFloat(member(o, Params::kPitchWet.key), d.wetMix);
+    p.mixAB = asFloat(member(o, Params::kPitchMixAB.key), d.mixAB);
     p.formantEqEnabled = asBool(member(o, "formantEqEnabled"), d.formantEqEnabled);
     for (size_t i = 0; i < p.formantBands.size(); ++i) {
         const JsonValue& band = member(o, formantBandKey(i));
-        p.formantBands[i].hz = asFloat(member(band, "hz"), d.formantBands[i].hz);
-        p.formantBands[i].gainDb = asFloat(member(band, "gainDb"), d.formantBands[i].gainDb);
+        p.formantBands[i].hz = asFloat(member(band, Params::kFormantHz.key), d.formantBands[i].hz);
+        p.formantBands[i].gainDb =
+            asFloat(member(band, Params::kFormantGain.key), d.formantBands[i].gainDb);
     }
     return p;
 }
@@ -220,11 +222,11 @@ PitchParams pitchFromJson(const JsonValue& o) {
 JsonValue reverbToJson(const ReverbParams& r) {
     JsonValue o = JsonValue::object();
     o.set("enabled", r.enabled);
-    o.set("roomSize", r.roomSize);
-    o.set("damping", r.damping);
-    o.set("wetMix", r.wetMix);
-    o.set("lowCutHz", r.lowCutHz);
-    o.set("duckingAmount", r.duckingAmount);
+    o.set(Params::kReverbRoom.key, r.roomSize);
+    o.set(Params::kReverbDamping.key, r.damping);
+    o.set(Params::kReverbWet.key, r.wetMix);
+    o.set(Params::kReverbLowCut.key, r.lowCutHz);
+    o.set(Params::kReverbDucking.key, r.duckingAmount);
     return o;
 }
 
@@ -232,20 +234,20 @@ ReverbParams reverbFromJson(const JsonValue& o) {
     const ReverbParams d;
     ReverbParams r;
     r.enabled = asBool(member(o, "enabled"), d.enabled);
-    r.roomSize = asFloat(member(o, "roomSize"), d.roomSize);
-    r.damping = asFloat(member(o, "damping"), d.damping);
-    r.wetMix = asFloat(member(o, "wetMix"), d.wetMix);
-    r.lowCutHz = asFloat(member(o, "lowCutHz"), d.lowCutHz);
-    r.duckingAmount = asFloat(member(o, "duckingAmount"), d.duckingAmount);
+    r.roomSize = asFloat(member(o, Params::kReverbRoom.key), d.roomSize);
+    r.damping = asFloat(member(o, Params::kReverbDamping.key), d.damping);
+    r.wetMix = asFloat(member(o, Params::kReverbWet.key), d.wetMix);
+    r.lowCutHz = asFloat(member(o, Params::kReverbLowCut.key), d.lowCutHz);
+    r.duckingAmount = asFloat(member(o, Params::kReverbDucking.key), d.duckingAmount);
     return r;
 }
 
 JsonValue delayToJson(const DelayParams& dl) {
     JsonValue o = JsonValue::object();
     o.set("enabled", dl.enabled);
-    o.set("timeMs", dl.timeMs);
-    o.set("feedback", dl.feedback);
-    o.set("wetMix", dl.wetMix);
+    o.set(Params::kDelayTime.key, dl.timeMs);
+    o.set(Params::kDelayFeedback.key, dl.feedback);
+    o.set(Params::kDelayWet.key, dl.wetMix);
     return o;
 }
 
@@ -253,18 +255,18 @@ DelayParams delayFromJson(const JsonValue& o) {
     const DelayParams d;
     DelayParams dl;
     dl.enabled = asBool(member(o, "enabled"), d.enabled);
-    dl.timeMs = asFloat(member(o, "timeMs"), d.timeMs);
-    dl.feedback = asFloat(member(o, "feedback"), d.feedback);
-    dl.wetMix = asFloat(member(o, "wetMix"), d.wetMix);
+    dl.timeMs = asFloat(member(o, Params::kDelayTime.key), d.timeMs);
+    dl.feedback = asFloat(member(o, Params::kDelayFeedback.key), d.feedback);
+    dl.wetMix = asFloat(member(o, Params::kDelayWet.key), d.wetMix);
     return dl;
 }
 
 JsonValue radioToJson(const RadioParams& r) {
     JsonValue o = JsonValue::object();
     o.set("enabled", r.enabled);
-    o.set("lowCutHz", r.lowCutHz);
-    o.set("highCutHz", r.highCutHz);
-    o.set("overdrive", r.overdrive);
+    o.set(Params::kRadioLowCut.key, r.lowCutHz);
+    o.set(Params::kRadioHighCut.key, r.highCutHz);
+    o.set(Params::kRadioDrive.key, r.overdrive);
     return o;
 }
 
@@ -272,9 +274,9 @@ RadioParams radioFromJson(const JsonValue& o) {
     const RadioParams d;
     RadioParams r;
     r.enabled = asBool(member(o, "enabled"), d.enabled);
-    r.lowCutHz = asFloat(member(o, "lowCutHz"), d.lowCutHz);
-    r.highCutHz = asFloat(member(o, "highCutHz"), d.highCutHz);
-    r.overdrive = asFloat(member(o, "overdrive"), d.overdrive);
+    r.lowCutHz = asFloat(member(o, Params::kRadioLowCut.key), d.lowCutHz);
+    r.highCutHz = asFloat(member(o, Params::kRadioHighCut.key), d.highCutHz);
+    r.overdrive = asFloat(member(o, Params::kRadioDrive.key), d.overdrive);
     return r;
 }
 
@@ -282,10 +284,10 @@ JsonValue modToJson(const ModParams& m) {
     JsonValue o = JsonValue::object();
     o.set("enabled", m.enabled);
     o.set("type", static_cast<int>(m.type));
-    o.set("rate", m.rate);
-    o.set("depth", m.depth);
-    o.set("feedback", m.feedback);
-    o.set("wetMix", m.wetMix);
+    o.set(Params::kModRate.key, m.rate);
+    o.set(Params::kModDepth.key, m.depth);
+    o.set(Params::kModFeedback.key, m.feedback);
+    o.set(Params::kModWet.key, m.wetMix);
     return o;
 }
 
@@ -294,10 +296,10 @@ ModParams modFromJson(const JsonValue& o) {
     ModParams m;
     m.enabled = asBool(member(o, "enabled"), d.enabled);
     m.type = asInt(member(o, "type"), d.type);
-    m.rate = asFloat(member(o, "rate"), d.rate);
-    m.depth = asFloat(member(o, "depth"), d.depth);
-    m.feedback = asFloat(member(o, "feedback"), d.feedback);
-    m.wetMix = asFloat(member(o, "wetMix"), d.wetMix);
+    m.rate = asFloat(member(o, Params::kModRate.key), d.rate);
+    m.depth = asFloat(member(o, Params::kModDepth.key), d.depth);
+    m.feedback = asFloat(member(o, Params::kModFeedback.key), d.feedback);
+    m.wetMix = asFloat(member(o, Params::kModWet.key), d.wetMix);
     return m;
 }
 
@@ -316,8 +318,8 @@ JsonValue effectPresetToJson(const SavedEffectPreset& saved) {
     o.set("gate", gateToJson(p.gate));
     o.set("noise", noiseToJson(p.noise));
     o.set("spectral", spectralToJson(p.spectral));
-    o.set("inputGainDb", p.inputGainDb);
-    o.set("outputGainDb", p.outputGainDb);
+    o.set(Params::kInputGain.key, p.inputGainDb);
+    o.set(Params::kOutputGain.key, p.outputGainDb);
     return o;
 }
 
@@ -359,7 +361,7 @@ JsonValue soundFxPresetToJson(const SavedSoundFxPreset& saved) {
     // The level that matches a voice's loudness to the dry voice (the built-ins
     // carry one); a voice without one is stored as it always was.
     if (p.outputGainDb != 0.0f) {
-        o.set("outputGainDb", p.outputGainDb);
+        o.set(Params::kFxOutputGain.key, p.outputGainDb);
     }
     return o;
 }
