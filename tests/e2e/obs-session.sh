@@ -40,11 +40,18 @@ start_obs() {
 }
 
 quit_obs() {
-  xdotool windowfocus --sync "$win"
-  xdotool mousemove 1453 955 click 1 # the Controls dock's "Exit"
-  for _ in $(seq 1 30); do
-    kill -0 "$pid" 2>/dev/null || { wait "$pid"; return; }
-    sleep 1
+  # The Controls dock's "Exit". A click that lands while OBS is still busy
+  # with the last step (a combo box closing, the settings being written) is
+  # sometimes lost on this loaded machine, so it is tried up to three times.
+  for _ in 1 2 3; do
+    kill -0 "$pid" 2>/dev/null || break
+    xdotool windowfocus --sync "$win" 2>/dev/null || true
+    xdotool mousemove 1453 955 click 1
+    for _ in $(seq 1 10); do
+      kill -0 "$pid" 2>/dev/null || { wait "$pid"; return; }
+      sleep 1
+    done
   done
+  kill -0 "$pid" 2>/dev/null || { wait "$pid"; return; }
   fail "OBS did not quit"
 }
