@@ -63,6 +63,20 @@ void PitchEffect::designShelves(int layerIndex, float shift) {
     shelvesDesigned_[layerIndex] = true;
 }
 
+void PitchEffect::runShelves(int layerIndex, int channel, float* x, int n, float from, float to) {
+    // A shelf whose coefficients jump a whole packet's move at once knocks,
+    // faintly but audibly on a low tone near the knob's end, even with its
+    // state kept: a new shift glides in short steps.
+    const int steps = from == to ? 1 : std::clamp((n + 63) / 64, 1, 32);
+    int done = 0;
+    for (int s = 1; s <= steps; ++s) {
+        designShelves(layerIndex, s == steps ? to : from + (to - from) * s / steps);
+        const int end = static_cast<int>(static_cast<long long>(n) * s / steps);
+        shelves_[layerIndex][channel].process(x + done, end - done);
+        done = end;
+    }
+}
+
 void PitchEffect::process(float* const* channels, const float* const* aligned, int channelCount,
                           int frames, const PitchParams& p) {
     if (scratch_.empty()) {
@@ -73,9 +87,10 @@ void PitchEffect::process(float* const* channels, const float* const* aligned, i
     const bool blendDry = p.wetMix < 0.999f;
     const size_t bytes = static_cast<size_t>(n) * sizeof(float);
 
-    designShelves(0, p.formantShiftA);
+    // Where each layer's shelves glide from: their last shift, or none yet.
+    const float fromA = shelvesDesigned_[0] ? lastShift_[0] : p.formantShiftA;
+    const float fromB = shelvesDesigned_[1] ? lastShift_[1] : p.formantShiftB;
     if (p.layerBEnabled) {
-        designShelves(1, p.formantShiftB);
         // Switched on again: start from silence, not from what it held when
         // it was switched off.
         if (!layerBLive_) {
@@ -87,6 +102,13 @@ void PitchEffect::process(float* const* channels, const float* const* aligned, i
     layerBLive_ = p.layerBEnabled;
     const bool shelvesA = std::fabs(p.formantShiftA) > kShiftThreshold;
     const bool shelvesB = std::fabs(p.formantShiftB) > kShiftThreshold;
+    // Shelves left out still follow the knob, so that they come in where it is.
+    if (!shelvesA) {
+        designShelves(0, p.formantShiftA);
+    }
+    if (p.layerBEnabled && !shelvesB) {
+        designShelves(1, p.formantShiftB);
+    }
 
     for (int c = 0; c < used; ++c) {
         float* x = channels[c];
@@ -99,7 +121,7 @@ void PitchEffect::process(float* const* channels, const float* const* aligned, i
         a.process(x, n, scratch_.data());
         std::memcpy(x, scratch_.data(), bytes);
         if (shelvesA) {
-            shelves_[0][c].process(x, n);
+            runShelves(0, c, x, n, fromA, p.formantShiftA);
         }
 
         if (p.layerBEnabled) {
@@ -109,7 +131,7 @@ void PitchEffect::process(float* const* channels, const float* const* aligned, i
             // not dip while B is not yet due.
             const int kb = b.process(layerBInput_[c].data(), n, scratch_.data());
             if (shelvesB) {
-                shelves_[1][c].process(scratch_.data(), n);
+                runShelves(1, c, scratch_.data(), n, fromB, p.formantShiftB);
             }
             const float mix = p.mixAB;
             for (int i = n - kb; i < n; ++i) {

@@ -61,6 +61,9 @@ private:
         }
     };
     void designShelves(int layerIndex, float shift);
+    // Runs a layer's shelves of one channel over x, their shift moving from
+    // `from` to `to` across the block in steps of 64 frames.
+    void runShelves(int layerIndex, int channel, float* x, int n, float from, float to);
 
     double sampleRate_ = 48000.0;
     PitchShifterLayer layers_[2][2]; // [layer A, B][channel]
