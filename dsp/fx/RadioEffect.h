@@ -21,6 +21,8 @@ private:
     float lastLowCutHz_ = 0.0f;
     float lastHighCutHz_ = 0.0f;
     bool designed_ = false;
+    float lastDrive_ = 1.0f; // the drive the last packet ended on
+    bool driveKnown_ = false;
 };
 
 } // namespace Lumora
