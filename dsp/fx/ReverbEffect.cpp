@@ -33,6 +33,7 @@ void ReverbEffect::reset() {
     highPassDesigned_ = false;
     envelope_ = 0.0f;
     fed_ = 0;
+    wetKnown_ = false;
 }
 
 void ReverbEffect::process(float* const* channels, int channelCount, int frames,
@@ -74,13 +75,20 @@ void ReverbEffect::process(float* const* channels, int channelCount, int frames,
     float e = envelope_;
     const float a = attack_;
     const float r = release_;
+    // A new mix glides across the packet: a jump of the room's share is a
+    // step wherever the room and the voice differ.
+    float mix = wetKnown_ ? lastWet_ : p.wetMix;
+    const float mixStep = (p.wetMix - mix) / static_cast<float>(std::max(frames, 1));
+    lastWet_ = p.wetMix;
+    wetKnown_ = true;
     for (int i = 0; i < frames; ++i) {
+        mix += mixStep;
         const float l = left[i];
         const float rr = right[i];
         const float x = std::fabs((l + rr) * 0.5f);
         e = x > e ? (1.0f - a) * x + a * e : (1.0f - r) * x + r * e;
         const float duck = std::min(e / kDuckFullLevel, 1.0f) * p.duckingAmount;
-        const float wet = std::max(1.0f - duck, 0.0f) * p.wetMix;
+        const float wet = std::max(1.0f - duck, 0.0f) * mix;
 
         float wl = wetLeft_[i];
         float wr = wetRight_[i];
