@@ -108,12 +108,16 @@ inline int longestSilence(const std::vector<float>& x, size_t from, size_t to) {
 // spike); the most energy above 6 kHz in 5 ms over the steady sound's most in
 // the same 5 ms, in dB (a burst); and the longest silence, in samples, beyond
 // the steady sound's longest (a gap). Many settings, because a steady sound
-// may be loudest inside the range (a band passing a tone).
+// may be loudest inside the range (a band passing a tone). And packet by
+// packet, the largest step over the largest of the sound held at the settings
+// on either side of that packet: where a knob makes the sound quiet, a click
+// cannot hide under the steps of its loud end.
 struct SweepFindings {
     float stepRatio;
     float spikeDb;
     float burstDb;
     int extraSilence;
+    float localStepRatio;
 };
 
 // `input` plays through chains made by `make()` (prepared, with `p` handed
@@ -148,6 +152,7 @@ SweepFindings sweepKnob(const Make& make, const Preset& p, const Set& set, const
     };
     const std::vector<float> swept =
         render([&](int k) { return static_cast<float>(std::clamp(k - before, 0, sweep)) / sweep; });
+    std::vector<std::vector<float>> held;
     float step = 0.0f, top = 0.0f;
     int silence = 0;
     // Below -70 dBFS above 6 kHz nothing is heard as a burst, however far it is
@@ -156,7 +161,8 @@ SweepFindings sweepKnob(const Make& make, const Preset& p, const Set& set, const
     std::vector<double> band(highBandWindows(swept, start, end).size(), kInaudible);
     for (int i = 0; i < kSteadySettings; ++i) {
         const float t = static_cast<float>(i) / (kSteadySettings - 1);
-        const std::vector<float> steady = render([t](int) { return t; });
+        held.push_back(render([t](int) { return t; }));
+        const std::vector<float>& steady = held.back();
         step = std::max(step, largestStep(steady, start, end));
         top = std::max(top, peak(steady, start, end));
         silence = std::max(silence, longestSilence(steady, start, end));
@@ -174,9 +180,24 @@ SweepFindings sweepKnob(const Make& make, const Preset& p, const Set& set, const
     for (size_t w = 0; w < band.size(); ++w) {
         burst = std::max(burst, 10.0 * std::log10(std::max(windows[w], 1e-12) / band[w]));
     }
+    // Steps under -80 dBFS are nobody's click.
+    constexpr float kInaudibleStep = 1e-4f;
+    float local = 0.0f;
+    for (int k = before; k <= before + sweep; ++k) {
+        const float t0 = static_cast<float>(std::clamp(k - 1 - before, 0, sweep)) / sweep;
+        const float t1 = static_cast<float>(std::clamp(k - before, 0, sweep)) / sweep;
+        const auto first = static_cast<size_t>(std::floor(t0 * (kSteadySettings - 1)));
+        const auto last = static_cast<size_t>(std::ceil(t1 * (kSteadySettings - 1)));
+        const size_t a = static_cast<size_t>(k) * packet, b = a + packet + 1440;
+        float reference = kInaudibleStep;
+        for (size_t i = first; i <= last; ++i) {
+            reference = std::max(reference, largestStep(held[i], a, b));
+        }
+        local = std::max(local, std::max(largestStep(swept, a, b), kInaudibleStep) / reference);
+    }
     return {largestStep(swept, start, end) / step,
             static_cast<float>(toDb(peak(swept, start, end) / top)), static_cast<float>(burst),
-            longestSilence(swept, start, end) - silence};
+            longestSilence(swept, start, end) - silence, local};
 }
 
 } // namespace Lumora::TestSignals

@@ -5,7 +5,8 @@
 // steady sound (the knob held still anywhere along its range), and no peak
 // rises more than 1 dB over the steady sound's highest, no 5 ms above 6 kHz
 // more than 6 dB over the steady sound's most there, and no silence 2 ms
-// longer than the steady sound's.
+// longer than the steady sound's; and packet by packet, no step more than
+// twice the largest of the knob held on either side of that packet.
 #include "DspTestSignals.h"
 #include "dsp/Parameters.h"
 #include "dsp/VoiceChain.h"
@@ -144,6 +145,7 @@ TEST_P(CleaningKnobSweep, TurningItWhileTheVoicePlaysMakesNoClickAndNoSpike) {
             EXPECT_LE(found.spikeDb, 1.0f) << what << ", packets of " << packet;
             EXPECT_LE(found.burstDb, 6.0f) << what << ", packets of " << packet;
             EXPECT_LE(found.extraSilence, 96) << what << ", packets of " << packet;
+            EXPECT_LE(found.localStepRatio, 2.0f) << what << ", packets of " << packet;
         }
     }
 }
