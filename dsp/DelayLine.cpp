@@ -31,4 +31,17 @@ void DelayLine::process(const float* in, float* out, int frames, int delay) {
     write_ = write;
 }
 
+void DelayLine::push(const float* in, int frames) {
+    if (line_.empty()) {
+        return;
+    }
+    const int size = static_cast<int>(line_.size());
+    int write = write_;
+    for (int i = 0; i < frames; ++i) {
+        line_[static_cast<size_t>(write)] = in[i];
+        write = write + 1 == size ? 0 : write + 1;
+    }
+    write_ = write;
+}
+
 } // namespace Lumora

@@ -19,6 +19,9 @@ public:
     // out[i] := the input of `delay` frames ago (clamped to 0..capacity); in
     // may equal out. Does nothing before prepare().
     void process(const float* in, float* out, int frames, int delay);
+    // Takes the input in without giving anything out: the line stays current
+    // while its output is not wanted.
+    void push(const float* in, int frames);
 
 private:
     std::vector<float> line_;

@@ -37,23 +37,23 @@ void VoiceAlignment::process(const float* const* in, float* const* out, int chan
     // into the voice of a moment ago, not into silence.
     const bool delayedOnly = aligned && fade_.full();
     const bool undelayedOnly = !aligned && fade_.silent();
-    const bool keepUndelayed = !delayedOnly;
     for (int c = 0; c < used; ++c) {
-        if (keepUndelayed) {
+        if (undelayedOnly) {
+            lines_[c].push(in[c], n);
+            if (out[c] != in[c]) {
+                std::copy(in[c], in[c] + n, out[c]);
+            }
+            continue;
+        }
+        if (!delayedOnly) {
             std::copy(in[c], in[c] + n, undelayed_[c].data());
         }
         lines_[c].process(in[c], out[c], n, delay_);
     }
-    if (delayedOnly) {
+    if (delayedOnly || undelayedOnly) {
         return;
     }
     const float* undelayed[2] = {undelayed_[0].data(), undelayed_[1].data()};
-    if (undelayedOnly) {
-        for (int c = 0; c < used; ++c) {
-            std::copy(undelayed[c], undelayed[c] + n, out[c]);
-        }
-        return;
-    }
     fade_.mix(undelayed, out, used, n, aligned);
 }
 

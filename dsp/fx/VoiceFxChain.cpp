@@ -253,17 +253,15 @@ void VoiceFxChain::runEffects(float* const* ch, int used, int n, bool chainOn) {
 
 void VoiceFxChain::runPitch(SwitchFade& fade, bool on, float* const* ch, int used, int n) {
     bool& ran = ran_[static_cast<size_t>(kEffectPitch)];
-    float* late[2] = {late_[0].data(), late_[1].data()};
     // The delayed voice, always: the line stays current for whenever the
     // shifter is off, and it is the dry part of the shifter's blend.
-    align_.process(ch, late, used, n, aligning_);
     if (!on && fade.silent()) {
         ran = false;
-        for (int c = 0; c < used; ++c) {
-            std::copy(late[c], late[c] + n, ch[c]);
-        }
+        align_.process(ch, ch, used, n, aligning_);
         return;
     }
+    float* late[2] = {late_[0].data(), late_[1].data()};
+    align_.process(ch, late, used, n, aligning_);
     if (on && !ran) {
         pitch_.reset(); // from silence, not from what it held before
     }
