@@ -1,6 +1,7 @@
 #include "dsp/Equaliser.h"
 
 #include "dsp/FilterDesign.h"
+#include "dsp/GlideSteps.h"
 
 #include <algorithm>
 #include <cmath>
@@ -237,21 +238,12 @@ bool sameShape(const EqParams& a, const EqParams& b) {
 } // namespace
 
 void Equaliser::process(float* const* planes, int channels, int frames, const EqParams& p) {
-    // New values glide across the packet in short steps, each with its own
-    // coefficients: a corner that jumps a whole packet's worth at once, even
-    // with the state kept, still knocks (a high cut dragged up by 2.5 % a
-    // packet of 1024 frames was heard on a pure tone).
-    const int steps = shaped_ && !sameShape(shape_, p)
-                          ? std::clamp((frames + kGlideStep - 1) / kGlideStep, 1, kMaxGlideSteps)
-                          : 1;
+    const bool moving = shaped_ && !sameShape(shape_, p);
     const EqParams from = shape_;
-    int done = 0;
-    for (int s = 1; s <= steps; ++s) {
-        updateCoefficients(s == steps ? p : between(from, p, static_cast<float>(s) / steps));
-        const int end = static_cast<int>(static_cast<long long>(frames) * s / steps);
-        run(planes, channels, done, end - done, p);
-        done = end;
-    }
+    inGlideSteps(frames, moving, [&](float t, int offset, int count) {
+        updateCoefficients(t < 1.0f ? between(from, p, t) : p);
+        run(planes, channels, offset, count, p);
+    });
     shape_ = p;
     shaped_ = true;
 }

@@ -9,8 +9,8 @@ namespace Lumora {
 
 // Low cut, five peaking bands, high shelf and high cut, per channel (first two).
 //
-// Coefficients follow the record, gliding to a new one across the packet in
-// steps of 64 frames, and are recomputed only when a filter's own inputs differ
+// Coefficients follow the record, gliding to a new one across the packet
+// (inGlideSteps), and are recomputed only when a filter's own inputs differ
 // from what it was last computed from (exact float comparison), so a steady
 // record costs no transcendental work.
 class Equaliser {
@@ -51,8 +51,6 @@ private:
     float cachedHighCutQ_ = 0.0f;
 
     // The record the coefficients were last brought to, where a change glides from.
-    static constexpr int kGlideStep = 64;
-    static constexpr int kMaxGlideSteps = 32;
     EqParams shape_;
     bool shaped_ = false;
 };

@@ -1,6 +1,7 @@
 #include "dsp/fx/PitchEffect.h"
 
 #include "dsp/FilterDesign.h"
+#include "dsp/GlideSteps.h"
 
 #include <algorithm>
 #include <cmath>
@@ -64,17 +65,12 @@ void PitchEffect::designShelves(int layerIndex, float shift) {
 }
 
 void PitchEffect::runShelves(int layerIndex, int channel, float* x, int n, float from, float to) {
-    // A shelf whose coefficients jump a whole packet's move at once knocks,
-    // faintly but audibly on a low tone near the knob's end, even with its
-    // state kept: a new shift glides in short steps.
-    const int steps = from == to ? 1 : std::clamp((n + 63) / 64, 1, 32);
-    int done = 0;
-    for (int s = 1; s <= steps; ++s) {
-        designShelves(layerIndex, s == steps ? to : from + (to - from) * s / steps);
-        const int end = static_cast<int>(static_cast<long long>(n) * s / steps);
-        shelves_[layerIndex][channel].process(x + done, end - done);
-        done = end;
-    }
+    // Near the knob's end the shelves cut a low tone by up to 23 dB, where a
+    // jump of their coefficients was heard as a faint knock.
+    inGlideSteps(n, from != to, [&](float t, int offset, int count) {
+        designShelves(layerIndex, t < 1.0f ? from + (to - from) * t : to);
+        shelves_[layerIndex][channel].process(x + offset, count);
+    });
 }
 
 void PitchEffect::process(float* const* channels, const float* const* aligned, int channelCount,

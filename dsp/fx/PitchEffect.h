@@ -61,8 +61,8 @@ private:
         }
     };
     void designShelves(int layerIndex, float shift);
-    // Runs a layer's shelves of one channel over x, their shift moving from
-    // `from` to `to` across the block in steps of 64 frames.
+    // Runs a layer's shelves of one channel over x, their shift gliding from
+    // `from` to `to` across the block (inGlideSteps).
     void runShelves(int layerIndex, int channel, float* x, int n, float from, float to);
 
     double sampleRate_ = 48000.0;
