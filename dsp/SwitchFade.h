@@ -24,6 +24,13 @@ public:
     // wet := dry + (wet − dry)·level, with level moving towards 1 when `on`,
     // towards 0 otherwise, one step per sample.
     void mix(const float* const* dry, float* const* wet, int channels, int frames, bool on);
+    // One sample's step of the level towards 1 (`on`) or 0; returns the new
+    // level. For a fade applied to something other than a dry/wet pair.
+    float advance(bool on) {
+        level_ = on ? (level_ + step_ < 1.0f ? level_ + step_ : 1.0f)
+                    : (level_ - step_ > 0.0f ? level_ - step_ : 0.0f);
+        return level_;
+    }
 
 private:
     float step_ = 1.0f / 1200.0f;

@@ -7,7 +7,7 @@ namespace Lumora {
 
 void DelayEffect::prepare(double sampleRate) {
     sampleRate_ = sampleRate;
-    fadeIn_ = std::max(1, static_cast<int>(SwitchFade::kFadeMs * 0.001 * sampleRate));
+    intake_.prepare(sampleRate);
     for (auto& line : lines_) {
         line.assign(kLineLength, 0.0f);
     }
@@ -20,7 +20,7 @@ void DelayEffect::reset() {
     }
     write_ = 0;
     delay_ = 0.0;
-    fed_ = 0;
+    intake_.reset();
 }
 
 int DelayEffect::delaySamples(float timeMs, double sampleRate) {
@@ -57,7 +57,7 @@ void DelayEffect::process(float* const* channels, int channelCount, int frames,
         const int r = static_cast<int>(position);
         const int next = r + 1 == kLineLength ? 0 : r + 1;
         const float frac = static_cast<float>(position - r);
-        const float feed = fed_ < fadeIn_ ? static_cast<float>(fed_++) / fadeIn_ : 1.0f;
+        const float feed = intake_.advance(true);
         for (int c = 0; c < used; ++c) {
             float* line = lines_[c].data();
             const float delayed = line[r] + (line[next] - line[r]) * frac;

@@ -41,8 +41,7 @@ private:
     std::vector<float> lines_[2];
     int write_ = 0;
     double delay_ = 0.0; // where the read position is now, in samples; 0 until the first block
-    int fed_ = 0;        // samples taken in since the reset, up to fadeIn_
-    int fadeIn_ = 1;
+    SwitchFade intake_;  // how much of the voice the line takes in
 };
 
 } // namespace Lumora

@@ -21,7 +21,7 @@ void ReverbEffect::prepare(double sampleRate) {
     wetRight_.assign(kMaxBlock, 0.0f);
     attack_ = static_cast<float>(std::exp(-1.0 / (sampleRate * 0.001)));
     release_ = static_cast<float>(std::exp(-1.0 / (sampleRate * 0.15)));
-    fadeIn_ = std::max(1, static_cast<int>(SwitchFade::kFadeMs * 0.001 * sampleRate));
+    intake_.prepare(sampleRate);
     reset();
 }
 
@@ -32,7 +32,7 @@ void ReverbEffect::reset() {
     }
     highPassDesigned_ = false;
     envelope_ = 0.0f;
-    fed_ = 0;
+    intake_.reset();
     wetKnown_ = false;
 }
 
@@ -57,12 +57,12 @@ void ReverbEffect::process(float* const* channels, int channelCount, int frames,
 
     const float lineGain = p.roomSize * 0.97f + 0.01f;
     network_.setDampingHz(20000.0 - static_cast<double>(p.damping) * 19000.0);
-    if (fed_ < fadeIn_) {
+    if (!intake_.full()) {
         // Just reset: the room takes the voice in over the switch's crossfade.
         // Its early echoes of an abrupt first sample would bring back, some
         // 50 ms later, the step that the switch's fade took away.
         for (int i = 0; i < frames; ++i) {
-            const float feed = fed_ < fadeIn_ ? static_cast<float>(fed_++) / fadeIn_ : 1.0f;
+            const float feed = intake_.advance(true);
             wetLeft_[i] = left[i] * feed;
             wetRight_[i] = right[i] * feed;
         }

@@ -32,10 +32,9 @@ private:
     float lastLowCutHz_ = 0.0f;
     bool highPassDesigned_ = false;
     float envelope_ = 0.0f;
-    int fed_ = 0;          // samples taken in since the reset, up to fadeIn_
+    SwitchFade intake_;    // how much of the voice the room takes in
     float lastWet_ = 0.0f; // the mix the last packet ended on
     bool wetKnown_ = false;
-    int fadeIn_ = 1;
     float attack_ = 0.0f;
     float release_ = 0.0f;
     std::vector<float> wetLeft_;
