@@ -19,6 +19,21 @@ SavedSoundFxPreset named(const char* name) {
     return p;
 }
 
+// Two shifted layers, all wet.
+PitchParams twoLayers(float semitonesA, float formantA, float semitonesB, float formantB,
+                      float mixAB) {
+    PitchParams p;
+    p.enabled = true;
+    p.semitonesA = semitonesA;
+    p.formantShiftA = formantA;
+    p.wetMix = 1.0f;
+    p.layerBEnabled = true;
+    p.semitonesB = semitonesB;
+    p.formantShiftB = formantB;
+    p.mixAB = mixAB;
+    return p;
+}
+
 } // namespace
 
 const char* const kDefaultKeyAssignPresetName = kDefaultName;
@@ -26,16 +41,7 @@ const char* const kDefaultKeyAssignPresetName = kDefaultName;
 namespace BuiltInParts {
 
 PitchParams computerPitch() {
-    PitchParams p;
-    p.enabled = true;
-    p.semitonesA = 4.7f;
-    p.formantShiftA = 0.31f;
-    p.wetMix = 1.0f;
-    p.layerBEnabled = true;
-    p.semitonesB = 3.4f;
-    p.formantShiftB = 0.35f;
-    p.mixAB = 0.5f;
-    return p;
+    return twoLayers(4.7f, 0.31f, 3.4f, 0.35f, 0.5f);
 }
 
 RadioParams fmRadio() {
@@ -43,16 +49,7 @@ RadioParams fmRadio() {
 }
 
 PitchParams deathGamePitch() {
-    PitchParams p;
-    p.enabled = true;
-    p.semitonesA = 12.0f;
-    p.formantShiftA = 0.3f;
-    p.wetMix = 1.0f;
-    p.layerBEnabled = true;
-    p.semitonesB = -12.0f;
-    p.formantShiftB = -0.34f;
-    p.mixAB = 0.66f;
-    return p;
+    return twoLayers(12.0f, 0.3f, -12.0f, -0.34f, 0.66f);
 }
 
 DelayParams singingDelay() {
