@@ -15,6 +15,7 @@
 #include <atomic>
 #include <cmath>
 #include <functional>
+#include <initializer_list>
 #include <string>
 #include <thread>
 #include <vector>
@@ -59,11 +60,7 @@ std::vector<float> late(const std::vector<float>& packet, int delay) {
 const int kVoiceDelay = VoiceAlignment::delayFramesAt(kRate);
 
 std::vector<float> tone() {
-    std::vector<float> x(480);
-    for (size_t i = 0; i < x.size(); ++i) {
-        x[i] = 0.1f * static_cast<float>(std::sin(2.0 * 3.14159265358979 * 440.0 * i / kRate));
-    }
-    return x;
+    return TestSignals::sine(440.0, kRate, 480, 0.1f);
 }
 
 TEST(FilterEngine, AHoldPassesTheRawVoiceBitExactAndKeepsWhatIsAppliedMeanwhile) {
@@ -187,44 +184,69 @@ TEST(FilterEngine, ChangesWhileAudioFlowsAreHeardWhole) {
     EXPECT_EQ(torn, 0) << "of " << packets << " packets";
 }
 
-} // namespace
-// Recorded speech raised to full scale: the hottest voice a microphone gives.
-std::vector<float> fullScaleSpeech() {
+// alsa-utils voices one after another, 250 ms apart, their loudest sample
+// scaled to `peak`.
+std::vector<float> alsaSpeech(std::initializer_list<const char*> names, float peak) {
     WavData wav;
     std::string error;
     std::vector<float> speech;
-    for (const char* name : {"Front_Center.wav", "Rear_Left.wav"}) {
-        if (readWav(std::string("/usr/share/sounds/alsa/") + name, wav, error) &&
-            wav.channels() > 0) {
+    for (const char* name : names) {
+        if (readWav(std::string("/usr/share/sounds/alsa/") + name + ".wav", wav, error) &&
+            wav.channels() > 0 && wav.sampleRate == 48000) {
             speech.insert(speech.end(), wav.planes[0].begin(), wav.planes[0].end());
+            speech.insert(speech.end(), 12000, 0.0f);
         }
     }
-    float peak = 0.0f;
-    for (float v : speech) {
-        peak = std::max(peak, std::fabs(v));
-    }
+    const float top = TestSignals::peak(speech, 0, speech.size());
     for (float& v : speech) {
-        v /= peak;
+        v *= peak / top;
     }
     return speech;
 }
 
-// The peak of what leaves the engine for `in`, stereo, in 480-frame packets.
-float outputPeak(FilterEngine& engine, const std::vector<float>& in) {
+// At a speaking level (peaks near -12 dBFS): what the loudness of a voice and
+// its switches are judged on.
+std::vector<float> speakingVoices() {
+    return alsaSpeech({"Front_Center", "Front_Left", "Front_Right", "Rear_Center", "Rear_Left",
+                       "Rear_Right", "Side_Left", "Side_Right"},
+                      0.25f);
+}
+
+// What leaves the engine for `in` on both channels, interleaved, in 480-frame
+// packets.
+std::vector<float> stereoThrough(FilterEngine& engine, const std::vector<float>& in) {
     std::vector<float> left = in, right = in;
-    float peak = 0.0f;
     for (size_t at = 0; at + 480 <= in.size(); at += 480) {
         float* planes[2] = {left.data() + at, right.data() + at};
         engine.processAudio(planes, 2, 480);
-        for (size_t i = at; i < at + 480; ++i) {
-            peak = std::max({peak, std::fabs(left[i]), std::fabs(right[i])});
-        }
     }
-    return peak;
+    std::vector<float> frames(left.size() * 2);
+    for (size_t i = 0; i < left.size(); ++i) {
+        frames[2 * i] = left[i];
+        frames[2 * i + 1] = right[i];
+    }
+    return frames;
+}
+
+float outputPeak(FilterEngine& engine, const std::vector<float>& in) {
+    const std::vector<float> out = stereoThrough(engine, in);
+    return TestSignals::peak(out, 0, out.size());
+}
+
+// Integrated loudness (EBU R 128) of what the engine makes of `in`, stereo.
+double loudnessThrough(FilterEngine& engine, const std::vector<float>& in) {
+    const std::vector<float> frames = stereoThrough(engine, in);
+    ebur128_state* meter = ebur128_init(2, 48000, EBUR128_MODE_I);
+    ebur128_add_frames_float(meter, frames.data(), frames.size() / 2);
+    double lufs = -70.0;
+    ebur128_loudness_global(meter, &lufs);
+    ebur128_destroy(&meter);
+    return lufs;
 }
 
 TEST(FilterEngine, NothingLeavesAboveMinusOneDbfsThroughAnyBuiltInVoice) {
-    const std::vector<float> speech = fullScaleSpeech();
+    // Recorded speech raised to full scale: the hottest voice a microphone gives.
+    const std::vector<float> speech = alsaSpeech({"Front_Center", "Rear_Left"}, 1.0f);
     ASSERT_GT(speech.size(), 48000u) << "recorded speech from alsa-utils is needed";
     const float ceiling = dbToGain(FilterEngine::kSafetyCeilingDb);
     EffectPreset hot; // the cleaning chain on, 12 dB of input gain
@@ -245,11 +267,9 @@ TEST(FilterEngine, TheDiagnosisHearsTheClippingThatTheSafetyLimiterHolds) {
     FilterEngine engine;
     engine.prepare(kRate);
     FilterEngine::MeasurementHold hold = engine.holdForMeasurement();
-    std::vector<float> clipping(24000);
-    for (size_t i = 0; i < clipping.size(); ++i) {
-        clipping[i] = std::sin(2.0f * 3.14159265f * 220.0f * static_cast<float>(i) / 48000.0f) >= 0
-                          ? 1.0f
-                          : -1.0f;
+    std::vector<float> clipping = TestSignals::sine(220.0, kRate, 24000, 1.0f);
+    for (float& v : clipping) {
+        v = v >= 0.0f ? 1.0f : -1.0f; // a square wave at full scale
     }
     EXPECT_LE(outputPeak(engine, clipping), dbToGain(FilterEngine::kSafetyCeilingDb));
     EXPECT_TRUE(engine.analyser()->snapshot().clipped);
@@ -257,50 +277,6 @@ TEST(FilterEngine, TheDiagnosisHearsTheClippingThatTheSafetyLimiterHolds) {
     outputPeak(engine, std::vector<float>(48000, 0.0f));
     const std::vector<float> quiet = tone();
     EXPECT_EQ(run(engine, quiet), quiet);
-}
-
-// The alsa-utils voices one after another, at a speaking level (peaks near
-// -12 dBFS): what the loudness of a voice is judged on.
-std::vector<float> speakingVoices() {
-    WavData wav;
-    std::string error;
-    std::vector<float> speech;
-    for (const char* name : {"Front_Center", "Front_Left", "Front_Right", "Rear_Center",
-                             "Rear_Left", "Rear_Right", "Side_Left", "Side_Right"}) {
-        if (readWav(std::string("/usr/share/sounds/alsa/") + name + ".wav", wav, error) &&
-            wav.channels() > 0 && wav.sampleRate == 48000) {
-            speech.insert(speech.end(), wav.planes[0].begin(), wav.planes[0].end());
-            speech.insert(speech.end(), 12000, 0.0f);
-        }
-    }
-    float peak = 0.0f;
-    for (float v : speech) {
-        peak = std::max(peak, std::fabs(v));
-    }
-    for (float& v : speech) {
-        v *= 0.25f / peak;
-    }
-    return speech;
-}
-
-// Integrated loudness (EBU R 128) of what the engine makes of `in`, stereo.
-double loudnessThrough(FilterEngine& engine, const std::vector<float>& in) {
-    std::vector<float> left = in, right = in;
-    for (size_t at = 0; at + 480 <= in.size(); at += 480) {
-        float* planes[2] = {left.data() + at, right.data() + at};
-        engine.processAudio(planes, 2, 480);
-    }
-    ebur128_state* meter = ebur128_init(2, 48000, EBUR128_MODE_I);
-    std::vector<float> frames(left.size() * 2);
-    for (size_t i = 0; i < left.size(); ++i) {
-        frames[2 * i] = left[i];
-        frames[2 * i + 1] = right[i];
-    }
-    ebur128_add_frames_float(meter, frames.data(), left.size());
-    double lufs = -70.0;
-    ebur128_loudness_global(meter, &lufs);
-    ebur128_destroy(&meter);
-    return lufs;
 }
 
 // Switching voices live must not make the streamer louder or quieter: every
@@ -345,11 +321,8 @@ TEST(FilterEngine, SwitchingVoicesMakesNoClickNoSpikeAndNoGap) {
         FilterEngine engine;
         engine.prepare(kRate);
         engine.setSoundFxActive(true);
-        std::vector<float> out(segment * voices.size());
-        for (size_t i = 0; i < out.size(); ++i) {
-            out[i] =
-                0.125f * std::sin(2.0f * 3.14159265f * 233.0f * static_cast<float>(i) / 48000.0f);
-        }
+        std::vector<float> out =
+            TestSignals::sine(233.0, kRate, static_cast<int>(segment * voices.size()), 0.125f);
         size_t delay = 0;
         for (size_t v = 0; v < voices.size(); ++v) {
             engine.applySoundFxPreset(voices[v]);
@@ -393,10 +366,7 @@ TEST(FilterEngine, BypassingTheCleaningChainMakesNoClick) {
     EffectPreset cleaned;
     cleaned.inputGainDb = 9.0f;
     const int segment = 9600, switches = 8;
-    std::vector<float> out(static_cast<size_t>(segment * switches));
-    for (size_t i = 0; i < out.size(); ++i) {
-        out[i] = 0.1f * std::sin(2.0f * 3.14159265f * 233.0f * static_cast<float>(i) / 48000.0f);
-    }
+    std::vector<float> out = TestSignals::sine(233.0, kRate, segment * switches, 0.1f);
     for (int k = 0; k < switches; ++k) {
         cleaned.bypass = k % 2 == 1;
         engine.applyEffectPreset(cleaned);
@@ -496,4 +466,5 @@ TEST(FilterEngine, SwitchingVoicesOnSpeechMakesNoClickNoBurstAndNoSpike) {
     }
 }
 
+} // namespace
 } // namespace Lumora
