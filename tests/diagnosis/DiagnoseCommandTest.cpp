@@ -206,6 +206,10 @@ TEST_F(DiagnoseCommand, ReadableReportInEitherLanguage) {
     EXPECT_NE(r.out.find("✅ Good"), std::string::npos) << r.out;
     EXPECT_NE(r.out.find("Volume is spot on"), std::string::npos) << r.out;
     EXPECT_EQ(r.out.find('{'), std::string::npos);
+    // Every Japanese summary line and title ends in a full-width "！" (only
+    // the preset's own name and description, last, have no English).
+    EXPECT_EQ(r.out.substr(0, r.out.find("Recommended:")).find("！"), std::string::npos)
+        << "Japanese text in the English report";
     r = run("--mic condenser --lang ja " + takes());
     ASSERT_EQ(r.code, 0) << r.err;
     EXPECT_NE(r.out.find("✅ 良好"), std::string::npos) << r.out;

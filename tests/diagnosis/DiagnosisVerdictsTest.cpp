@@ -272,19 +272,19 @@ TEST(DiagnosisVerdicts, DistanceTakesTheRoomOutOfTheBands) {
     EXPECT_NEAR(d.value, -10.0f, 0.01f);
 }
 
+// A take with no block loud enough to count, or too short to trust though
+// its bands read speech.
 TEST(DiagnosisVerdicts, DistanceCannotBeJudgedWithoutActiveSpeech) {
-    TakeSummaries t = healthy();
-    t.normal.activeMidDb = -96.0f; // a take with no block loud enough to count
-    t.normal.activeLowDb = -96.0f;
-    DiagnosisItem d = item(judge(t, kMicDynamic), "distance");
-    EXPECT_EQ(d.level, 1);
-    EXPECT_EQ(d.value, 0.0f);
-
-    t = healthy();
-    t.normal.valid = false;
-    d = item(judge(t, kMicDynamic), "distance");
-    EXPECT_EQ(d.level, 1);
-    EXPECT_EQ(d.value, 0.0f);
+    for (bool tooShort : {false, true}) {
+        TakeSummaries t = healthy();
+        t.normal.valid = !tooShort;
+        if (!tooShort) {
+            t.normal.activeMidDb = t.normal.activeLowDb = -96.0f;
+        }
+        const DiagnosisItem d = item(judge(t, kMicDynamic), "distance");
+        EXPECT_EQ(d.level, 1) << tooShort;
+        EXPECT_EQ(d.value, 0.0f) << tooShort;
+    }
 }
 
 TEST(DiagnosisVerdicts, DynamicsRangeAndAdviceText) {
@@ -302,7 +302,6 @@ TEST(DiagnosisVerdicts, DynamicsRangeAndAdviceText) {
     t.soft.level = -31.6f;
     const DiagnosisItem d = item(judge(t, 0), "dynamics");
     EXPECT_FLOAT_EQ(d.value, 17.2f);
-    EXPECT_EQ(d.adviceJa, "大きい声: -14 dBFS / 小さい声: -32 dBFS / 差: 17 dB");
     EXPECT_EQ(d.adviceEn, "Loud: -14 dBFS / Soft: -32 dBFS / Range: 17 dB");
 
     t.soft.valid = false;
@@ -339,24 +338,10 @@ TEST(DiagnosisVerdicts, OverallAndSummaries) {
     t.loud.peak95 = -0.5f;    // clipping Warning
     DiagnosisResult r = judge(t, 0);
     EXPECT_EQ(r.overall, 2);
-    EXPECT_EQ(r.summaryJa, "1 つ気になるところがあるかも！");
     EXPECT_EQ(r.summaryEn, "One thing to keep an eye on!");
 
     t.plosive.lowBurstMax = t.normal.lowBurstMax + 25.0f; // pop Warning too
-    r = judge(t, 0);
-    EXPECT_EQ(r.summaryJa, "いくつか調整してみると良くなるかも！");
-    EXPECT_EQ(r.summaryEn, "A few adjustments could really help!");
-
-    EXPECT_EQ(overallLevel({}), 0);
-}
-
-// The readable report of lumora-cli diagnose (its only languages are "en" and
-// "ja"): labels and summary line in the language asked for.
-TEST(DiagnosisVerdicts, ReportLabelsAndSummaryLineFollowTheLanguage) {
-    EXPECT_EQ(statusLabel(2, "en"), "❌ Warning");
-    const DiagnosisResult r = judge(healthy(), 0);
-    EXPECT_EQ(summaryText(r, "en"), r.summaryEn);
-    EXPECT_EQ(summaryText(r, "ja"), r.summaryJa);
+    EXPECT_EQ(judge(t, 0).summaryEn, "A few adjustments could really help!");
 }
 
 } // namespace
