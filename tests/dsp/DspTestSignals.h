@@ -5,8 +5,13 @@
 #include "dsp/FilterDesign.h"
 #include "dsp/Parameters.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <string>
 #include <vector>
 
 namespace Lumora::TestSignals {
@@ -51,6 +56,11 @@ inline std::vector<float> noise(int n, float amplitude, unsigned seed = 1) {
     return x;
 }
 
+// Equal bit for bit (a -0 for a 0 counts as a change).
+inline bool bitEqual(const std::vector<float>& a, const std::vector<float>& b) {
+    return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(float)) == 0;
+}
+
 inline bool allFinite(const std::vector<float>& x) {
     for (float v : x) {
         if (!std::isfinite(v)) {
@@ -70,7 +80,7 @@ inline float largestStep(const std::vector<float>& x, size_t from, size_t to) {
     return step;
 }
 
-inline float peak(const std::vector<float>& x, size_t from, size_t to) {
+inline float peak(const std::vector<float>& x, size_t from = 0, size_t to = SIZE_MAX) {
     float top = 0.0f;
     for (size_t i = from; i < to && i < x.size(); ++i) {
         top = std::max(top, std::fabs(x[i]));
@@ -198,6 +208,36 @@ SweepFindings sweepKnob(const Make& make, const Preset& p, const Set& set, const
     return {largestStep(swept, start, end) / step,
             static_cast<float>(toDb(peak(swept, start, end) / top)), static_cast<float>(burst),
             longestSilence(swept, start, end) - silence, local};
+}
+
+// A knob turned across its whole range in two seconds, a new value each
+// packet as a mouse drag gives, on a steady tone and on `voice`, in packets of
+// 480 and 1024: no step between samples larger than 1.5 times the steady
+// sound's largest, no peak more than 1 dB over its highest, no 5 ms above
+// 6 kHz more than 6 dB over its most there, no silence 2 ms longer than its
+// longest; and, `packetByPacket`, no step more than twice the largest of the
+// knob held on either side of that packet. (A knob whose sound depends on when
+// it was set, a read position or an LFO phase moved with it, is at another
+// point of its cycle at a nearby setting: only the range-wide limits apply.)
+template <typename Make, typename Preset, typename Set>
+void expectSmoothSweep(const Make& make, const Preset& p, const Set& set, const Parameter& range,
+                       const std::vector<float>& voice, bool packetByPacket = true) {
+    ASSERT_FALSE(voice.empty()) << "no recorded speech";
+    const std::vector<float> tone = sine(233.0, 48000.0, static_cast<int>(voice.size()), 0.1f);
+    for (const int packet : {480, 1024}) {
+        for (const std::vector<float>* input : {&tone, &voice}) {
+            SCOPED_TRACE(std::string(input == &tone ? "tone" : "speech") + ", packets of " +
+                         std::to_string(packet));
+            const SweepFindings found = sweepKnob(make, p, set, range, packet, *input);
+            EXPECT_LE(found.stepRatio, 1.5f);
+            EXPECT_LE(found.spikeDb, 1.0f);
+            EXPECT_LE(found.burstDb, 6.0f);
+            EXPECT_LE(found.extraSilence, 96);
+            if (packetByPacket) {
+                EXPECT_LE(found.localStepRatio, 2.0f);
+            }
+        }
+    }
 }
 
 } // namespace Lumora::TestSignals

@@ -11,6 +11,7 @@
 #include <vector>
 
 using namespace Lumora;
+using Lumora::TestSignals::bitEqual;
 
 namespace {
 
@@ -30,10 +31,6 @@ struct Packet {
     }
     float* const* data() { return pointers.data(); }
 };
-
-bool bitEqual(const std::vector<float>& a, const std::vector<float>& b) {
-    return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(float)) == 0;
-}
 
 EffectPreset activePreset() {
     EffectPreset p;

@@ -9,14 +9,6 @@ using namespace Lumora;
 
 namespace FxTest {
 
-Signal sine(double hz, int frames, float amplitude, double rate, double phase) {
-    Signal x(static_cast<size_t>(frames));
-    for (int i = 0; i < frames; ++i) {
-        x[i] = amplitude * static_cast<float>(std::sin(2.0 * kPi * hz * i / rate + phase));
-    }
-    return x;
-}
-
 Signal impulse(int frames, int at, float height) {
     Signal x(static_cast<size_t>(frames), 0.0f);
     x[static_cast<size_t>(at)] = height;
@@ -54,10 +46,6 @@ double zeroCrossingHz(const Signal& x, int from, int to, double rate) {
         }
     }
     return crossings > 0 ? crossings * rate / (last - first) : 0.0;
-}
-
-bool allFinite(const Signal& x) {
-    return std::all_of(x.begin(), x.end(), [](float v) { return std::isfinite(v); });
 }
 
 void runInPackets(VoiceFxChain& chain, Audio& audio, int packet) {

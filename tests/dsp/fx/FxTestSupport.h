@@ -1,6 +1,7 @@
 #pragma once
 
 // Shared helpers of the voice-effects tests: signals, packets, measurements.
+#include "dsp/DspTestSignals.h"
 #include "dsp/fx/VoiceFxChain.h"
 
 #include <cmath>
@@ -10,7 +11,10 @@
 namespace FxTest {
 
 constexpr double kRate = 48000.0;
-constexpr double kPi = 3.14159265358979323846;
+using Lumora::TestSignals::allFinite;
+using Lumora::TestSignals::bitEqual;
+using Lumora::TestSignals::kPi;
+using Lumora::TestSignals::peak;
 
 using Signal = std::vector<float>;
 
@@ -37,14 +41,15 @@ struct Audio {
     float* const* data() { return pointers.data(); }
 };
 
-Signal sine(double hz, int frames, float amplitude = 0.5f, double rate = kRate, double phase = 0.0);
+inline Signal sine(double hz, int frames, float amplitude = 0.5f, double rate = kRate) {
+    return Lumora::TestSignals::sine(hz, rate, frames, amplitude);
+}
 Signal impulse(int frames, int at = 0, float height = 1.0f);
 
 double rms(const Signal& x, int from = 0, int to = -1);
 double rmsDb(const Signal& x, int from = 0, int to = -1);
 // Frequency by counting rising zero crossings (interpolated) over [from, to).
 double zeroCrossingHz(const Signal& x, int from, int to, double rate = kRate);
-bool allFinite(const Signal& x);
 
 // Runs the chain over the whole audio in packets of `packet` frames.
 void runInPackets(Lumora::VoiceFxChain& chain, Audio& audio, int packet);

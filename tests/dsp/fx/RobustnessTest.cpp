@@ -49,14 +49,6 @@ Signal voice(int frames, unsigned seed = 1) {
     return x;
 }
 
-float peak(const Signal& x, int from = 0) {
-    float p = 0.0f;
-    for (size_t i = static_cast<size_t>(from); i < x.size(); ++i) {
-        p = std::max(p, std::fabs(x[i]));
-    }
-    return p;
-}
-
 // Runs `bad` for one second, then `good` for one more, and checks that the
 // output is finite throughout and alive in the last half second.
 void expectRecovers(const SoundFxPreset& bad, const SoundFxPreset& good, const char* what) {

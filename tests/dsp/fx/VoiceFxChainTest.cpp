@@ -4,16 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
-
 using namespace Lumora;
 using namespace FxTest;
 
 namespace {
-
-bool bitEqual(const Signal& a, const Signal& b) {
-    return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(float)) == 0;
-}
 
 // The level the chain reports: one RMS over every sample of the first two channels.
 float expectedLevelDb(const Audio& audio) {
