@@ -1,4 +1,4 @@
-// Neural noise suppression through the stand-in library: framing, delay, mix,
+// Neural noise suppression through the stand-in library: framing delay, mix,
 // the attenuation limit, and every way of being unavailable.
 #include "DspTestSignals.h"
 #include "dsp/VoiceChain.h"
@@ -24,7 +24,6 @@ public:
     StandIn() { library_.open(LUMORA_DEEPFILTER_STANDIN); }
     int liveStates() const { return call("standin_live_states"); }
     int limitCalls() const { return call("standin_limit_calls"); }
-    int frameCalls() const { return call("standin_frame_calls"); }
 
 private:
     int call(const char* name) const {
@@ -59,12 +58,17 @@ std::unique_ptr<VoiceChain> noiseChain(const NoiseModelLocation& where, float mi
     return chain;
 }
 
-// Runs a mono signal through the chain in packets.
-std::vector<float> runMono(VoiceChain& chain, std::vector<float> x, int packet) {
+// Runs x through the chain in packets, on `channels` channels alike (one or
+// two), and returns the first; both must come out the same.
+std::vector<float> runMono(VoiceChain& chain, std::vector<float> x, int packet, int channels = 1) {
+    std::vector<float> right = x;
     for (size_t start = 0; start < x.size(); start += static_cast<size_t>(packet)) {
         const int n = std::min<int>(packet, static_cast<int>(x.size() - start));
-        float* planes[1] = {x.data() + start};
-        chain.process(planes, 1, n);
+        float* planes[2] = {x.data() + start, right.data() + start};
+        chain.process(planes, channels, n);
+    }
+    if (channels > 1) {
+        EXPECT_EQ(right, x) << "the channels differ";
     }
     return x;
 }
@@ -83,26 +87,11 @@ const float kHalf = std::pow(10.0f, -6.0f / 20.0f); // the stand-in's scale at a
 
 } // namespace
 
-TEST(NoiseSuppressorFraming, PacketOf1024MakesTwoFramesAndCarries64Samples) {
-    StandIn standIn;
-    auto chain = noiseChain(standInLocation(modelFile("d1", "delay=1")), 1.0f, 6.0f);
-    ASSERT_TRUE(chain->noiseSuppressionAvailable());
-    const int before = standIn.frameCalls();
-    std::vector<float> left(1024, 0.1f), right(1024, 0.1f);
-    float* planes[2] = {left.data(), right.data()};
-    chain->process(planes, 2, 1024);
-    EXPECT_EQ(standIn.frameCalls() - before, 2 * 2); // two frames per channel
-    // 64 carried + 416 new make the third frame exactly.
-    chain->process(planes, 2, 416);
-    EXPECT_EQ(standIn.frameCalls() - before, 3 * 2);
-    chain->process(planes, 2, 479);
-    EXPECT_EQ(standIn.frameCalls() - before, 3 * 2);
-}
-
 // The stage's own framing delays by exactly one frame, the model's delay comes
 // on top, and the dry frame blended in is the one before the frame just
 // processed, so with a model that lags by a frame the dry path lags exactly as
-// much: any blend is then only a scale of the delayed input.
+// much: any blend is then only a scale of the delayed input. Packets of 1024
+// and 480 carry part of a frame over; a lost or repeated sample shows.
 TEST(NoiseSuppressorMix, WetAndDryLineUpAtEveryMix) {
     const struct {
         const char* file;
@@ -122,7 +111,7 @@ TEST(NoiseSuppressorMix, WetAndDryLineUpAtEveryMix) {
         auto chain = noiseChain(standInLocation(modelFile(c.file, c.model)), c.mix, 6.0f);
         ASSERT_TRUE(chain->noiseSuppressionAvailable());
         const std::vector<float> in = noise(4800, 0.5f);
-        expectDelayedAndScaled(runMono(*chain, in, c.packet), in, c.delay, c.scale);
+        expectDelayedAndScaled(runMono(*chain, in, c.packet, 2), in, c.delay, c.scale);
     }
 }
 
