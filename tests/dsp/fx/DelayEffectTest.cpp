@@ -1,6 +1,6 @@
-// Delay: clamping of the time, echo timing and feedback, the shared write
-// position. Impulses come 50 ms in: an echo just switched on takes the voice
-// in over its crossfade.
+// Delay: clamping of the time, echo timing and feedback on both channels.
+// Impulses come 50 ms in: an echo just switched on takes the voice in over its
+// crossfade.
 #include "FxTestSupport.h"
 
 #include <gtest/gtest.h>
@@ -49,14 +49,4 @@ TEST(DelayEffect, TimesBeyondTheKnobAreClampedNotRefused) {
         EXPECT_EQ(audio.planes[0][2400 + 48000], 1.0f) << "5000 ms is the knob's 1000 ms";
         EXPECT_EQ(rms(audio.planes[0], 2401, 2400 + 48000), 0.0);
     }
-}
-
-TEST(DelayEffect, ChannelsShareOneWritePosition) {
-    // Impulses at different times on the two channels keep their distance.
-    VoiceFxChain chain;
-    setUp(chain, onlyDelay(20.0f, 0.0f, 1.0f));
-    Audio audio({impulse(4800, 2500), impulse(4800, 2750)});
-    runInPackets(chain, audio, 256);
-    EXPECT_EQ(audio.planes[0][2500 + 960], 1.0f);
-    EXPECT_EQ(audio.planes[1][2750 + 960], 1.0f);
 }
