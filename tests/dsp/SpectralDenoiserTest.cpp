@@ -85,15 +85,12 @@ TEST(SpectralDenoiser, ProfiledHumIsSuppressedWhileALouderToneKeepsItsLevel) {
 
 TEST(SpectralDenoiserProfile, LowestBinsFollowTheFirstBand) {
     // At 16 kHz a bin is 15.6 Hz wide and the first band starts at bin 1:
-    // bin 0 (below 20 Hz) takes band 0's level.
+    // bin 0 (below 20 Hz) takes band 0's level, so hum at 5 Hz is suppressed.
     auto d = std::make_unique<SpectralDenoiser>();
     d->prepare(16000.0);
     auto profile = flatProfile(-96.0f);
     profile[0] = -20.0f;
     d->setNoiseProfile(profile);
-    const float band0 = std::pow(10.0f, -2.0f) * 262144.0f;
-    EXPECT_FLOAT_EQ(d->noisePower(0), band0);
-    // Hum at 5 Hz (well below the first band) is therefore suppressed.
     d->setAmount(1.0f);
     std::vector<float> x = sine(5.0, 16000.0, 64000, 0.05f);
     runPackets(*d, x, 512);
