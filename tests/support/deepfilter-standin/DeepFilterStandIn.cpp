@@ -35,7 +35,6 @@ struct StandInState {
 
 int liveStates = 0;
 int limitCalls = 0;
-int frameCalls = 0;
 
 int numberAfter(const std::string& text, const char* key, int fallback) {
     const auto at = text.find(key);
@@ -80,7 +79,6 @@ STANDIN_EXPORT float df_process_frame(void* state, float* input, float* output) 
         output[i] = (s->delayFrames > 0 ? s->previous[i] : x) * scale;
         s->previous[i] = x;
     }
-    ++frameCalls;
     return 0.0f;
 }
 
@@ -100,7 +98,4 @@ STANDIN_EXPORT int standin_live_states() {
 }
 STANDIN_EXPORT int standin_limit_calls() {
     return limitCalls;
-}
-STANDIN_EXPORT int standin_frame_calls() {
-    return frameCalls;
 }
