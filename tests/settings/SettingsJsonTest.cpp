@@ -90,12 +90,14 @@ KeyAssignmentSet sampleKeys() {
     return set;
 }
 
+// Each entry with another microphone, so that every name the file uses for one
+// is written and read back.
 DiagnosisHistoryEntry sampleHistory(int i) {
     DiagnosisHistoryEntry e;
     e.timestamp = "2024-05-06 07:08:" + std::to_string(10 + i);
     e.presetApplied = i % 2 == 0;
     e.result.overall = kLevelWarning;
-    e.result.micType = kMicCondenser;
+    e.result.micType = i == 0 ? kMicDynamic : i == 1 ? kMicCondenser : kMicUsb;
     e.result.summaryJa = "いくつか調整してみると良くなるかも！";
     e.result.items.push_back({"volume", kLevelCaution, "ちょっと大きいかも？",
                               "音量を少し下げると安心！", "", "", -9.5f});
@@ -103,41 +105,10 @@ DiagnosisHistoryEntry sampleHistory(int i) {
     return e;
 }
 
-void expectSameEffectPreset(const SavedEffectPreset& a, const SavedEffectPreset& b) {
-    EXPECT_EQ(renderJson(effectPresetToJson(a)), renderJson(effectPresetToJson(b)));
-}
-
 } // namespace
 
-TEST(SettingsRecords, EffectPresetRoundTripsWithTheWholeChain) {
-    const SavedEffectPreset original = sampleEffectPreset();
-    const SavedEffectPreset back =
-        effectPresetFromJson(parse(renderJson(effectPresetToJson(original))));
-    expectSameEffectPreset(back, original);
-    const EffectPreset& p = back.preset;
-    EXPECT_EQ(back.name, original.name);
-    EXPECT_EQ(back.description, original.description);
-    EXPECT_TRUE(back.recording);
-    // What no knob sets (a knob's value surviving the file is each knob's own
-    // check in EffectPanelTest): the profile and the faders' gains.
-    EXPECT_EQ(p.spectral.profileDb[63], -58.5f);
-    EXPECT_EQ(p.inputGainDb, 6.5f);
-    EXPECT_EQ(p.outputGainDb, -3.0f);
-    // Never persisted: the record's own flags keep their defaults.
-    EXPECT_FALSE(p.active);
-    EXPECT_FALSE(p.bypass);
-}
-
-TEST(SettingsRecords, SoundFxPresetRoundTrips) {
-    const SavedSoundFxPreset original = sampleSoundFxPreset();
-    const JsonValue json = soundFxPresetToJson(original);
-    const SavedSoundFxPreset back = soundFxPresetFromJson(parse(renderJson(json)));
-    EXPECT_EQ(renderJson(soundFxPresetToJson(back)), renderJson(json));
-    EXPECT_EQ(back.preset.pitch.formantBands[4].hz, 1500.0f);
-    EXPECT_EQ(back.preset.mod.type, 2);
-    EXPECT_EQ(back.preset.effectOrder, (std::array<int32_t, 5>{4, 3, 2, 1, 0}));
-}
-
+// The comparison of the written texts proves every field the writer writes is
+// read back; the field checks below catch a field that is never written at all.
 TEST(SettingsRecords, WholeDocumentRoundTrips) {
     AppSettings s;
     s.isRecordingMode = true;
@@ -148,7 +119,7 @@ TEST(SettingsRecords, WholeDocumentRoundTrips) {
     s.soundFxPresets = {sampleSoundFxPreset()};
     s.keyAssignments = sampleKeys();
     s.keyAssignPresets = {{"set", "2024-01-01 00:00:00", sampleKeys()}};
-    s.diagnosisHistory = {sampleHistory(0), sampleHistory(1)};
+    s.diagnosisHistory = {sampleHistory(0), sampleHistory(1), sampleHistory(2)};
     const AppSettings back = throughFile(s);
     EXPECT_EQ(renderJson(toJson(back)), renderJson(toJson(s)));
     EXPECT_EQ(back.version, 2);
@@ -158,6 +129,25 @@ TEST(SettingsRecords, WholeDocumentRoundTrips) {
     EXPECT_EQ(back.keyAssignments.keys[0].keyName, "歌枠");
     EXPECT_EQ(back.keyAssignPresets[0].assignments.defaultKey.effectPresetName, "base");
 
+    // The whole cleaning chain: what no knob sets (a knob's value surviving the
+    // file is each knob's own check in EffectPanelTest) too.
+    const SavedEffectPreset& effect = back.presets[0];
+    EXPECT_EQ(effect.name, s.presets[0].name);
+    EXPECT_EQ(effect.description, s.presets[0].description);
+    EXPECT_TRUE(effect.recording);
+    EXPECT_EQ(effect.preset.spectral.profileDb[63], -58.5f);
+    EXPECT_EQ(effect.preset.inputGainDb, 6.5f);
+    EXPECT_EQ(effect.preset.outputGainDb, -3.0f);
+    EXPECT_FALSE(effect.preset.active); // never persisted: the record's own flags
+    EXPECT_FALSE(effect.preset.bypass);
+    const SoundFxPreset& fx = back.soundFxPresets[0].preset;
+    EXPECT_EQ(fx.pitch.formantBands[4].hz, 1500.0f);
+    EXPECT_EQ(fx.mod.type, 2);
+    EXPECT_EQ(fx.effectOrder, (std::array<int32_t, 5>{4, 3, 2, 1, 0}));
+
+    ASSERT_EQ(back.diagnosisHistory.size(), 3u);
+    EXPECT_EQ(back.diagnosisHistory[0].result.micType, kMicDynamic);
+    EXPECT_EQ(back.diagnosisHistory[2].result.micType, kMicUsb);
     const DiagnosisResult& r = back.diagnosisHistory[1].result;
     EXPECT_EQ(back.diagnosisHistory[1].timestamp, s.diagnosisHistory[1].timestamp);
     EXPECT_FALSE(back.diagnosisHistory[1].presetApplied);
@@ -173,31 +163,6 @@ TEST(SettingsRecords, WholeDocumentRoundTrips) {
     // One language is stored; the English fields fall back to it.
     EXPECT_EQ(r.items[0].titleEn, r.items[0].titleJa);
     EXPECT_EQ(r.summaryEn, r.summaryJa);
-}
-
-TEST(SettingsRecords, DocumentLayoutAndEnumerationStrings) {
-    AppSettings s;
-    s.keyAssignments.keys[2].mode = KeyMode::Momentary;
-    s.diagnosisHistory = {sampleHistory(0)};
-    s.diagnosisHistory[0].result.micType = kMicUsb;
-    const std::string text = renderJson(toJson(s));
-    const std::string order[] = {
-        "\"diagnosisHistory\"", "\"keyAssignPresets\"", "\"keyAssignments\"", "\"presets\"",
-        "\"settings\"",         "\"soundFxPresets\"",   "\"version\": 2"};
-    size_t at = 0;
-    for (const std::string& key : order) {
-        const size_t found = text.find("\n  " + key);
-        ASSERT_NE(found, std::string::npos) << key;
-        EXPECT_GT(found, at) << key;
-        at = found;
-    }
-    EXPECT_NE(text.find("\"mode\": \"Momentary\""), std::string::npos);
-    EXPECT_NE(text.find("\"mode\": \"Toggle\""), std::string::npos);
-    EXPECT_NE(text.find("\"micType\": \"USB\""), std::string::npos);
-    EXPECT_NE(text.find("\"overall\": \"Warning\""), std::string::npos);
-    EXPECT_NE(text.find("\"status\": \"Caution\""), std::string::npos);
-    EXPECT_NE(text.find("\"status\": \"OK\""), std::string::npos);
-    EXPECT_EQ(text.find("\\u"), std::string::npos); // Japanese stays raw UTF-8
 }
 
 TEST(SettingsDocument, OnlyANonObjectRootIsRefused) {
@@ -368,11 +333,6 @@ TEST(SettingsDocument, EnumerationsAreExactStrings) {
     EXPECT_EQ(r.items[1].level, kLevelCaution);
     EXPECT_EQ(r.items[2].level, kLevelGood);
     EXPECT_EQ(r.items[3].value, -96.0f);
-    EXPECT_EQ(micTypeFromName("USB"), kMicUsb);
-    EXPECT_EQ(micTypeFromName("Dynamic"), kMicDynamic);
-    EXPECT_EQ(micTypeFromName("Condenser"), kMicCondenser);
-    EXPECT_STREQ(micTypeName(17), "Unknown");
-    EXPECT_STREQ(severityName(-1), "OK");
 }
 
 TEST(SettingsDocument, NumbersAFloatCannotHoldTakeTheDefault) {
