@@ -120,6 +120,7 @@ TEST(SettingsDataLoss, RenamingTheBuiltInKeysKeepsTheUsersChoices) {
     SettingsStore store(dir.path());
     AppSettings s = store.load(); // seeds the built-ins
     const std::string voice = s.soundFxPresets[0].name;
+    const float seededGain = s.soundFxPresets[0].preset.outputGainDb;
     // The user's own changes: a slot's trigger and an edited built-in voice.
     KeyAssignmentSet mine = s.keyAssignments;
     mine.keys[2].mode = KeyMode::Momentary;
@@ -135,11 +136,15 @@ TEST(SettingsDataLoss, RenamingTheBuiltInKeysKeepsTheUsersChoices) {
     ASSERT_EQ(s.keyAssignPresets.size(), 1u);
     EXPECT_EQ(s.keyAssignPresets[0].name, "配信用の十字キー");
 
-    // Deleting it still brings the built-ins back, as it always did.
+    // Deleting it brings the built-ins back whole, the voices in place.
     ASSERT_TRUE(store.deleteKeyAssignPreset("配信用の十字キー"));
     s = store.load();
     EXPECT_NE(findKeyAssignPreset(s, kDefaultKeyAssignPresetName), nullptr);
+    EXPECT_EQ(s.keyAssignPresets.size(), 1u);
     EXPECT_EQ(s.keyAssignments.keys[2].mode, KeyMode::Toggle);
+    ASSERT_EQ(s.soundFxPresets.size(), 4u);
+    EXPECT_EQ(s.soundFxPresets[0].name, voice);
+    EXPECT_EQ(s.soundFxPresets[0].preset.outputGainDb, seededGain);
 }
 
 TEST(SettingsDataLoss, RenamesFollowIntoKeySlotsAndTheLastPreset) {
@@ -167,20 +172,4 @@ TEST(SettingsDataLoss, RenamesFollowIntoKeySlotsAndTheLastPreset) {
     EXPECT_EQ(s.keyAssignments.keys[1].effectPresetName, "雑談 (夜)");
     EXPECT_EQ(s.lastPresetName, "雑談 (夜)");
     EXPECT_FALSE(store.renameEffectPreset("no such preset", "x"));
-}
-
-TEST(SettingsDataLoss, ApplyingTheDiagnosedPresetIsRecorded) {
-    TempFolder dir;
-    SettingsStore store(dir.path());
-    DiagnosisHistoryEntry first;
-    first.timestamp = "2026-11-24 10:00:00";
-    DiagnosisHistoryEntry second = first;
-    second.timestamp = "2026-11-24 10:05:00";
-    ASSERT_TRUE(store.addDiagnosisHistory(first));
-    ASSERT_TRUE(store.addDiagnosisHistory(second));
-    ASSERT_TRUE(store.markDiagnosisApplied(second.timestamp));
-    const AppSettings s = store.load();
-    EXPECT_TRUE(s.diagnosisHistory[0].presetApplied);
-    EXPECT_FALSE(s.diagnosisHistory[1].presetApplied);
-    EXPECT_FALSE(store.markDiagnosisApplied("1999-01-01 00:00:00"));
 }

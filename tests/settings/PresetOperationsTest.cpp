@@ -57,29 +57,6 @@ TEST(BuiltInPresets, FirstLoadOfAnEmptyFolderSeedsAndWrites) {
     EXPECT_FALSE(TempFolder::exists(store.backupPath()));
 }
 
-TEST(BuiltInPresets, DeletingTheMarkerRestoresEverythingAtTheNextLoad) {
-    MemoryFileSystem fs;
-    SettingsStore store("/s", fs);
-    store.load();
-    SavedSoundFxPreset edited = *store.findSoundFxPreset("デスゲーム");
-    edited.preset.pitch.semitonesA = 3.0f;
-    ASSERT_TRUE(store.saveSoundFxPreset(edited));
-    KeyAssignmentSet mine;
-    mine.keys[0].keyName = "mine";
-    ASSERT_TRUE(store.saveKeyAssignments(mine));
-    // While the marker exists, the user's edits stand.
-    EXPECT_EQ(store.load().soundFxPresets[1].preset.pitch.semitonesA, 3.0f);
-    EXPECT_EQ(store.load().keyAssignments.keys[0].keyName, "mine");
-
-    ASSERT_TRUE(store.deleteKeyAssignPreset(kDefaultKeyAssignPresetName));
-    const AppSettings s = store.load();
-    EXPECT_EQ(s.soundFxPresets.size(), 4u); // replaced in place, not appended
-    EXPECT_EQ(s.soundFxPresets[1].preset.pitch.semitonesA, 12.0f);
-    EXPECT_EQ(s.keyAssignments.keys[0].keyName, "");
-    EXPECT_TRUE(s.keyAssignments.keys[0].hasSoundFxPreset);
-    EXPECT_EQ(s.keyAssignPresets.size(), 1u);
-}
-
 TEST(PresetOperations, SavingTwiceUnderOneNameReplacesInPlace) {
     MemoryFileSystem fs;
     SettingsStore store("/s", fs);
@@ -127,19 +104,6 @@ TEST(PresetOperations, DeletingANameThatIsNotThereWritesNothing) {
     EXPECT_FALSE(store.findSoundFxPreset("fx").has_value());
 }
 
-TEST(PresetOperations, AFailedSaveLosesTheChangeAndKeepsTheFile) {
-    MemoryFileSystem memory;
-    FaultyFileSystem fs(memory);
-    SettingsStore store("/s", fs);
-    ASSERT_TRUE(store.saveEffectPreset(effectPreset("kept", -20)));
-    const std::optional<std::string> before = memory.readFile("/s/settings.json");
-    fs.arm(FaultyFileSystem::Mode::Fail, 1); // the temporary file cannot be written
-    EXPECT_FALSE(store.saveEffectPreset(effectPreset("lost", -20)));
-    fs.arm(FaultyFileSystem::Mode::None, -1);
-    EXPECT_EQ(memory.readFile("/s/settings.json"), before);
-    EXPECT_FALSE(store.findEffectPreset("lost").has_value());
-}
-
 TEST(PresetOperations, HistoryIsNewestFirstAndHoldsTwenty) {
     MemoryFileSystem fs;
     SettingsStore store("/s", fs);
@@ -150,6 +114,13 @@ TEST(PresetOperations, HistoryIsNewestFirstAndHoldsTwenty) {
     ASSERT_EQ(s.diagnosisHistory.size(), 20u);
     EXPECT_EQ(s.diagnosisHistory.front().timestamp, "21");
     EXPECT_EQ(s.diagnosisHistory.back().timestamp, "2"); // the oldest was pushed out
+
+    // Applying the diagnosed preset is recorded on its own entry only.
+    ASSERT_TRUE(store.markDiagnosisApplied("20"));
+    const AppSettings marked = store.load();
+    EXPECT_TRUE(marked.diagnosisHistory[1].presetApplied);
+    EXPECT_FALSE(marked.diagnosisHistory[0].presetApplied);
+    EXPECT_FALSE(store.markDiagnosisApplied("1")); // pushed out: not kept
 }
 
 TEST(PresetOperations, TwoStoresOnOneFolderSeeEachOthersSaves) {
