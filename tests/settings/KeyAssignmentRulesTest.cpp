@@ -149,18 +149,11 @@ TEST(KeyAssignmentRules, TheModeIsReadAtEachPress) {
 }
 
 TEST(KeyAssignmentRules, BadgeNamesFallBackInOrder) {
-    KeyAssignment k;
-    EXPECT_EQ(slotDisplayName(k), "");
-    k.effectPresetName = "e";
-    EXPECT_EQ(slotDisplayName(k), ""); // names only count when assigned
-    k.hasEffectPreset = true;
-    EXPECT_EQ(slotDisplayName(k), "e");
-    k.soundFxPresetName = "s";
-    EXPECT_EQ(slotDisplayName(k), "e");
-    k.hasSoundFxPreset = true;
-    EXPECT_EQ(slotDisplayName(k), "s");
-    k.keyName = "k";
-    EXPECT_EQ(slotDisplayName(k), "k");
+    EXPECT_EQ(slotDisplayName({KeyMode::Toggle, true, true, "e", "s", "k"}), "k");
+    EXPECT_EQ(slotDisplayName({KeyMode::Toggle, true, true, "e", "s", ""}), "s");
+    EXPECT_EQ(slotDisplayName({KeyMode::Toggle, true, true, "e", "", ""}), "e");
+    EXPECT_EQ(slotDisplayName({KeyMode::Toggle, true, false, "e", "s", ""}), "e");
+    EXPECT_EQ(slotDisplayName({KeyMode::Toggle, false, false, "e", "s", ""}), ""); // unassigned
     EXPECT_EQ(effectiveMode(KeyAssignment{KeyMode::Toggle, false, false, "", "", "x"}),
               KeyMode::Momentary);
 }
