@@ -104,6 +104,21 @@ TEST(PresetOperations, DeletingANameThatIsNotThereWritesNothing) {
     EXPECT_FALSE(store.findSoundFxPreset("fx").has_value());
 }
 
+// The user is told a save failed, and the store does not then show the
+// preset as kept: what the list shows is what the file holds.
+TEST(PresetOperations, AFailedSaveLosesTheChangeAndKeepsTheFile) {
+    MemoryFileSystem memory;
+    FaultyFileSystem fs(memory);
+    SettingsStore store("/s", fs);
+    ASSERT_TRUE(store.saveEffectPreset(effectPreset("kept", -20)));
+    const std::optional<std::string> before = memory.readFile("/s/settings.json");
+    fs.arm(FaultyFileSystem::Mode::Fail, 1); // the temporary file cannot be written
+    EXPECT_FALSE(store.saveEffectPreset(effectPreset("lost", -20)));
+    fs.arm(FaultyFileSystem::Mode::None, -1);
+    EXPECT_EQ(memory.readFile("/s/settings.json"), before);
+    EXPECT_FALSE(store.findEffectPreset("lost").has_value());
+}
+
 TEST(PresetOperations, HistoryIsNewestFirstAndHoldsTwenty) {
     MemoryFileSystem fs;
     SettingsStore store("/s", fs);
