@@ -2,6 +2,8 @@
 
 #include "diagnosis/DiagnosisController.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstdlib>
 
 namespace Lumora::Corpus {
@@ -9,26 +11,26 @@ namespace Lumora::Corpus {
 namespace {
 
 constexpr Want G = Want::Good, C = Want::Caution, W = Want::Warning, A = Want::Any,
-               NG = Want::NotGood, CL = Want::Close, FA = Want::Far;
+               NG = Want::NotGood, CL = Want::Close, FA = Want::Far, P = Want::Peaks;
 
 // Good placement per mic type is the distance each mic's advice recommends.
 // The levels are a streamer's: normal speech at -26 dBFS, loud +6, soft -10,
 // a quiet room 55 dB under the voice.
 const std::vector<Case> kCases = {
-    {"good-dynamic-8cm", 0, 0.08, -26, -20, -36, 55, false, false, {G, G, G, G, G, G}},
-    {"good-condenser-15cm", 1, 0.15, -26, -20, -36, 55, false, false, {G, G, G, G, G, G}},
-    {"good-usb-20cm", 2, 0.20, -26, -20, -36, 55, false, false, {G, G, G, G, G, G}},
-    {"close-condenser-2cm", 1, 0.02, -26, -20, -36, 55, false, false, {A, A, A, CL, A, A}, true},
-    {"close-usb-2cm", 2, 0.02, -26, -20, -36, 55, false, false, {A, A, A, CL, A, A}, true},
-    {"far-dynamic-80cm", 0, 0.80, -26, -20, -36, 55, false, false, {A, A, A, FA, A, A}, true},
-    {"far-usb-80cm", 2, 0.80, -26, -20, -36, 55, false, false, {A, A, A, A, A, A}},
-    {"fan-12dB", 2, 0.20, -26, -20, -36, 12, false, true, {G, G, W, A, A, G}},
-    {"fan-30dB", 2, 0.20, -26, -20, -36, 30, false, true, {G, G, C, G, G, G}},
-    {"quiet-room-soft-talker", 1, 0.15, -36, -30, -46, 45, false, false, {G, A, G, G, G, G}},
-    {"pops-clipping", 0, 0.08, -26, -20, -36, 55, true, false, {W, G, G, G, G, W}},
-    {"agc-flat", 2, 0.20, -26, -26, -26, 55, false, false, {G, G, G, G, W, G}},
-    {"clipped-take", 2, 0.20, -4, 2, -14, 55, false, false, {W, A, A, A, A, A}},
-    {"far-too-quiet", 2, 0.20, -52, -46, -62, 55, false, false, {G, W, A, A, A, A}},
+    {"good-dynamic-8cm", 0, 0.08, -26, -20, -36, 55, false, false, {P, G, G, G, G, G}},
+    {"good-condenser-15cm", 1, 0.15, -26, -20, -36, 55, false, false, {P, G, G, G, G, G}},
+    {"good-usb-20cm", 2, 0.20, -26, -20, -36, 55, false, false, {P, G, G, G, G, G}},
+    {"close-condenser-2cm", 1, 0.02, -26, -20, -36, 55, false, false, {P, A, A, CL, A, A}, true},
+    {"close-usb-2cm", 2, 0.02, -26, -20, -36, 55, false, false, {P, A, A, CL, A, A}, true},
+    {"far-dynamic-80cm", 0, 0.80, -26, -20, -36, 55, false, false, {P, A, A, FA, A, A}, true},
+    {"far-usb-80cm", 2, 0.80, -26, -20, -36, 55, false, false, {P, A, A, A, A, A}},
+    {"fan-12dB", 2, 0.20, -26, -20, -36, 12, false, true, {P, G, W, A, A, G}},
+    {"fan-30dB", 2, 0.20, -26, -20, -36, 30, false, true, {P, G, C, G, G, G}},
+    {"quiet-room-soft-talker", 1, 0.15, -36, -30, -46, 45, false, false, {P, A, G, G, G, G}},
+    {"pops-clipping", 0, 0.08, -26, -20, -36, 55, true, false, {P, G, G, G, G, W}},
+    {"agc-flat", 2, 0.20, -26, -26, -26, 55, false, false, {P, G, G, G, W, G}},
+    {"clipped-take", 2, 0.20, -4, 2, -14, 55, false, false, {P, A, A, A, A, A}},
+    {"far-too-quiet", 2, 0.20, -52, -46, -62, 55, false, false, {P, W, A, A, A, A}},
 };
 
 std::vector<float> speechTake(const Voice& voice, const Case& c, double offset, double seconds,
@@ -77,8 +79,25 @@ TakeSet makeTakes(const Voice& voice, const Case& c) {
     return set;
 }
 
+Want clippingTruth(const TakeSet& set) {
+    double peak = 0.0;
+    for (DiagnosisStep step : {kStepNormal, kStepLoud, kStepPlosive}) {
+        const std::vector<float>& x = set.takes[step];
+        const size_t from =
+            x.size() - static_cast<size_t>(DiagnosisController::step(step).durationS * kRate);
+        for (size_t i = from; i < x.size(); ++i) {
+            peak = std::max(peak, static_cast<double>(std::fabs(x[i])));
+        }
+    }
+    if (peak >= 0.999) {
+        return Want::Warning;
+    }
+    return peak <= std::pow(10.0, -3.0 / 20.0) ? Want::Good : Want::Any;
+}
+
 bool meets(Want want, const DiagnosisItem& item) {
     switch (want) {
+    case Want::Peaks: // resolved by the caller, from the takes
     case Want::Any:
         return true;
     case Want::Good:

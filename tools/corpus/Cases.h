@@ -13,7 +13,10 @@
 
 namespace Lumora::Corpus {
 
-enum class Want { Any, Good, Caution, Warning, NotGood, Close, Far };
+// Peaks: the clipping truth read from the takes' own samples (see clippingTruth),
+// since a voice's peaks over its speech level are its own (11 to 18 dB on the
+// corpus's voices), so a fixed level does not say whether a take comes near full scale.
+enum class Want { Any, Good, Caution, Warning, NotGood, Close, Far, Peaks };
 
 constexpr double kLeadIn = 3.5;         // a quick user: the take starts 3.5 s after the last
 constexpr double kSpeechStartsAt = 0.5; // the user starts talking during the countdown
@@ -52,6 +55,13 @@ struct TakeSet {
 };
 
 TakeSet makeTakes(const Voice& voice, const Case& c);
+
+// What the recorded parts of the normal, loud and "pa" takes say of clipping:
+// Warning when a sample reached full scale, Good when no sample came within
+// 3 dB of it. Between the two the truth is Any: whether peaks near full scale
+// deserve a Caution depends on how often they come, which the verdict judges
+// by the 95th percentile of its held peak, and one stray peak is no fault.
+Want clippingTruth(const TakeSet& set);
 
 struct Voices {
     std::vector<Voice> list;

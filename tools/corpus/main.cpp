@@ -191,12 +191,15 @@ int main(int argc, char** argv) {
             }
             const DiagnosisResult result = analyse(session);
             const EffectPreset preset = recommend(result, false);
+            const Want peaks = clippingTruth(set);
             std::printf("%-24s %-10s", c.name, voice.name.c_str());
             for (size_t i = 0; i < result.items.size() && i < 6; ++i) {
                 const DiagnosisItem& item = result.items[i];
                 // A synthetic voice has no chest: its low end says nothing of a mic.
-                const Want want =
-                    voice.synthetic && std::string(kItems[i]) == "distance" ? Want::Any : c.want[i];
+                const Want want = voice.synthetic && std::string(kItems[i]) == "distance"
+                                      ? Want::Any
+                                  : c.want[i] == Want::Peaks ? peaks
+                                                             : c.want[i];
                 const bool ok = meets(want, item);
                 const bool atLimit = c.atResolutionLimit && std::string(kItems[i]) == "distance";
                 if (want != Want::Any) {
