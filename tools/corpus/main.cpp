@@ -47,18 +47,19 @@ std::vector<float> runChain(const EffectPreset& preset, const std::vector<float>
     EffectPreset p = preset;
     p.active = true;
     chain->setParameters(p);
+    // Block gains compare the same speech in and out: take the spectral
+    // reducer's fixed delay out (the neural stage has no library here and
+    // passes audio through undelayed). The input runs on by that delay in
+    // silence, so the take's last blocks come out too rather than reading
+    // as muted.
+    const size_t delay = p.spectral.enabled ? SpectralDenoiser::kDelay : 0;
     std::vector<float> out = in;
+    out.resize(in.size() + delay, 0.0f);
     for (size_t at = 0; at < out.size(); at += 480) {
         float* planes[1] = {out.data() + at};
         chain->process(planes, 1, static_cast<int>(std::min<size_t>(480, out.size() - at)));
     }
-    // Block gains compare the same speech in and out: take the spectral
-    // reducer's fixed delay out (the neural stage has no library here and
-    // passes audio through undelayed).
-    if (p.spectral.enabled) {
-        out.erase(out.begin(), out.begin() + SpectralDenoiser::kDelay);
-        out.resize(in.size(), 0.0f);
-    }
+    out.erase(out.begin(), out.begin() + static_cast<long>(delay));
     return out;
 }
 
