@@ -2,9 +2,11 @@
 
 #include "diagnosis/DiagnosisVerdicts.h"
 #include "diagnosis/StepSummary.h"
+#include "diagnosis/WordEndFall.h"
 #include "dsp/NoiseProfileLearner.h"
 
 #include <algorithm>
+#include <cmath>
 #include <memory>
 
 namespace Lumora {
@@ -18,17 +20,30 @@ DiagnosisResult analyse(const DiagnosisSession& session) {
     takes.silence = summarise(lists[kStepSilence]);
     takes.plosive = summarise(lists[kStepPlosive]);
 
+    const auto& audio = session.audio;
+    if (!audio[kStepSilence].empty()) {
+        double sum = 0.0;
+        for (float v : audio[kStepSilence]) {
+            sum += std::isfinite(v) ? static_cast<double>(v) * v : 0.0;
+        }
+        const double roomDb =
+            10.0 * std::log10(sum / static_cast<double>(audio[kStepSilence].size()) + 1e-12);
+        takes.wordEndFallMs =
+            WordEndFall::measureMs({&audio[kStepNormal], &audio[kStepLoud], &audio[kStepSoft]},
+                                   session.sampleRate, roomDb);
+    }
+
     DiagnosisResult result = judge(takes, session.micType);
 
     // One noise estimator for the whole product: the reducer's profile comes
     // from the silence take's own audio, measured exactly as noise learning
     // and `lumora-cli learn-noise` measure it. (A median of the meter's
     // spectrum snapshots reads 2-4 dB low where a band holds one FFT bin.)
-    if (!session.silenceAudio.empty()) {
+    const std::vector<float>& silence = session.audio[kStepSilence];
+    if (!silence.empty()) {
         auto learner = std::make_unique<NoiseProfileLearner>();
         learner->prepare(session.sampleRate);
-        learner->process(session.silenceAudio.data(),
-                         static_cast<int>(session.silenceAudio.size()));
+        learner->process(silence.data(), static_cast<int>(silence.size()));
         if (learner->framesSeen() > 0) {
             const auto profile = learner->profileDb();
             std::copy(profile.begin(), profile.end(), result.noiseSpectrum.begin());

@@ -74,12 +74,12 @@ DiagnosisController::DiagnosisController() {
     reset();
 }
 
-void DiagnosisController::appendSilenceAudio(const float* samples, size_t n, double sampleRate) {
-    if (state_ != kRecording || session_.currentStep != kStepSilence) {
+void DiagnosisController::appendAudio(const float* samples, size_t n, double sampleRate) {
+    if (state_ != kRecording) {
         return;
     }
     session_.sampleRate = sampleRate;
-    session_.appendSilenceAudio(samples, n);
+    session_.appendAudio(session_.currentStep, samples, n);
 }
 
 const WizardStep& DiagnosisController::step(int index) {
@@ -151,9 +151,7 @@ bool DiagnosisController::retry() {
         return false;
     }
     session_.steps[static_cast<size_t>(session_.currentStep)].clear();
-    if (session_.currentStep == kStepSilence) {
-        session_.silenceAudio.clear();
-    }
+    session_.audio[static_cast<size_t>(session_.currentStep)].clear();
     state_ = kPrompt;
     return true;
 }

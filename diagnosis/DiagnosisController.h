@@ -94,7 +94,7 @@ public:
     // since) are not recorded.
     void setTakeEpoch(uint32_t epoch) { takeEpoch_ = epoch; }
     // The silence take's raw audio at `sampleRate`, for the room's noise profile.
-    void appendSilenceAudio(const float* samples, size_t n, double sampleRate);
+    void appendAudio(const float* samples, size_t n, double sampleRate);
 
     void setResultCallback(ResultCallback callback) { callback_ = std::move(callback); }
 

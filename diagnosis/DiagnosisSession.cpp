@@ -16,20 +16,26 @@ bool DiagnosisSession::record(int step, const AudioMetrics& metrics) {
     return true;
 }
 
-void DiagnosisSession::appendSilenceAudio(const float* samples, size_t n) {
-    const size_t limit = static_cast<size_t>(sampleRate * 10.0);
-    if (samples == nullptr || silenceAudio.size() >= limit) {
+void DiagnosisSession::appendAudio(int step, const float* samples, size_t n) {
+    if (step < 0 || step >= kDiagnosisListCount || samples == nullptr) {
         return;
     }
-    n = std::min(n, limit - silenceAudio.size());
-    silenceAudio.insert(silenceAudio.end(), samples, samples + n);
+    auto& take = audio[static_cast<size_t>(step)];
+    const size_t limit = static_cast<size_t>(sampleRate * 10.0);
+    if (take.size() >= limit) {
+        return;
+    }
+    n = std::min(n, limit - take.size());
+    take.insert(take.end(), samples, samples + n);
 }
 
 void DiagnosisSession::clear() {
     currentStep = kStepNone;
-    silenceAudio.clear();
     for (auto& list : steps) {
         list.clear();
+    }
+    for (auto& take : audio) {
+        take.clear();
     }
 }
 

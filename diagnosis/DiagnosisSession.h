@@ -30,17 +30,18 @@ struct DiagnosisSession {
     int32_t currentStep = kStepNone;
     int32_t micType = kMicUnknown;
     std::array<std::vector<AudioMetrics>, kDiagnosisListCount> steps;
-    // The silence take's raw audio (mono, at `sampleRate`): the room's noise
-    // profile is learned from it by the same estimator as noise learning.
-    std::vector<float> silenceAudio;
+    // Each take's raw audio (mono, at `sampleRate`), up to 10 s of it. The
+    // room's noise profile is learned from the silence take's by the same
+    // estimator as noise learning; the speech takes tell how live the room is.
+    std::array<std::vector<float>, kDiagnosisListCount> audio;
     double sampleRate = 48000.0;
 
     // Appends a snapshot to a step's list; false (and nothing stored) when the
     // step is out of range or its list already holds 512 snapshots.
     bool record(int step, const AudioMetrics& metrics);
     void append(int step, const AudioMetrics& metrics) { (void)record(step, metrics); }
-    // Appends the silence take's audio, up to 10 s of it.
-    void appendSilenceAudio(const float* samples, size_t n);
+    // Appends to a take's audio, up to 10 s of it; nothing for a step out of range.
+    void appendAudio(int step, const float* samples, size_t n);
     // Back to step 0 with all six lists and the audio empty; the mic type stays.
     void clear();
 };

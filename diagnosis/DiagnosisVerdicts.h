@@ -15,6 +15,9 @@ struct TakeSummaries {
     StepStats soft;    // step 3
     StepStats plosive; // step 4
     StepStats silence; // step 5
+    // How fast the speech takes' quickest word endings fall 20 dB, in ms
+    // (WordEndFall); -1 when unknown.
+    float wordEndFallMs = -1.0f;
 };
 
 // The six verdicts, always in the order clipping, volume, noise, distance,

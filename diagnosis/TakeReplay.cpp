@@ -46,8 +46,8 @@ void replayTake(DiagnosisAnalyser& analyser, DiagnosisSession& session, Diagnosi
         const size_t end = recording ? mono.size() : recordFrom;
         const int n = static_cast<int>(std::min<size_t>(static_cast<size_t>(block), end - done));
         feedPacket(analyser, stereo, mono.data() + done, n);
-        if (recording && step == kStepSilence) {
-            session.appendSilenceAudio(mono.data() + done, static_cast<size_t>(n));
+        if (recording) {
+            session.appendAudio(step, mono.data() + done, static_cast<size_t>(n));
         }
         done += static_cast<size_t>(n);
         while (nextTick <= static_cast<double>(done)) {

@@ -98,19 +98,17 @@ void DiagnosisFlow::followTake(DiagnosisController::State before) {
     const DiagnosisController::State now = controller_.state();
     if (now == DiagnosisController::kRecording && before != DiagnosisController::kRecording) {
         controller_.setTakeEpoch(analyser.restartHeld());
-        if (controller_.currentStep() == kStepSilence) {
-            captureBuffer_.resize(8192);
-            // Whatever an earlier reader left in the ring is not this take.
-            while (analyser.readCapture(captureBuffer_.data(), captureBuffer_.size()) > 0) {
-            }
-            analyser.setRecording(true);
-            capturing_ = true;
+        captureBuffer_.resize(8192);
+        // Whatever an earlier reader left in the ring is not this take.
+        while (analyser.readCapture(captureBuffer_.data(), captureBuffer_.size()) > 0) {
         }
+        analyser.setRecording(true);
+        capturing_ = true;
     }
     if (capturing_) {
         for (size_t n;
              (n = analyser.readCapture(captureBuffer_.data(), captureBuffer_.size())) > 0;) {
-            controller_.appendSilenceAudio(captureBuffer_.data(), n, analyser.sampleRate());
+            controller_.appendAudio(captureBuffer_.data(), n, analyser.sampleRate());
         }
         if (now != DiagnosisController::kRecording) {
             stopCapture();

@@ -57,7 +57,7 @@ private:
     void deliver(DiagnosisResult result);
     void restoreEffects();
     // Around a take's recording: restart the held measures, capture the
-    // silence take's audio.
+    // take's audio.
     void followTake(DiagnosisController::State before);
     void stopCapture();
 

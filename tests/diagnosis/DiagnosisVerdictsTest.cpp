@@ -46,6 +46,8 @@ TakeSummaries healthy(int32_t mic = kMicDynamic) {
     t.silence = take(-70.0f, -60.0f);
     setBalance(t.normal, mic);
     t.plosive.lowBurstMax = t.normal.lowBurstMax + 5.0f;
+    // An ordinary room: its tail is clear, so a thin balance counts in full.
+    t.wordEndFallMs = 80.0f;
     return t;
 }
 
@@ -270,6 +272,32 @@ TEST(DiagnosisVerdicts, DistanceTakesTheRoomOutOfTheBands) {
     d = item(judge(t, kMicDynamic), "distance");
     EXPECT_TRUE(std::isfinite(d.value));
     EXPECT_NEAR(d.value, -10.0f, 0.01f);
+}
+
+// A thin balance says "far" only as far as the room's tail confirms it; a
+// rich one says "close" without it.
+TEST(DiagnosisVerdicts, DistanceFarSideNeedsTheRoomsTail) {
+    const struct {
+        float over;
+        float fallMs;
+        float value;
+    } cases[] = {
+        {-8.0f, 30.0f, 0.0f},  // dry: a thin voice, not a far mic
+        {-8.0f, 45.0f, 0.0f},  // still dry
+        {-8.0f, 55.0f, -4.0f}, // half way to an ordinary room
+        {-8.0f, 65.0f, -8.0f}, // an ordinary room at arm's length
+        {-12.0f, 200.0f, -12.0f},
+        {-8.0f, -1.0f, 0.0f}, // endings hidden by the room's noise: no proof
+        {6.0f, 30.0f, 6.0f},  // close needs no room
+        {6.0f, -1.0f, 6.0f},
+    };
+    for (const auto& c : cases) {
+        TakeSummaries t = healthy(kMicUsb);
+        setBalance(t.normal, kMicUsb, c.over);
+        t.wordEndFallMs = c.fallMs;
+        EXPECT_NEAR(item(judge(t, kMicUsb), "distance").value, c.value, 0.01f)
+            << c.over << " dB, " << c.fallMs << " ms";
+    }
 }
 
 // A take with no block loud enough to count, or too short to trust though

@@ -105,13 +105,13 @@ TEST(DiagnosisSession, HoldsAtMost512SnapshotsPerStep) {
     // The silence take's audio is kept for the noise profile, 10 s at most.
     session.sampleRate = 1000.0;
     std::vector<float> audio(6000, 0.25f);
-    session.appendSilenceAudio(audio.data(), audio.size());
-    session.appendSilenceAudio(nullptr, 100);
-    EXPECT_EQ(session.silenceAudio.size(), 6000u);
-    session.appendSilenceAudio(audio.data(), audio.size());
-    EXPECT_EQ(session.silenceAudio.size(), 10000u);
-    session.appendSilenceAudio(audio.data(), 1);
-    EXPECT_EQ(session.silenceAudio.size(), 10000u);
+    session.appendAudio(kStepSilence, audio.data(), audio.size());
+    session.appendAudio(kStepSilence, nullptr, 100);
+    EXPECT_EQ(session.audio[kStepSilence].size(), 6000u);
+    session.appendAudio(kStepSilence, audio.data(), audio.size());
+    EXPECT_EQ(session.audio[kStepSilence].size(), 10000u);
+    session.appendAudio(kStepSilence, audio.data(), 1);
+    EXPECT_EQ(session.audio[kStepSilence].size(), 10000u);
 
     session.currentStep = kStepSilence;
     session.micType = kMicUsb;
@@ -121,7 +121,7 @@ TEST(DiagnosisSession, HoldsAtMost512SnapshotsPerStep) {
     for (const auto& list : session.steps) {
         EXPECT_TRUE(list.empty());
     }
-    EXPECT_TRUE(session.silenceAudio.empty());
+    EXPECT_TRUE(session.audio[kStepSilence].empty());
 }
 
 // Deterministic white noise, uniform in [-amp, amp].
@@ -153,7 +153,7 @@ TEST(DiagnosisAnalysis, NoiseSpectrumIsLearnedFromTheSilenceAudio) {
     }
 
     const std::vector<float> room = whiteNoise(44100 * 3, 0.01f);
-    session.appendSilenceAudio(room.data(), room.size());
+    session.appendAudio(kStepSilence, room.data(), room.size());
     const DiagnosisResult r = analyse(session);
     EXPECT_EQ(r.valid, 1);
     EXPECT_EQ(r.micType, kMicCondenser);
