@@ -23,12 +23,30 @@ const std::vector<Case> kCases = {
     {"close-condenser-2cm", 1, 0.02, -26, -20, -36, 55, false, false, {P, A, A, CL, A, A}, true},
     {"close-usb-2cm", 2, 0.02, -26, -20, -36, 55, false, false, {P, A, A, CL, A, A}, true},
     {"far-dynamic-80cm", 0, 0.80, -26, -20, -36, 55, false, false, {P, A, A, FA, A, A}, true},
+    // A thin voice in a live room: the room confirms a far reading that only
+    // the voice's own balance makes, so this is where the measure still errs.
+    {"good-usb-20cm-live-room",
+     2,
+     0.20,
+     -26,
+     -20,
+     -36,
+     55,
+     false,
+     false,
+     {P, G, G, G, G, G},
+     true,
+     true},
     {"far-usb-80cm", 2, 0.80, -26, -20, -36, 55, false, false, {P, A, A, A, A, A}},
     {"fan-12dB", 2, 0.20, -26, -20, -36, 12, false, true, {P, G, W, A, A, G}},
     {"fan-30dB", 2, 0.20, -26, -20, -36, 30, false, true, {P, G, C, G, G, G}},
     {"quiet-room-soft-talker", 1, 0.15, -36, -30, -46, 45, false, false, {P, A, G, G, G, G}},
     {"pops-clipping", 0, 0.08, -26, -20, -36, 55, true, false, {P, G, G, G, G, W}},
-    {"agc-flat", 2, 0.20, -26, -26, -26, 55, false, false, {P, G, G, G, W, G}},
+    // Flat dynamics read flat, Caution or Warning: the dynamics verdict compares
+    // the takes' median levels, and with loud, normal and soft at one speech
+    // level the median still moves 2.5 dB either way with each take's share of
+    // pauses (the 2.6 s digits voice loops at a different point in each take).
+    {"agc-flat", 2, 0.20, -26, -26, -26, 55, false, false, {P, G, G, G, NG, G}},
     {"clipped-take", 2, 0.20, -4, 2, -14, 55, false, false, {P, A, A, A, A, A}},
     {"far-too-quiet", 2, 0.20, -52, -46, -62, 55, false, false, {P, W, A, A, A, A}},
 };
@@ -38,7 +56,7 @@ std::vector<float> speechTake(const Voice& voice, const Case& c, double offset, 
     std::vector<float> x = speechStretch(voice, offset, seconds);
     std::fill(x.begin(), x.begin() + static_cast<long>(kSpeechStartsAt * kRate), 0.0f);
     applyDistance(x, c.distance);
-    if (c.distance >= 0.6) {
+    if (c.distance >= 0.6 || c.liveRoom) {
         applyRoom(x, c.distance, 0.45, seed);
     }
     scale(x, targetDb - activeLevelDb(x, 0, x.size()));
@@ -151,6 +169,11 @@ Voices loadVoices(const std::string& only) {
          false,
          {l + "870.wav", l + "880.wav", l + "890.wav", l + "920.wav", l + "930.wav"}},
         {"cmu", false, {p + "goforward.raw", p + "something.raw", p + "numbers.raw"}},
+        {"cards",
+         false,
+         {p + "cards/001.wav", p + "cards/002.wav", p + "cards/003.wav", p + "cards/004.wav",
+          p + "cards/005.wav"}},
+        {"digits", false, {p + "tidigits/dhd.2934z.raw"}},
     };
     const char* tmp = std::getenv("TMPDIR");
     const std::string dir = tmp ? tmp : "/tmp";

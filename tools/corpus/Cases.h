@@ -38,6 +38,9 @@ struct Case {
     // from the recommended distance: a wrong distance verdict here is shown
     // and counted apart, as the limit of a one-take spectral measure.
     bool atResolutionLimit = false;
+    // The room's tail (RT60 0.45 s) even though the mic is near: an untreated
+    // room heard by a well-placed mic. Far mics (60 cm and more) always hear it.
+    bool liveRoom = false;
 };
 
 // Whether a verdict is what the case wants (Close and Far: not Good, and on
