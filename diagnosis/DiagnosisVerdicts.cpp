@@ -218,7 +218,8 @@ DiagnosisItem judgeDistance(const StepStats& normal, const StepStats& silence, i
     const float balance =
         speechBalanceDb(normal, silence) -
         static_cast<float>(speechReferenceBalanceDb(recommendedMicDistanceM(micType)));
-    const float d = balance >= 0.0f ? balance : balance * farConfirmed(wordEndFallMs);
+    const float confirmed = farConfirmed(wordEndFallMs);
+    const float d = balance >= 0.0f ? balance : confirmed > 0.0f ? balance * confirmed : 0.0f;
     if (d > 10.0f) {
         return makeItem(
             "distance", kLevelWarning, d,
