@@ -20,18 +20,19 @@ DiagnosisResult analyse(const DiagnosisSession& session) {
     takes.silence = summarise(lists[kStepSilence]);
     takes.plosive = summarise(lists[kStepPlosive]);
 
+    // How live the room is, from the speech takes' word endings; only endings
+    // that stand clear of the room's noise count.
     const auto& audio = session.audio;
+    double roomDb = -120.0;
     if (!audio[kStepSilence].empty()) {
         double sum = 0.0;
         for (float v : audio[kStepSilence]) {
             sum += std::isfinite(v) ? static_cast<double>(v) * v : 0.0;
         }
-        const double roomDb =
-            10.0 * std::log10(sum / static_cast<double>(audio[kStepSilence].size()) + 1e-12);
-        takes.wordEndFallMs =
-            WordEndFall::measureMs({&audio[kStepNormal], &audio[kStepLoud], &audio[kStepSoft]},
-                                   session.sampleRate, roomDb);
+        roomDb = 10.0 * std::log10(sum / static_cast<double>(audio[kStepSilence].size()) + 1e-12);
     }
+    takes.wordEndFallMs = WordEndFall::measureMs(
+        {&audio[kStepNormal], &audio[kStepLoud], &audio[kStepSoft]}, session.sampleRate, roomDb);
 
     DiagnosisResult result = judge(takes, session.micType);
 

@@ -93,7 +93,8 @@ public:
     // snapshots still carrying an earlier epoch (the audio thread has not run
     // since) are not recorded.
     void setTakeEpoch(uint32_t epoch) { takeEpoch_ = epoch; }
-    // The silence take's raw audio at `sampleRate`, for the room's noise profile.
+    // The recording take's raw audio at `sampleRate`: the room's noise profile
+    // and how live the room is are measured from it.
     void appendAudio(const float* samples, size_t n, double sampleRate);
 
     void setResultCallback(ResultCallback callback) { callback_ = std::move(callback); }

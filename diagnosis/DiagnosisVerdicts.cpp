@@ -190,7 +190,8 @@ float speechBalanceDb(const StepStats& normal, const StepStats& silence) {
 // cannot hide is the room: its word endings fall slowly. So the far side of the
 // balance counts only as far as the room confirms it: none of it while the
 // quickest endings fall within 45 ms (20 to 42 ms for every voice with no room
-// tail, at any distance; 40 to 60 ms at a dynamic's 8 cm in an ordinary room),
+// tail, at any distance, on most stretches of speech; 40 to 60 ms at a
+// dynamic's 8 cm in an ordinary room),
 // all of it from 65 ms (70 to 145 ms for every voice at 80 cm in a room of RT60
 // 0.45 s). A thin voice well placed in a live room still reads a touch far:
 // there the room is heard, and nothing tells its thinness from distance. When

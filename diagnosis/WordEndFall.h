@@ -6,8 +6,9 @@ namespace Lumora {
 
 // How fast the voice's quickest word endings die away: the room's fingerprint
 // on the takes. Close to the mic a word ends as fast as the mouth closes (20 to
-// 45 ms for 20 dB on every voice we measured); a mic at arm's length and more
-// also hears the room's tail, and the same endings take 60 to 180 ms.
+// 45 ms for 20 dB on most stretches of every voice we measured); a mic at
+// arm's length and more also hears the room's tail, and in an ordinary room
+// the same endings take 45 to 180 ms.
 //
 // The 10 ms energy is followed in 2.5 ms steps. An ending is a local peak of
 // speech (within 15 dB of the take's loud blocks and 30 dB over the room)
