@@ -175,6 +175,7 @@ bool DiagnosisController::cancel() {
     }
     if (state_ != kAnalysing) {
         session_.steps[static_cast<size_t>(session_.currentStep)].clear();
+        session_.audio[static_cast<size_t>(session_.currentStep)].clear();
     }
     clearTimers();
     state_ = kEnd;

@@ -76,6 +76,9 @@ void DiagnosisFlow::start(FilterEngine& engine) {
 void DiagnosisFlow::tick(double dt) {
     float level = -96.0f;
     if (engine_ && engine_->analyser()) {
+        // The audio since the last tick belongs to the take, even on the tick
+        // that ends it: hand it over before the controller moves on.
+        drainCapture();
         const DiagnosisController::State before = controller_.state();
         controller_.tick(dt, engine_->analyser()->snapshot());
         followTake(before);
@@ -105,14 +108,18 @@ void DiagnosisFlow::followTake(DiagnosisController::State before) {
         analyser.setRecording(true);
         capturing_ = true;
     }
-    if (capturing_) {
-        for (size_t n;
-             (n = analyser.readCapture(captureBuffer_.data(), captureBuffer_.size())) > 0;) {
-            controller_.appendAudio(captureBuffer_.data(), n, analyser.sampleRate());
-        }
-        if (now != DiagnosisController::kRecording) {
-            stopCapture();
-        }
+    if (capturing_ && now != DiagnosisController::kRecording) {
+        stopCapture();
+    }
+}
+
+void DiagnosisFlow::drainCapture() {
+    if (!capturing_) {
+        return;
+    }
+    DiagnosisAnalyser& analyser = *engine_->analyser();
+    for (size_t n; (n = analyser.readCapture(captureBuffer_.data(), captureBuffer_.size())) > 0;) {
+        controller_.appendAudio(captureBuffer_.data(), n, analyser.sampleRate());
     }
 }
 

@@ -59,6 +59,8 @@ private:
     // Around a take's recording: restart the held measures, capture the
     // take's audio.
     void followTake(DiagnosisController::State before);
+    // Hands the take's captured audio to the controller.
+    void drainCapture();
     void stopCapture();
 
     enum class PendingAction { None, Apply, Save };
