@@ -6,7 +6,6 @@
 #include "dsp/NoiseProfileLearner.h"
 
 #include <algorithm>
-#include <cmath>
 #include <memory>
 
 namespace Lumora {
@@ -21,16 +20,13 @@ DiagnosisResult analyse(const DiagnosisSession& session) {
     takes.plosive = summarise(lists[kStepPlosive]);
 
     // How live the room is, from the speech takes' word endings; only endings
-    // that stand clear of the room's noise count.
+    // that stand clear of the room's noise count. The room is the silence
+    // take's median level, or without it the quietest the normal take's floor
+    // tracker saw between words.
     const auto& audio = session.audio;
-    double roomDb = -120.0;
-    if (!audio[kStepSilence].empty()) {
-        double sum = 0.0;
-        for (float v : audio[kStepSilence]) {
-            sum += std::isfinite(v) ? static_cast<double>(v) * v : 0.0;
-        }
-        roomDb = 10.0 * std::log10(sum / static_cast<double>(audio[kStepSilence].size()) + 1e-12);
-    }
+    const float roomDb = takes.silence.valid  ? takes.silence.level
+                         : takes.normal.valid ? takes.normal.noiseFloorMin
+                                              : -96.0f;
     takes.wordEndFallMs = WordEndFall::measureMs(
         {&audio[kStepNormal], &audio[kStepLoud], &audio[kStepSoft]}, session.sampleRate, roomDb);
 

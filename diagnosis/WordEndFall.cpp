@@ -45,9 +45,10 @@ void collectFalls(const std::vector<double>& e, double hopMs, double roomDb,
         if (top < loud - kUnderLoudDb || top - roomDb < kOverRoomDb) {
             continue;
         }
+        // The first frame of a flat top is the peak, so one ending counts once.
         bool peak = true;
         for (size_t k = i - kPeakReach; k <= i + kPeakReach && peak; ++k) {
-            peak = e[k] <= top;
+            peak = k < i ? e[k] < top : e[k] <= top;
         }
         if (!peak) {
             continue;
