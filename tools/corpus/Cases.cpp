@@ -101,8 +101,9 @@ Want clippingTruth(const TakeSet& set) {
     double peak = 0.0;
     for (DiagnosisStep step : {kStepNormal, kStepLoud, kStepPlosive}) {
         const std::vector<float>& x = set.takes[step];
-        const size_t from =
-            x.size() - static_cast<size_t>(DiagnosisController::step(step).durationS * kRate);
+        const auto recorded =
+            static_cast<size_t>(DiagnosisController::step(step).durationS * kRate);
+        const size_t from = x.size() > recorded ? x.size() - recorded : 0;
         for (size_t i = from; i < x.size(); ++i) {
             peak = std::max(peak, static_cast<double>(std::fabs(x[i])));
         }
