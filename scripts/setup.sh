@@ -24,8 +24,9 @@ packages=(
   # a display for libobs and OBS, and tools to drive and photograph it
   xvfb xauth xdotool x11-utils x11-apps imagemagick
   # real recorded speech (alsa-utils: one speaker; pocketsphinx-testdata: a
-  # LibriVox reader and the CMU test speaker) and synthetic voices in Japanese
-  # and English for the diagnosis corpus; fonts for Japanese text and emoji
+  # LibriVox reader, the CMU test speaker, a card-game and a digits speaker)
+  # and synthetic voices in Japanese and English for the diagnosis corpus;
+  # fonts for Japanese text and emoji
   alsa-utils pocketsphinx-testdata espeak-ng fonts-klee fonts-noto-cjk fonts-noto-color-emoji
 )
 

@@ -149,8 +149,8 @@ const Case* findCase(const std::string& name) {
 }
 
 // Real recorded speech from Debian packages (alsa-utils: one speaker;
-// pocketsphinx-testdata: a LibriVox reader and the CMU test speaker), and two
-// espeak-ng voices made on the spot.
+// pocketsphinx-testdata: a LibriVox reader, the CMU test speaker, a card-game
+// speaker and a digits speaker), and two espeak-ng voices made on the spot.
 Voices loadVoices(const std::string& only) {
     const std::string a = "/usr/share/sounds/alsa/";
     const std::string p = "/usr/share/pocketsphinx/test/data/";
