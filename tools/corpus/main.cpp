@@ -15,6 +15,8 @@
 #include "diagnosis/DiagnosisController.h"
 #include "diagnosis/RecommendedSettings.h"
 #include "diagnosis/TakeReplay.h"
+#include "dsp/Biquad.h"
+#include "dsp/FilterDesign.h"
 #include "dsp/SpectralDenoiser.h"
 #include "dsp/VoiceChain.h"
 
@@ -67,8 +69,23 @@ size_t recordedFrom(const std::vector<float>& take, DiagnosisStep step) {
     return take.size() - static_cast<size_t>(DiagnosisController::step(step).durationS * kRate);
 }
 
-double mutedFraction(const std::vector<float>& clean, const std::vector<float>& in,
-                     const std::vector<float>& out, size_t from) {
+// The speech band: above 100 Hz, where a voice's words are. A recording's
+// breath thump or rumble below it (some blocks of the CMU speaker hold nothing
+// above 250 Hz) is not speech, and the chain's low cut is meant to remove it.
+std::vector<float> speechBand(const std::vector<float>& x) {
+    PreciseBiquad highPass;
+    highPass.setCoefficients(FilterDesign::lowCut(100.0, kRate));
+    std::vector<float> y = x;
+    highPass.process(y.data(), static_cast<int>(y.size()));
+    return y;
+}
+
+// Muted: a speech block whose speech-band gain is more than 15 dB under the
+// median gain of the take's speech blocks.
+double mutedFraction(const std::vector<float>& cleanFull, const std::vector<float>& inFull,
+                     const std::vector<float>& outFull, size_t from) {
+    const std::vector<float> clean = speechBand(cleanFull), in = speechBand(inFull),
+                             out = speechBand(outFull);
     const std::vector<bool> active = activeBlocks(clean, from, clean.size());
     std::vector<double> gains;
     for (size_t b = 0; b < active.size(); ++b) {
