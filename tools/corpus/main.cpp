@@ -3,11 +3,13 @@
 // wizard records them; prints each case's six verdicts against the truth and
 // what the recommended preset does to the user's own takes.
 //
-//   lumora-corpus [--check] [--voices alsa,libri,...] [--write DIR]
+//   lumora-corpus [--check] [--voices alsa,libri,...] [--shift SECONDS] [--write DIR]
 //
 // --check exits 1 when an asserted verdict is wrong or a recommendation is
 // unsafe (it mutes the voice, leaves a noisy room as loud, clips, or disagrees
-// with the noise verdict). --write leaves every case's five take WAVs in DIR.
+// with the noise verdict). --shift draws every take from SECONDS further into
+// each voice's recording, to see how much a verdict owes to the words that
+// happened to fall in a take. --write leaves every case's five take WAVs in DIR.
 
 #include "Cases.h"
 #include "WavFile.h"
@@ -166,20 +168,30 @@ void writeTakes(const std::string& dir, const std::string& stem, const TakeSet& 
 int main(int argc, char** argv) {
     bool check = false;
     std::string only, writeDir;
+    double shift = 0.0;
     for (int i = 1; i < argc; ++i) {
         const std::string arg = argv[i];
         if (arg == "--check") {
             check = true;
         } else if (arg == "--voices" && i + 1 < argc) {
             only = argv[++i];
+        } else if (arg == "--shift" && i + 1 < argc) {
+            shift = std::atof(argv[++i]);
         } else if (arg == "--write" && i + 1 < argc) {
             writeDir = argv[++i];
         } else {
-            std::fprintf(stderr, "usage: lumora-corpus [--check] [--voices a,b] [--write DIR]\n");
+            std::fprintf(stderr, "usage: lumora-corpus [--check] [--voices a,b] [--shift SECONDS] "
+                                 "[--write DIR]\n");
             return 2;
         }
     }
-    const Voices voices = loadVoices(only);
+    Voices voices = loadVoices(only);
+    for (Voice& voice : voices.list) {
+        const double at =
+            std::fmod(std::fabs(shift) * kRate, static_cast<double>(voice.speech.size()));
+        std::rotate(voice.speech.begin(), voice.speech.begin() + static_cast<long>(at),
+                    voice.speech.end());
+    }
     if (!voices.missing.empty()) {
         std::printf("voices missing: %s\n", voices.missing.c_str());
     }
