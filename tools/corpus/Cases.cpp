@@ -155,12 +155,12 @@ Voices loadVoices(const std::string& only) {
     const std::string a = "/usr/share/sounds/alsa/";
     const std::string p = "/usr/share/pocketsphinx/test/data/";
     const std::string l = p + "librivox/sense_and_sensibility_01_austen_64kb-0";
-    struct Spec {
+    struct VoiceFiles {
         const char* name;
         bool synthetic;
         std::vector<std::string> files;
     };
-    std::vector<Spec> specs = {
+    std::vector<VoiceFiles> sources = {
         {"alsa",
          false,
          {a + "Front_Center.wav", a + "Front_Left.wav", a + "Front_Right.wav",
@@ -195,13 +195,13 @@ Voices loadVoices(const std::string& only) {
         const std::string cmd = std::string("espeak-ng -v ") + s.voice + " -s 150 -w '" + file +
                                 "' '" + s.text + "' >/dev/null 2>&1";
         if (std::system(cmd.c_str()) == 0) {
-            specs.push_back({s.name, true, {file}});
+            sources.push_back({s.name, true, {file}});
         } else {
-            specs.push_back({s.name, true, {}});
+            sources.push_back({s.name, true, {}});
         }
     }
     Voices v;
-    for (const Spec& s : specs) {
+    for (const VoiceFiles& s : sources) {
         if (!only.empty() &&
             ("," + only + ",").find(std::string(",") + s.name + ",") == std::string::npos) {
             continue;
