@@ -42,7 +42,6 @@ JsonValue eqToJson(const EqParams& eq) {
 }
 
 EqParams eqFromJson(const JsonValue& o) {
-    const EqParams d;
     EqParams eq;
     eq.enabled = asBool(member(o, "enabled"), false);
     eq.lowCutEnabled = asBool(member(o, "lowCutEnabled"), false);
@@ -78,7 +77,6 @@ JsonValue compToJson(const CompParams& c) {
 }
 
 CompParams compFromJson(const JsonValue& o) {
-    const CompParams d;
     CompParams c;
     c.enabled = asBool(member(o, "enabled"), false);
     c.thresholdDb = read(o, Params::kCompThreshold);
@@ -99,7 +97,6 @@ JsonValue limiterToJson(const LimiterParams& l) {
 }
 
 LimiterParams limiterFromJson(const JsonValue& o) {
-    const LimiterParams d;
     LimiterParams l;
     l.enabled = asBool(member(o, "enabled"), false);
     l.ceilingDb = read(o, Params::kLimiterCeiling);
@@ -119,7 +116,6 @@ JsonValue gateToJson(const GateParams& g) {
 }
 
 GateParams gateFromJson(const JsonValue& o) {
-    const GateParams d;
     GateParams g;
     g.enabled = asBool(member(o, "enabled"), false);
     g.thresholdDb = read(o, Params::kGateThreshold);
@@ -139,7 +135,6 @@ JsonValue noiseToJson(const NoiseParams& n) {
 }
 
 NoiseParams noiseFromJson(const JsonValue& o) {
-    const NoiseParams d;
     NoiseParams n;
     n.enabled = asBool(member(o, "enabled"), false);
     n.attenLimitDb = read(o, Params::kNoiseAttenuation);
