@@ -36,7 +36,7 @@ DiagnosisResult analyse(const DiagnosisSession& session) {
     // from the silence take's own audio, measured exactly as noise learning
     // and `lumora-cli learn-noise` measure it. (A median of the meter's
     // spectrum snapshots reads 2-4 dB low where a band holds one FFT bin.)
-    const std::vector<float>& silence = session.audio[kStepSilence];
+    const std::vector<float>& silence = audio[kStepSilence];
     if (!silence.empty()) {
         auto learner = std::make_unique<NoiseProfileLearner>();
         learner->prepare(session.sampleRate);

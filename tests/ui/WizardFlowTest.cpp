@@ -303,10 +303,8 @@ TEST_P(WizardFlowOnCorpus, WholeDiagnosisFromMicChoiceToAppliedSettings) {
     // same learner over the take's recorded seconds, not its lead-in.
     NoiseProfileLearner learner;
     learner.prepare(kRate);
-    const size_t recordedFrom =
-        room.size() -
-        static_cast<size_t>(DiagnosisController::step(kStepSilence).durationS * kRate);
-    learner.process(room.data() + recordedFrom, static_cast<int>(room.size() - recordedFrom));
+    const size_t from = Corpus::recordedFrom(room, kStepSilence);
+    learner.process(room.data() + from, static_cast<int>(room.size() - from));
     const auto expected = learner.profileDb();
     for (int band = 0; band < kProfileBandCount && live.spectral.enabled; ++band) {
         if (expected[static_cast<size_t>(band)] > kSilenceDb) {

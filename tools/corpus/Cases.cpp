@@ -97,14 +97,16 @@ TakeSet makeTakes(const Voice& voice, const Case& c) {
     return set;
 }
 
+size_t recordedFrom(const std::vector<float>& take, DiagnosisStep step) {
+    const auto recorded = static_cast<size_t>(DiagnosisController::step(step).durationS * kRate);
+    return take.size() > recorded ? take.size() - recorded : 0;
+}
+
 Want clippingTruth(const TakeSet& set) {
     double peak = 0.0;
     for (DiagnosisStep step : {kStepNormal, kStepLoud, kStepPlosive}) {
         const std::vector<float>& x = set.takes[step];
-        const auto recorded =
-            static_cast<size_t>(DiagnosisController::step(step).durationS * kRate);
-        const size_t from = x.size() > recorded ? x.size() - recorded : 0;
-        for (size_t i = from; i < x.size(); ++i) {
+        for (size_t i = recordedFrom(x, step); i < x.size(); ++i) {
             peak = std::max(peak, static_cast<double>(std::fabs(x[i])));
         }
     }

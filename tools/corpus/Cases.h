@@ -59,6 +59,10 @@ struct TakeSet {
 
 TakeSet makeTakes(const Voice& voice, const Case& c);
 
+// Where a take's recorded part begins: it is the take's last durationS
+// seconds, after the lead-in (0 for a take shorter than that).
+size_t recordedFrom(const std::vector<float>& take, DiagnosisStep step);
+
 // What the recorded parts of the normal, loud and "pa" takes say of clipping:
 // Warning when a sample reached full scale, Good when no sample came within
 // 3 dB of it. Between the two the truth is Any: whether peaks near full scale

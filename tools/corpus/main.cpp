@@ -67,10 +67,6 @@ std::vector<float> runChain(const EffectPreset& preset, const std::vector<float>
     return out;
 }
 
-size_t recordedFrom(const std::vector<float>& take, DiagnosisStep step) {
-    return take.size() - static_cast<size_t>(DiagnosisController::step(step).durationS * kRate);
-}
-
 // The speech band: above 100 Hz, where a voice's words are. A recording's
 // breath thump or rumble below it (some blocks of the CMU speaker hold nothing
 // above 250 Hz) is not speech, and the chain's low cut is meant to remove it.
