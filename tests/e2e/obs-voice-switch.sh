@@ -90,9 +90,17 @@ for _ in 1 2 3 4 5 6 7 8; do xdotool click 5; sleep 0.1; done
 sleep 0.5
 click_dialog 290 662 default-chooser-open # the default card's sound-effect chooser
 xdotool key Down Down Return # (none) -> the first built-in -> "デスゲーム"
-sleep 1
-grep -A6 '"defaultKey"' "$LUMORA_SETTINGS_DIR/settings.json" |
-  grep -q '"soundFxPresetName": "デスゲーム"' || fail "デスゲーム was not saved as the default voice"
+# The save follows the choice; on a loaded machine it may take a few seconds.
+saved=false
+for _ in $(seq 20); do
+  if grep -A6 '"defaultKey"' "$LUMORA_SETTINGS_DIR/settings.json" |
+    grep -q '"soundFxPresetName": "デスゲーム"'; then
+    saved=true
+    break
+  fi
+  sleep 0.5
+done
+$saved || fail "デスゲーム was not saved as the default voice"
 cut default-voice 3
 shot default-chosen
 quit_obs
