@@ -48,6 +48,7 @@ struct StepStats {
     // Measures over active speech: the snapshots whose block level lies within
     // 20 dB of the take's 90th percentile (a pause or the room is not speech).
     float lowBurstMax = -96.0f;    // maximum of the held low-frequency burst
+    float activeLevelDb = -96.0f;  // energy mean of the block levels over active speech
     float activeLowDb = -96.0f;    // energy mean of the low band over active speech
     float activeMidDb = -96.0f;    // energy mean of the mid band over active speech
     float activeLevelP10 = -96.0f; // 10th percentile of active block levels

@@ -104,10 +104,14 @@ DiagnosisItem judgeNoise(const StepStats& silence, const StepStats& normal) {
     const float level = silence.level;
     const float floor = silence.noiseFloorMin;
     const bool loudRoom = floor > -42.0f && level > -42.0f;
-    // Without a speech take only the room's own level can speak.
-    const bool quiet =
-        normal.valid ? normal.level - level >= kQuietRoomDb : floor <= -55.0f && level <= -55.0f;
-    const bool noisy = loudRoom || (normal.valid && normal.level - level < kNoisyRoomDb);
+    // The voice is its level while it speaks: a take's median also counts the
+    // pauses, and a slow talker's median sits 10 to 15 dB under the words,
+    // which would read a fan 30 dB under the voice as one 20 dB under. Without
+    // a speech take only the room's own level can speak.
+    const bool voiced = normal.valid && normal.activeLevelDb > -96.0f;
+    const float under = normal.activeLevelDb - level;
+    const bool quiet = voiced ? under >= kQuietRoomDb : floor <= -55.0f && level <= -55.0f;
+    const bool noisy = loudRoom || (voiced && under < kNoisyRoomDb);
     if (noisy) {
         // The gap after "？" is an ideographic space (U+3000).
         return makeItem("noise", kLevelWarning, level,

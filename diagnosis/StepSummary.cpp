@@ -35,9 +35,10 @@ float powerDb(double p) {
     return p > 0.0 ? std::max(kEmpty, static_cast<float>(10.0 * std::log10(p))) : kEmpty;
 }
 
-// The energy means of the low and mid bands and the quiet end of the levels,
-// over the take's active speech. Energy-weighted: the loud vowels, where the
-// voice's balance is clearest, count most; the room between words not at all.
+// The energy means of the level and of the low and mid bands, and the quiet end
+// of the levels, over the take's active speech. Energy-weighted: the loud
+// vowels, where the voice's balance is clearest, count most; the room between
+// words not at all.
 void summariseActive(const std::vector<AudioMetrics>& snapshots, StepStats& s) {
     std::vector<float> blocks;
     blocks.reserve(snapshots.size());
@@ -45,11 +46,13 @@ void summariseActive(const std::vector<AudioMetrics>& snapshots, StepStats& s) {
         blocks.push_back(m.blockLevelDb);
     }
     const float threshold = percentile(blocks, 0.9) - kActiveRangeDb;
+    double level = 0.0;
     double low = 0.0;
     double mid = 0.0;
     std::vector<float> active;
     for (const AudioMetrics& m : snapshots) {
         if (m.blockLevelDb > kEmpty && m.blockLevelDb >= threshold) {
+            level += power(m.blockLevelDb);
             low += power(m.lowBandDb);
             mid += power(m.midBandDb);
             active.push_back(m.blockLevelDb);
@@ -59,6 +62,7 @@ void summariseActive(const std::vector<AudioMetrics>& snapshots, StepStats& s) {
         return;
     }
     const double n = static_cast<double>(active.size());
+    s.activeLevelDb = powerDb(level / n);
     s.activeLowDb = powerDb(low / n);
     s.activeMidDb = powerDb(mid / n);
     s.activeLevelP10 = percentile(std::move(active), 0.1);

@@ -135,6 +135,7 @@ TEST(RecommendedSettings, LimiterCeilingFollowsTheClippingVerdict) {
 DiagnosisResult judged(float voice, float room, float roomFloor = -70.0f) {
     TakeSummaries t;
     t.normal = stats(voice);
+    t.normal.activeLevelDb = voice;
     t.silence = stats(room);
     t.silence.noiseFloorMin = roomFloor;
     DiagnosisResult r = judge(t, kMicDynamic);

@@ -75,6 +75,11 @@ TEST(StepSummary, ActiveSpeechLeavesOutPausesAndWeighsByEnergy) {
     // is in, the -60 pauses are out. Low: (10^-2 + 5 * 10^-3) / 6 in power.
     EXPECT_NEAR(s.activeLowDb, 10.0 * std::log10(0.015 / 6.0), 1e-3);
     EXPECT_NEAR(s.activeMidDb, -25.0, 1e-3);
+    double level = 0.0;
+    for (double db : {-38.0, -30.0, -26.0, -24.0, -22.0, -20.0}) {
+        level += std::pow(10.0, db / 10.0);
+    }
+    EXPECT_NEAR(s.activeLevelDb, 10.0 * std::log10(level / 6.0), 1e-3);
     // The 10th percentile of {-38, -30, -26, -24, -22, -20}.
     EXPECT_NEAR(s.activeLevelP10, -34.0, 1e-3);
 
@@ -82,6 +87,7 @@ TEST(StepSummary, ActiveSpeechLeavesOutPausesAndWeighsByEnergy) {
     std::vector<AudioMetrics> silent(8, block(-96, -96, -96));
     const StepStats q = summarise(silent);
     EXPECT_TRUE(q.valid);
+    EXPECT_EQ(q.activeLevelDb, -96.0f);
     EXPECT_EQ(q.activeLowDb, -96.0f);
     EXPECT_EQ(q.activeMidDb, -96.0f);
     EXPECT_EQ(q.activeLevelP10, -96.0f);

@@ -65,6 +65,7 @@ JsonValue statsJson(const StepStats& st) {
     o.set("high", static_cast<double>(st.high));
     o.set("clipped", st.clipped);
     o.set("lowBurstMax", static_cast<double>(st.lowBurstMax));
+    o.set("activeLevelDb", static_cast<double>(st.activeLevelDb));
     o.set("activeLowDb", static_cast<double>(st.activeLowDb));
     o.set("activeMidDb", static_cast<double>(st.activeMidDb));
     o.set("activeLevelP10", static_cast<double>(st.activeLevelP10));
