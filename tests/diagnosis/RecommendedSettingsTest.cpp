@@ -167,7 +167,7 @@ TEST(RecommendedSettings, NoiseReductionFollowsTheNoiseVerdict) {
     ASSERT_EQ(noiseVerdict(r), kLevelCaution);
     p = recommend(r, false);
     EXPECT_TRUE(p.spectral.enabled);
-    EXPECT_FLOAT_EQ(p.spectral.amount, 0.85f);
+    EXPECT_FLOAT_EQ(p.spectral.amount, 0.9f);
     EXPECT_FALSE(p.noise.enabled) << "a Caution never brings in the neural filter";
 
     // 12 dB under the voice, both under -42 dBFS: a Warning, and the neural
