@@ -95,12 +95,16 @@ void recommendGate(EffectPreset& p, const DiagnosisResult& result) {
         t = s1.noiseFloorMin + 12.0f;
         noise = s1.noiseFloorMin;
     }
+    t = std::max(std::min(t, -15.0f), -70.0f);
+    // The syllables' cap comes after the room's -70 dBFS floor: a voice far
+    // too quiet (a soft take around -62 dBFS) has quiet syllables under -76,
+    // and a gate held at -70 muted 2 % of them. Only the gate's own -80 floor
+    // stands under the cap.
     for (const StepStats* take : {&result.soft, &s1}) {
         if (take->valid && take->activeLevelP10 > -96.0f) {
             t = std::min(t, take->activeLevelP10 - kGateUnderSyllablesDb);
         }
     }
-    t = std::max(std::min(t, -15.0f), -70.0f);
     p.gate.enabled = true;
     p.gate.thresholdDb = std::max(std::min(t, -20.0f), -80.0f);
     const float n = noise + 65.0f;

@@ -104,8 +104,12 @@ TEST(RecommendedSettings, GateNeverSitsAboveTheQuietSyllables) {
     EXPECT_FLOAT_EQ(recommend(r, false).gate.thresholdDb, -61.0f);
     r.speech.activeLevelP10 = -30.0f;
 
-    r.soft.activeLevelP10 = -90.0f; // never below -70, however quiet
-    EXPECT_FLOAT_EQ(recommend(r, false).gate.thresholdDb, -70.0f);
+    // A voice far too quiet: the cap goes under the room's -70 floor, down to
+    // the gate's own -80.
+    r.soft.activeLevelP10 = -72.0f;
+    EXPECT_FLOAT_EQ(recommend(r, false).gate.thresholdDb, -78.0f);
+    r.soft.activeLevelP10 = -90.0f;
+    EXPECT_FLOAT_EQ(recommend(r, false).gate.thresholdDb, -80.0f);
 
     // A take without active speech, or not taken at all, caps nothing.
     r.soft.activeLevelP10 = -96.0f;
