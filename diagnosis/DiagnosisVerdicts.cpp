@@ -188,7 +188,7 @@ float speechBalanceDb(const StepStats& normal, const StepStats& silence) {
 }
 
 // A thin voice alone is no proof of a far mic: real voices and their mics
-// spread about 10 dB in low-to-mid balance (from -6 to +3.5 dB around the
+// spread about 12 dB in low-to-mid balance (from -9 to +3.5 dB around the
 // average voice at the recommended distance, on the recordings we measured),
 // more than a well-placed mic and one at arm's length differ by. What a far mic
 // cannot hide is the room: its word endings fall slowly. So the far side of the

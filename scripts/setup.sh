@@ -24,10 +24,11 @@ packages=(
   # a display for libobs and OBS, and tools to drive and photograph it
   xvfb xauth xdotool x11-utils x11-apps imagemagick
   # real recorded speech (alsa-utils: one speaker; pocketsphinx-testdata: a
-  # LibriVox reader, the CMU test speaker, a card-game and a digits speaker)
-  # and synthetic voices in Japanese and English for the diagnosis corpus;
-  # fonts for Japanese text and emoji
-  alsa-utils pocketsphinx-testdata espeak-ng fonts-klee fonts-noto-cjk fonts-noto-color-emoji
+  # LibriVox reader, the CMU test speaker, a card-game and a digits speaker;
+  # codec2-examples: six more talkers) and synthetic voices in Japanese and
+  # English for the diagnosis corpus; fonts for Japanese text and emoji
+  alsa-utils pocketsphinx-testdata codec2-examples espeak-ng
+  fonts-klee fonts-noto-cjk fonts-noto-color-emoji
 )
 
 if [ "$(id -u)" -ne 0 ]; then

@@ -34,7 +34,7 @@ struct Case {
     bool noisy;       // the voice-over-noise gain is checked
     Want want[6];     // clipping, volume, noise, distance, dynamics, pop
     // The distance these cases put the mic at is within the spread of real
-    // voices' own low-to-mid balance (about ±3 dB around the average voice)
+    // voices' own low-to-mid balance (-9 to +3.5 dB around the average voice)
     // from the recommended distance: a wrong distance verdict here is shown
     // and counted apart, as the limit of a one-take spectral measure.
     bool atResolutionLimit = false;

@@ -21,7 +21,7 @@ constexpr double kReferenceDistance = 0.3;
 constexpr double kCriticalDistance = 0.8;
 constexpr size_t kBlock = kRate / 100;
 
-bool readRaw16k(const std::string& path, std::vector<float>& out) {
+bool readRaw(const std::string& path, std::vector<float>& out) {
     std::FILE* f = std::fopen(path.c_str(), "rb");
     if (!f) {
         return false;
@@ -117,13 +117,13 @@ double activeThreshold(const std::vector<double>& powers) {
 } // namespace
 
 bool loadVoice(const std::string& name, const std::vector<std::string>& files, bool synthetic,
-               Voice& out, std::string& error) {
+               int rawRate, Voice& out, std::string& error) {
     out = Voice{name, synthetic, {}};
     for (const std::string& path : files) {
         std::vector<float> mono;
-        int rate = 16000;
+        int rate = rawRate;
         if (path.size() > 4 && path.compare(path.size() - 4, 4, ".raw") == 0) {
-            if (!readRaw16k(path, mono)) {
+            if (!readRaw(path, mono)) {
                 error = "cannot read " + path;
                 return false;
             }

@@ -15,10 +15,10 @@ struct Voice {
     std::vector<float> speech;
 };
 
-// Reads the files (WAV through libsndfile; ".raw" as 16 kHz 16-bit mono) one
-// after another with a quarter second of silence between them, at 48 kHz.
+// Reads the files (WAV through libsndfile; ".raw" as 16-bit mono at `rawRate`)
+// one after another with a quarter second of silence between them, at 48 kHz.
 bool loadVoice(const std::string& name, const std::vector<std::string>& files, bool synthetic,
-               Voice& out, std::string& error);
+               int rawRate, Voice& out, std::string& error);
 
 // `seconds` of the voice's speech from `offset` seconds on, looping.
 std::vector<float> speechStretch(const Voice& voice, double offset, double seconds);

@@ -196,7 +196,7 @@ int main(int argc, char** argv) {
     }
 
     int asserted = 0, wrong = 0, unsafe = 0, limit = 0;
-    std::printf("%-24s %-10s", "case", "voice");
+    std::printf("%-24s %-11s", "case", "voice");
     for (const char* item : kItems) {
         std::printf(" %-11s", item);
     }
@@ -218,7 +218,7 @@ int main(int argc, char** argv) {
             const DiagnosisResult result = analyse(session);
             const EffectPreset preset = recommend(result, false);
             const Want peaks = clippingTruth(set);
-            std::printf("%-24s %-10s", c.name, voice.name.c_str());
+            std::printf("%-24s %-11s", c.name, voice.name.c_str());
             for (size_t i = 0; i < result.items.size() && i < 6; ++i) {
                 const DiagnosisItem& item = result.items[i];
                 // A synthetic voice has no chest: its low end says nothing of a mic.
