@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+
 namespace Lumora {
 
 // The on and off of an effect, or of a whole chain, as a crossfade between the
@@ -27,8 +29,7 @@ public:
     // One sample's step of the level towards 1 (`on`) or 0; returns the new
     // level. For a fade applied to something other than a dry/wet pair.
     float advance(bool on) {
-        level_ = on ? (level_ + step_ < 1.0f ? level_ + step_ : 1.0f)
-                    : (level_ - step_ > 0.0f ? level_ - step_ : 0.0f);
+        level_ = std::clamp(level_ + (on ? step_ : -step_), 0.0f, 1.0f);
         return level_;
     }
 
