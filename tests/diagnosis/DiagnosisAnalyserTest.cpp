@@ -295,23 +295,6 @@ TEST(DiagnosisAnalyser, SpectrumBandHoldsTheTone) {
     EXPECT_LT(m.spectrumDb[static_cast<size_t>(farBand)], -80.0f);
 }
 
-TEST(DiagnosisAnalyser, LoudnessOfAOneKilohertzSine) {
-    // K-weighting is +0.69 dB at 1 kHz and cancels the -0.691 offset, so a mono
-    // sine of peak -20 dBFS (mean square -23.01 dB) reads -23.01 LUFS.
-    auto a = prepared(48000.0);
-    ASSERT_TRUE(a->hasLoudnessMeter());
-    double phase = 0.0;
-    feedSine(*a, 48000.0, 1000.0, 0.1, 3.5, 480, phase);
-    const AudioMetrics m = a->snapshot();
-    EXPECT_NEAR(m.momentaryLufs, -23.01, 0.1);
-    EXPECT_NEAR(m.shortTermLufs, -23.01, 0.1);
-
-    // Loud input is clamped at +4 LUFS.
-    feedConstant(*a, 0.0f, 1, 480);
-    feedSine(*a, 48000.0, 1000.0, 50.0, 3.5, 480, phase);
-    EXPECT_EQ(a->snapshot().momentaryLufs, 4.0f);
-}
-
 // Zeros, and samples that are not numbers, read as silence in every measure,
 // from the first snapshot on; and a sine after them reads as it would alone.
 TEST(DiagnosisAnalyser, ZerosAndNonFiniteSamplesReadAsSilence) {
@@ -348,7 +331,10 @@ TEST(DiagnosisAnalyser, ZerosAndNonFiniteSamplesReadAsSilence) {
     EXPECT_NEAR(m.smoothedLevelDb, db(0.1 / std::sqrt(2.0)), kLevelTolDb);
     EXPECT_TRUE(std::isfinite(m.lowBandDb) && m.lowBandDb > -96.0f);
     EXPECT_TRUE(std::isfinite(m.highBandDb) && m.highBandDb > -96.0f);
+    // K-weighting is +0.69 dB at 1 kHz and cancels the -0.691 offset, so a mono
+    // sine of peak -20 dBFS (mean square -23.01 dB) reads -23.01 LUFS.
     EXPECT_NEAR(m.momentaryLufs, -23.01, 0.1);
+    EXPECT_NEAR(m.shortTermLufs, -23.01, 0.1);
     for (float v : m.spectrumDb) {
         EXPECT_TRUE(std::isfinite(v));
     }

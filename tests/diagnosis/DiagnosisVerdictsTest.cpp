@@ -199,20 +199,6 @@ TEST(DiagnosisVerdicts, NoiseWithoutAVoiceFallsBackOnAbsoluteLevels) {
     EXPECT_EQ(n.value, -96.0f);
 }
 
-// The proximity effect's reference: a close cardioid lifts the lows, and from
-// far away it is just the average voice's own balance through the bands.
-TEST(DiagnosisVerdicts, SpeechReferenceLosesLowEndWithDistance) {
-    const double near = speechReferenceBalanceDb(0.02);
-    const double dynamic = speechReferenceBalanceDb(0.08);
-    const double usb = speechReferenceBalanceDb(0.2);
-    const double far = speechReferenceBalanceDb(0.8);
-    EXPECT_GT(near, dynamic);
-    EXPECT_GT(dynamic, usb);
-    EXPECT_GT(usb, far);
-    EXPECT_NEAR(far, 2.6, 0.5);
-    EXPECT_NEAR(far, speechReferenceBalanceDb(0.0), 0.2) << "no proximity effect at 80 cm";
-}
-
 // The distance value is the voice's low-to-mid balance against the average
 // voice through this mic type at its recommended distance: 0 on every mic
 // when the voice is just that, and 4 and 10 dB either side of it the limits.

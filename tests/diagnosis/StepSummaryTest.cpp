@@ -1,12 +1,12 @@
 #include "diagnosis/StepSummary.h"
 #include "diagnosis/DiagnosisAnalysis.h"
 #include "diagnosis/DiagnosisSession.h"
+#include "dsp/DspTestSignals.h"
 #include "dsp/NoiseProfileLearner.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdint>
 #include <memory>
 
 namespace Lumora {
@@ -130,17 +130,6 @@ TEST(DiagnosisSession, HoldsAtMost512SnapshotsPerStep) {
     EXPECT_TRUE(session.audio[kStepSilence].empty());
 }
 
-// Deterministic white noise, uniform in [-amp, amp].
-std::vector<float> whiteNoise(size_t n, float amp) {
-    std::vector<float> out(n);
-    uint32_t x = 12345u;
-    for (float& v : out) {
-        x = x * 1664525u + 1013904223u;
-        v = amp * (static_cast<float>(x >> 8) / 8388608.0f - 1.0f);
-    }
-    return out;
-}
-
 // The diagnosis hands the spectral reducer the same profile that noise
 // learning would learn from the same room, at the take's own rate (44.1 kHz
 // here, not the default); the meter's spectrum snapshots, a different
@@ -158,7 +147,7 @@ TEST(DiagnosisAnalysis, NoiseSpectrumIsLearnedFromTheSilenceAudio) {
         EXPECT_EQ(v, -96.0f);
     }
 
-    const std::vector<float> room = whiteNoise(44100 * 3, 0.01f);
+    const std::vector<float> room = TestSignals::noise(44100 * 3, 0.01f, 12345u);
     session.appendAudio(kStepSilence, room.data(), room.size());
     const DiagnosisResult r = analyse(session);
     EXPECT_EQ(r.valid, 1);

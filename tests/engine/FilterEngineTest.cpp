@@ -349,12 +349,8 @@ TEST(FilterEngine, SwitchingVoicesMakesNoClickNoSpikeAndNoGap) {
             EXPECT_LE(TestSignals::toDb(TestSignals::peak(out, at, at + 7200) / top), 1.0)
                 << "switch " << v << ", packets of " << packet;
         }
-        int quiet = 0, longest = 0;
-        for (size_t i = delay; i < out.size(); ++i) {
-            quiet = std::fabs(out[i]) < 1e-4f ? quiet + 1 : 0;
-            longest = std::max(longest, quiet);
-        }
-        EXPECT_LE(longest, 96) << "samples of silence, packets of " << packet;
+        EXPECT_LE(TestSignals::longestSilence(out, delay, out.size()), 96)
+            << "samples of silence, packets of " << packet;
     }
 }
 

@@ -54,13 +54,6 @@ obs_source_t* freshFilter(int channels) {
     return filter;
 }
 
-std::string gainPresetJson(float inputGainDb, const std::string& name = "") {
-    SavedEffectPreset preset;
-    preset.name = name;
-    preset.preset.inputGainDb = inputGainDb;
-    return effectPresetText(preset);
-}
-
 // Pushes 0.2 s of a test signal in 480-frame packets; `delay` gets how late
 // the filter says its output is (its timestamps' shift), in frames.
 std::vector<std::vector<float>> pushSignal(int channels, std::vector<std::vector<float>>& in,
@@ -79,13 +72,6 @@ std::vector<std::vector<float>> pushSignal(int channels, std::vector<std::vector
     return out;
 }
 
-std::string readAll(const std::string& path) {
-    std::ifstream f(path);
-    std::stringstream s;
-    s << f.rdbuf();
-    return s.str();
-}
-
 // Runs lumora-host as a separate process (a real restart of libobs).
 std::string runHost(const std::string& env, const std::string& args, std::string& log) {
     const std::string logPath = fs::temp_directory_path() / "lumora-host-test.log";
@@ -99,7 +85,10 @@ std::string runHost(const std::string& env, const std::string& args, std::string
         }
         pclose(p);
     }
-    log = readAll(logPath);
+    std::ifstream logFile(logPath);
+    std::stringstream logText;
+    logText << logFile.rdbuf();
+    log = logText.str();
     return out;
 }
 
@@ -113,14 +102,13 @@ std::string makeTempFolder() {
     return mkdtemp(folder) ? folder : "";
 }
 
-// Two cleaning voices that each come out at the level they went in: +6 dB in
-// and -6 dB out, or the other way round. Audio that hears half of one and half
-// of the other comes out 12 dB off.
-std::string balancedPresetJson(float inputGainDb, const std::string& name) {
+// A cleaning voice of the given input and output gains.
+std::string gainPresetJson(float inputGainDb, float outputGainDb = 0.0f,
+                           const std::string& name = "") {
     SavedEffectPreset preset;
     preset.name = name;
     preset.preset.inputGainDb = inputGainDb;
-    preset.preset.outputGainDb = -inputGainDb;
+    preset.preset.outputGainDb = outputGainDb;
     return effectPresetText(preset);
 }
 
@@ -192,8 +180,10 @@ TEST(FilterProceduresHost, JsonPresetGovernsTheFirstTwoChannelsOnly) {
 TEST(FilterProceduresHost, CallsFromTwoThreadsWhileAudioFlowsAreEachAnsweredWhole) {
     obs_source_t* filter = freshFilter(2);
     ASSERT_NE(filter, nullptr);
-    const std::string voices[2] = {balancedPresetJson(6.0f, "up"),
-                                   balancedPresetJson(-6.0f, "down")};
+    // Two voices that each come out at the level they went in: audio that
+    // hears half of one and half of the other comes out 12 dB off.
+    const std::string voices[2] = {gainPresetJson(6.0f, -6.0f, "up"),
+                                   gainPresetJson(-6.0f, 6.0f, "down")};
     const std::string echoes[2] = {silentEchoJson(80.0f), silentEchoJson(160.0f)};
     ASSERT_TRUE(call(filter, "apply_effect_preset", voices[0]).ok);
     ASSERT_TRUE(call(filter, "apply_sound_fx_preset", echoes[0]).ok);
