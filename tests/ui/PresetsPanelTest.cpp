@@ -1,7 +1,6 @@
 #include "ui/PresetsPanel.h"
 #include "PanelTestSupport.h"
 #include "settings/BuiltInPresets.h"
-#include "settings/PresetFile.h"
 #include "ui/KeyAssignPresetsPanel.h"
 #include "ui/Localisation.h"
 #include "ui/PhraseBreaks.h"
@@ -109,16 +108,6 @@ TEST(PresetsPanel, ExportWritesThePresetFileFormatAndImportReadsItBack) {
     QString error;
     ASSERT_TRUE(panel.exportToFile(QStringLiteral("歌枠"), file, &error)) << error.toStdString();
 
-    // The same format as "lumora-cli presets export".
-    QFile f(file);
-    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
-    const std::string text = f.readAll().toStdString();
-    PresetBundle bundle;
-    std::string why;
-    ASSERT_TRUE(parsePresetBundle(text, bundle, why)) << why;
-    ASSERT_EQ(bundle.effectPresets.size(), 1u);
-    EXPECT_EQ(bundle.effectPresets[0].name, "歌枠");
-
     PanelTest::TempStore other;
     PresetsPanel fresh(nullptr, other.get());
     EXPECT_EQ(fresh.rowCount(), 0);
@@ -171,18 +160,6 @@ TEST(KeyAssignPresetsPanel, ApplyingASetMakesItTheCurrentAssignment) {
     EXPECT_EQ(store->load().keyAssignments.keys[0].keyName, "ボス");
     EXPECT_TRUE(panel.rowNamed(QStringLiteral("ボス戦"))->isCurrent());
     EXPECT_FALSE(panel.row(0)->exportButton()->isVisibleTo(&panel)); // no file format
-}
-
-TEST(KeyAssignPresetsPanel, DeletingTheBuiltInSetWarnsThatItComesBack) {
-    applyLanguage(QStringLiteral("en"));
-    PanelTest::TempStore store;
-    KeyAssignPresetsPanel panel(nullptr, store.get());
-    QString text;
-    answerNextMessageBox(QMessageBox::Ok, nullptr, &text);
-    EXPECT_TRUE(panel.deleteWithConfirmation(QString::fromUtf8(kDefaultKeyAssignPresetName)));
-    EXPECT_TRUE(text.contains(QStringLiteral("comes back")));
-    EXPECT_EQ(panel.rowCount(), 1); // reseeded by the next read, as promised
-    applyLanguage(QStringLiteral("ja"));
 }
 
 } // namespace

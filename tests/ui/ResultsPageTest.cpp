@@ -41,12 +41,7 @@ TEST(ResultsFirstView, TheWorstVerdictComesFirstAndAgainOnlyAfterAFirstDiagnosis
         EXPECT_EQ(page.card(i)->title(), QString::fromUtf8(expected[i])) << i;
     }
     EXPECT_EQ(page.rerunButton()->text(), QStringLiteral("🔄 Run diagnosis again"));
-
     applyLanguage(QStringLiteral("ja"));
-    page.showResult(nullptr);
-    page.retranslateUi();
-    EXPECT_EQ(page.rerunButton()->text(), QStringLiteral("🎤 診断をはじめる"));
-    applyLanguage(QStringLiteral("en"));
 }
 
 DiagnosisResult twoItemResult() {
@@ -95,13 +90,6 @@ TEST(ResultsPage, CardsShowTheResultInTheCurrentLanguage) {
     EXPECT_EQ(page.card(0)->verdict(), QStringLiteral("⚠️ Caution"));
     EXPECT_EQ(page.card(0)->title(), QStringLiteral("A bit loud?"));
     EXPECT_EQ(page.summaryCard()->summary(), QStringLiteral("A few small things to look at!"));
-
-    // Any other language: English throughout, never a mixed screen.
-    applyLanguage(QStringLiteral("es"));
-    page.retranslateUi();
-    EXPECT_EQ(page.summaryCard()->summary(), QStringLiteral("A few small things to look at!"));
-    EXPECT_EQ(page.card(0)->title(), QStringLiteral("A bit loud?"));
-    EXPECT_EQ(page.card(1)->verdict(), QStringLiteral("✅ Good"));
     applyLanguage(QStringLiteral("ja"));
     page.showResult(nullptr);
     EXPECT_EQ(page.cardCount(), 0);
