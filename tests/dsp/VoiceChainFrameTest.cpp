@@ -131,32 +131,3 @@ TEST(VoiceChainFrame, PlanesBeyondTheSecondAreUntouchedAndUncounted) {
     EXPECT_FLOAT_EQ(chain.inputLevelDb(), reference.inputLevelDb());
     EXPECT_FLOAT_EQ(chain.outputLevelDb(), reference.outputLevelDb());
 }
-
-// A fader moved between packets: the next packet glides (evenly in dB) from the old gain to
-// the new one, reached on its last sample, and the packet after it has it all.
-TEST(VoiceChainFrame, AGainHandedOverBetweenPacketsGlidesAcrossTheNextPacket) {
-    VoiceChain chain;
-    chain.prepare(48000.0, 4800);
-    EffectPreset p = activePreset();
-    p.outputGainDb = -6.0f;
-    chain.setParameters(p);
-    Packet first = sines(1, 480);
-    chain.process(first.data(), 1, 480);
-
-    p.outputGainDb = -12.0f;
-    chain.setParameters(p);
-    Packet second = sines(1, 480);
-    const Packet original = second;
-    chain.process(second.data(), 1, 480);
-    const float from = std::pow(10.0f, -6.0f / 20.0f);
-    const float to = std::pow(10.0f, -12.0f / 20.0f);
-    for (int i = 0; i < 480; ++i) {
-        const float g = from * std::pow(to / from, static_cast<float>(i + 1) / 480.0f);
-        ASSERT_NEAR(second.planes[0][i], original.planes[0][i] * g, 1e-6f) << "sample " << i;
-    }
-    Packet third = sines(1, 480);
-    chain.process(third.data(), 1, 480);
-    for (int i = 0; i < 480; ++i) {
-        ASSERT_FLOAT_EQ(third.planes[0][i], original.planes[0][i] * to) << "sample " << i;
-    }
-}
