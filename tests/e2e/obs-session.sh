@@ -39,6 +39,47 @@ start_obs() {
   fail "Tindra was not created within 90 s"
 }
 
+# Waits up to SECONDS for a shown window whose name matches PATTERN and prints
+# its id; fails quietly when none came.
+wait_window() {
+  local id
+  for _ in $(seq $(( $2 * 4 ))); do
+    id=$(xdotool search --onlyvisible --name "$1" 2>/dev/null | head -1)
+    [ -z "$id" ] || { echo "$id"; return 0; }
+    sleep 0.25
+  done
+  return 1
+}
+
+# What a user does: select the voice source, open its filters, press Tindra's
+# "Open". Each step waits for the window it opens rather than for a fixed time,
+# and a step whose click was lost (seen on a loaded virtual display) is tried
+# again. Sets $dialog, and $dx $dy to the dialog's corner.
+open_dialog() {
+  local filters=
+  dialog=
+  for _ in 1 2 3; do
+    filters=$(xdotool search --onlyvisible --name "^Filters for" 2>/dev/null | head -1)
+    if [ -z "$filters" ]; then
+      xdotool mousemove 372 803 click 1; sleep 1
+      xdotool mousemove 372 721 click 1
+      filters=$(wait_window "^Filters for" 10) || continue
+      # The filter's properties are laid out after the window is shown.
+      sleep 2
+    fi
+    xdotool mousemove 680 456 sleep 0.3 mousedown 1 sleep 0.15 mouseup 1
+    dialog=$(wait_window "^Tindra$" 10) && break
+  done
+  [ -n "$dialog" ] || fail "the dialog did not open"
+  # Without a window manager nothing raises a clicked window: the Filters
+  # window may still cover the dialog.
+  xdotool windowraise "$dialog"
+  xdotool windowfocus --sync "$dialog"
+  sleep 1
+  eval "$(xdotool getwindowgeometry --shell "$dialog")"
+  dx=$X dy=$Y
+}
+
 quit_obs() {
   # The Controls dock's "Exit". A click that lands while OBS is still busy
   # with the last step (a combo box closing, the settings being written) is

@@ -39,18 +39,6 @@ cat > "$home/session.sh" <<'RUN'
 set -u
 . "$e2e/obs-session.sh"
 
-# What a user does: select the voice source, open its filters, press "Open".
-# Keys go to the dialog once it has the input focus.
-open_dialog() {
-  xdotool mousemove 372 803 click 1; sleep 1
-  xdotool mousemove 372 721 click 1; sleep 3
-  xdotool mousemove 680 456 click 1; sleep 3
-  dialog=$(xdotool search --name "^Tindra$" | head -1)
-  [ -n "$dialog" ] || fail "the dialog did not open"
-  xdotool windowfocus --sync "$dialog"
-  eval "$(xdotool getwindowgeometry --shell "$dialog")"
-  dx=$X dy=$Y
-}
 # A press and a release apart by a human's moment: under Xvfb a release sent
 # straight after its press has been seen to go missing, leaving the button held
 # down and unclicked.
