@@ -11,6 +11,8 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <functional>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -238,6 +240,40 @@ void expectSmoothSweep(const Make& make, const Preset& p, const Set& set, const 
             }
         }
     }
+}
+
+// One knob of a sweep test: its name, its range in the parameter table, and how
+// it is set (switching its stage on too).
+template <typename Preset>
+struct SweptKnob {
+    const char* name;
+    const Parameter* parameter;
+    std::function<void(Preset&, float)> set;
+    // Its sound depends on when it was set (a read position, an LFO phase, a
+    // shifter's splices): no packet-by-packet comparison.
+    bool timed = false;
+};
+
+// Test names and failures show the knob's name, not its bytes.
+template <typename Preset>
+void PrintTo(const SweptKnob<Preset>& knob, std::ostream* out) {
+    *out << knob.name;
+}
+
+template <typename Preset>
+std::string sweptKnobName(const ::testing::TestParamInfo<SweptKnob<Preset>>& knob) {
+    std::string name = knob.param.name;
+    std::replace(name.begin(), name.end(), '.', '_');
+    return name;
+}
+
+// Sets one field of one stage's settings, switching the stage on.
+template <typename Preset, typename Group>
+std::function<void(Preset&, float)> field(Group Preset::*group, float Group::*knob) {
+    return [group, knob](Preset& p, float v) {
+        (p.*group).enabled = true;
+        (p.*group).*knob = v;
+    };
 }
 
 } // namespace Lumora::TestSignals

@@ -7,11 +7,8 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <fstream>
-#include <functional>
 #include <memory>
-#include <ostream>
 #include <string>
 
 using namespace Lumora;
@@ -19,20 +16,7 @@ using namespace Lumora::TestSignals;
 
 namespace {
 
-struct CleaningKnob {
-    const char* name;
-    const Parameter* parameter;
-    std::function<void(EffectPreset&, float)> set; // switches its stage on too
-};
-
-// Sets one field of one stage's settings, switching the stage on.
-template <typename Group>
-std::function<void(EffectPreset&, float)> field(Group EffectPreset::*group, float Group::*knob) {
-    return [group, knob](EffectPreset& p, float v) {
-        (p.*group).enabled = true;
-        (p.*group).*knob = v;
-    };
-}
+using CleaningKnob = SweptKnob<EffectPreset>;
 
 std::vector<CleaningKnob> cleaningKnobs() {
     using namespace Params;
@@ -103,11 +87,6 @@ std::vector<CleaningKnob> cleaningKnobs() {
     };
 }
 
-// Test names and failures show the knob's name, not its bytes.
-void PrintTo(const CleaningKnob& knob, std::ostream* out) {
-    *out << knob.name;
-}
-
 class CleaningKnobSweep : public ::testing::TestWithParam<CleaningKnob> {};
 
 } // namespace
@@ -131,8 +110,4 @@ TEST_P(CleaningKnobSweep, TurningItWhileTheVoicePlaysMakesNoClickAndNoSpike) {
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryCleaningKnob, CleaningKnobSweep, ::testing::ValuesIn(cleaningKnobs()),
-                         [](const ::testing::TestParamInfo<CleaningKnob>& knob) {
-                             std::string name = knob.param.name;
-                             std::replace(name.begin(), name.end(), '.', '_');
-                             return name;
-                         });
+                         sweptKnobName<EffectPreset>);

@@ -1,38 +1,27 @@
 // Learning the spectral reducer's noise profile from a take of the room alone.
 #include "dsp/NoiseProfileLearner.h"
 
+#include "DspTestSignals.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <random>
 #include <vector>
 
 using namespace Lumora;
-
-namespace {
-
-std::vector<float> whiteNoise(int n, float sigma, unsigned seed) {
-    std::mt19937 rng(seed);
-    std::normal_distribution<float> d(0.0f, sigma);
-    std::vector<float> x(static_cast<size_t>(n));
-    for (float& v : x) {
-        v = d(rng);
-    }
-    return x;
-}
-
-} // namespace
+using TestSignals::noise;
 
 TEST(NoiseProfileLearner, WhiteNoiseReadsItsPowerInEveryBand) {
     NoiseProfileLearner learner;
     learner.prepare(48000.0);
-    const float sigma = 0.01f;
-    const auto noise = whiteNoise(48000 * 4, sigma, 3);
-    learner.process(noise.data(), static_cast<int>(noise.size()));
+    // Uniform in [-a, a]: variance a²/3.
+    const float a = 0.01f;
+    const auto white = noise(48000 * 4, a, 3);
+    learner.process(white.data(), static_cast<int>(white.size()));
     EXPECT_EQ(learner.framesSeen(), 48000 * 4 / 512 - 1);
     // Sine window: the sum of w² over a frame is 512, so a bin holds σ²·512 on
     // average, which the reducer's scale (512²) turns into σ²/512.
-    const float expected = 10.0f * std::log10(sigma * sigma / 512.0f);
+    const float expected = 10.0f * std::log10(a * a / 3.0f / 512.0f);
     const auto profile = learner.profileDb(0.0f);
     for (int b = 0; b < kProfileBandCount; ++b) {
         EXPECT_NEAR(profile[b], expected, 1.0f) << "band " << b;
@@ -55,14 +44,14 @@ TEST(NoiseProfileLearner, NothingLearnedReadsSilenceAndNanCountsAsSilence) {
 }
 
 TEST(NoiseProfileLearner, ADoorSlamDuringTheTakeDoesNotRaiseTheProfile) {
-    const auto room = whiteNoise(48000 * 3, 0.001f, 5);
+    const auto room = noise(48000 * 3, 0.0017f, 5);
     NoiseProfileLearner quiet;
     quiet.prepare(48000.0);
     quiet.process(room.data(), static_cast<int>(room.size()));
 
     // 100 ms some 50 dB above the room, a second into the take.
     auto slammed = room;
-    const auto slam = whiteNoise(4800, 0.3f, 6);
+    const auto slam = noise(4800, 0.5f, 6);
     for (size_t i = 0; i < slam.size(); ++i) {
         slammed[48000 + i] += slam[i];
     }

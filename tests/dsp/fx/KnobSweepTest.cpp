@@ -6,33 +6,15 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <functional>
 #include <memory>
-#include <ostream>
 
 using namespace Lumora;
 using namespace FxTest;
 
 namespace {
 
-struct Knob {
-    const char* name;
-    const Parameter* parameter;
-    std::function<void(SoundFxPreset&, float)> set; // enables the effect too
-    // Its sound depends on when it was set (a read position, an LFO phase, a
-    // shifter's splices): no packet-by-packet comparison.
-    bool timed = false;
-};
-
-// Sets one field of one effect's settings, switching that effect on.
-template <typename Group>
-std::function<void(SoundFxPreset&, float)> field(Group SoundFxPreset::*group, float Group::*knob) {
-    return [group, knob](SoundFxPreset& p, float v) {
-        (p.*group).enabled = true;
-        (p.*group).*knob = v;
-    };
-}
+using Knob = TestSignals::SweptKnob<SoundFxPreset>;
+using TestSignals::field;
 
 std::vector<Knob> knobs() {
     using namespace Params;
@@ -90,11 +72,6 @@ std::vector<Knob> knobs() {
     };
 }
 
-// Test names and failures show the knob's name, not its bytes.
-void PrintTo(const Knob& knob, std::ostream* out) {
-    *out << knob.name;
-}
-
 class KnobSweep : public ::testing::TestWithParam<Knob> {};
 
 } // namespace
@@ -114,8 +91,4 @@ TEST_P(KnobSweep, TurningItWhileTheVoicePlaysMakesNoClickAndNoSpike) {
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryFxKnob, KnobSweep, ::testing::ValuesIn(knobs()),
-                         [](const ::testing::TestParamInfo<Knob>& knob) {
-                             std::string name = knob.param.name;
-                             std::replace(name.begin(), name.end(), '.', '_');
-                             return name;
-                         });
+                         TestSignals::sweptKnobName<SoundFxPreset>);

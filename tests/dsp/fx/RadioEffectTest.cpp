@@ -7,19 +7,6 @@
 using namespace Lumora;
 using namespace FxTest;
 
-namespace {
-
-SoundFxPreset onlyRadio(float lowCut, float highCut, float overdrive) {
-    SoundFxPreset p;
-    p.radio.enabled = true;
-    p.radio.lowCutHz = lowCut;
-    p.radio.highCutHz = highCut;
-    p.radio.overdrive = overdrive;
-    return p;
-}
-
-} // namespace
-
 TEST(RadioEffect, TelephoneBandAndDriveGiveTheirGainsInDb) {
     // Band 300 Hz to 3.4 kHz: second-order Butterworth high- and low-pass, so
     // -3.01 dB at each corner. Quiet tones keep tanh linear, where the drive
@@ -42,8 +29,13 @@ TEST(RadioEffect, TelephoneBandAndDriveGiveTheirGainsInDb) {
         {1000.0, 0.5f, 0.5f, 0.37},  // tanh flattens the peaks of the same drive
     };
     for (const Row& row : rows) {
+        SoundFxPreset radio;
+        radio.radio.enabled = true;
+        radio.radio.lowCutHz = 300.0f;
+        radio.radio.highCutHz = 3400.0f;
+        radio.radio.overdrive = row.overdrive;
         VoiceFxChain chain;
-        setUp(chain, onlyRadio(300.0f, 3400.0f, row.overdrive));
+        setUp(chain, radio);
         const Signal x = sine(row.hz, 9600, row.amplitude);
         Audio audio({x, x});
         runInPackets(chain, audio, 480);
