@@ -1,5 +1,4 @@
-// Chorus and flanger: their voices' timing and blend, feedback, stereo spread,
-// and the types that do nothing.
+// Chorus and flanger: their voices' timing and blend, feedback and stereo spread.
 #include "FxTestSupport.h"
 
 #include "dsp/fx/Chorus.h"
@@ -80,13 +79,4 @@ TEST(Flanger, FeedbackRingsButKeepsThePowerOfTheInput) {
     EXPECT_NEAR(audio.planes[0][2 * d], std::sqrt(1.0f - feedback * feedback) * feedback, 1e-6);
     const double energy = rms(audio.planes[0]) * rms(audio.planes[0]) * 48000;
     EXPECT_NEAR(energy, 1.0, 1e-3);
-}
-
-TEST(Modulation, UnknownTypeLeavesTheAudioAlone) {
-    VoiceFxChain chain;
-    setUp(chain, onlyMod(7, 1.0f, 1.0f, 0.5f, 1.0f));
-    const Signal x = sine(300.0, 960, 0.5f);
-    Audio audio({x});
-    runInPackets(chain, audio, 480);
-    EXPECT_EQ(audio.planes[0], x);
 }

@@ -40,11 +40,13 @@ TEST(VoiceFxChain, PassThroughCasesAreBitExactWithEqualLevels) {
     Case cases[] = {{"every effect off, gains set", {}, true},
                     {"effects on, switched off (as the diagnosis does), then edited",
                      onlyDelay(10.0f, 0.5f, 1.0f), false},
-                    {"no known code in the order, 0 dB gains", onlyDelay(10.0f, 0.0f, 0.0f), true}};
+                    {"no known code in the order, 0 dB gains", onlyDelay(10.0f, 0.0f, 0.0f), true},
+                    {"a modulation type the chain does not know", {}, true}};
     cases[0].preset.inputGainDb = 12.0f; // gains do not act while no effect is on
     cases[0].preset.outputGainDb = -6.0f;
     cases[1].preset.radio.enabled = true;
     cases[2].preset.effectOrder = {7, 7, 7, 7, 7};
+    cases[3].preset.mod = {true, 7, 1.0f, 1.0f, 0.5f, 1.0f}; // on, type 7, full depth and wet
     for (const Case& c : cases) {
         VoiceFxChain chain;
         setUp(chain, c.preset);
