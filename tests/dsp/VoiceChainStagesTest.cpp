@@ -56,21 +56,6 @@ std::unique_ptr<VoiceChain> chainWith(const EffectPreset& p) {
 
 } // namespace
 
-TEST(VoiceChainStages, FreshChainWithTheGateIsSilentUntilTheFirstLoudSample) {
-    EffectPreset p;
-    p.active = true;
-    p.gate.enabled = true; // threshold -55 dB
-    auto chain = chainWith(p);
-    Stereo packet(960, 1, 0.001f); // -60 dB: below the threshold
-    packet.left[700] = 0.1f;
-    chain->process(packet.planes, 2, 960);
-    for (int i = 0; i <= 700; ++i) {
-        ASSERT_EQ(packet.left[i], 0.0f) << i;
-        ASSERT_EQ(packet.right[i], 0.0f) << i;
-    }
-    EXPECT_NE(packet.left[800], 0.0f);
-}
-
 TEST(VoiceChainStages, MetersOfTheDynamicsStagesAreZeroWhenOff) {
     EffectPreset p = everyStage();
     auto chain = chainWith(p);
