@@ -33,6 +33,7 @@ e2e_write_scene "$config" "$voice" "[
 export HOME=$home XDG_CONFIG_HOME=$home/.config LUMORA_SETTINGS_DIR=$home/lumora-settings
 export LIBGL_ALWAYS_SOFTWARE=1 QT_QPA_PLATFORM=xcb
 cat > "$home/run-obs.sh" <<'RUN'
+. "$e2e/obs-session.sh"
 obs --disable-updater --disable-shutdown-check >"$artifacts/obs-stdout.txt" 2>&1 &
 pid=$!
 ok=1
@@ -49,14 +50,12 @@ win=$(xdotool search --name "OBS [0-9]" | head -1)
 if [ -n "$win" ]; then
   xdotool windowmove "$win" 0 0 windowsize "$win" 1600 1000
   sleep 2
-  xdotool mousemove 372 803 click 1
-  sleep 1
-  xdotool mousemove 372 721 click 1
-  sleep 3
+  open_filters
   import -window root "$artifacts/obs-filters-tindra.png" 2>/dev/null || true
   # "Open" shows the filter's dialog; a second click raises the same one.
   xdotool mousemove 680 456 click 1
-  sleep 3
+  wait_window "^Tindra$" 10 >/dev/null || true
+  sleep 1
   xdotool mousemove 680 456 click 1
   sleep 2
   xdotool search --name "^Tindra$" > "$artifacts/tindra-windows.txt" || true
@@ -95,7 +94,8 @@ kill $pid 2>/dev/null || true
 wait $pid 2>/dev/null || true
 exit $ok
 RUN
-export config artifacts
+e2e=$(cd "$(dirname "$0")" && pwd)
+export config artifacts e2e
 status=0
 xvfb-run -a -s "-screen 0 1600x1000x24" bash "$home/run-obs.sh" || status=$?
 cp "$config"/logs/*.txt "$artifacts/obs-log.txt" 2>/dev/null || true

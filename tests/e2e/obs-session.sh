@@ -51,22 +51,27 @@ wait_window() {
   return 1
 }
 
-# What a user does: select the voice source, open its filters, press Tindra's
-# "Open". Each step waits for the window it opens rather than for a fixed time,
-# and a step whose click was lost (seen on a loaded virtual display) is tried
-# again. Sets $dialog, and $dx $dy to the dialog's corner.
+# What a user does: select the voice source and open its filters. Each step
+# waits for the window it opens rather than for a fixed time, and a click lost
+# on a loaded virtual display is tried again.
+open_filters() {
+  for _ in 1 2 3; do
+    xdotool search --onlyvisible --name "^Filters for" >/dev/null 2>&1 && return 0
+    xdotool mousemove 372 803 click 1; sleep 1
+    xdotool mousemove 372 721 click 1
+    if wait_window "^Filters for" 10 >/dev/null; then
+      sleep 2 # the filter's properties are laid out after the window is shown
+      return 0
+    fi
+  done
+  fail "the Filters window did not open"
+}
+
+# Then Tindra's "Open". Sets $dialog, and $dx $dy to the dialog's corner.
 open_dialog() {
-  local filters=
   dialog=
   for _ in 1 2 3; do
-    filters=$(xdotool search --onlyvisible --name "^Filters for" 2>/dev/null | head -1)
-    if [ -z "$filters" ]; then
-      xdotool mousemove 372 803 click 1; sleep 1
-      xdotool mousemove 372 721 click 1
-      filters=$(wait_window "^Filters for" 10) || continue
-      # The filter's properties are laid out after the window is shown.
-      sleep 2
-    fi
+    open_filters
     xdotool mousemove 680 456 sleep 0.3 mousedown 1 sleep 0.15 mouseup 1
     dialog=$(wait_window "^Tindra$" 10) && break
   done
