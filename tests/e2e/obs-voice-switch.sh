@@ -89,6 +89,11 @@ for _ in $(seq 20); do
   sleep 0.5
 done
 $saved || fail "デスゲーム was not saved as the default voice"
+# The dialog writes the choice before it hands the voice to the filter, and the
+# shifted voice fades in only once its shifters have filled: a cut begun the
+# moment the file shows the name can still hold the dry voice's first syllable,
+# whose hiss alone moved the top octave by 6 dB.
+sleep 1
 cut default-voice 3
 shot default-chosen
 quit_obs
