@@ -168,38 +168,6 @@ TEST(DiagnosisAnalyser, LowBurstReadsTheLoudestTenMillisecondsUnderTheVoiceAndBo
     EXPECT_NEAR(pop->snapshot().lowBurstDb, burst.lowBurstDb - 8.6859, 0.05);
 }
 
-// Each take restarts the held measures: a "pa" take's peak and burst must not
-// stand in the silence take that follows, or the gate lands at -20 dBFS.
-TEST(DiagnosisAnalyser, RestartHeldForgetsTheEarlierTake) {
-    auto restarted = prepared(48000.0);
-    auto carried = prepared(48000.0);
-    double phase[2] = {0.0, 0.0};
-    DiagnosisAnalyser* both[2] = {restarted.get(), carried.get()};
-    for (int i = 0; i < 2; ++i) {
-        feedSine(*both[i], 48000.0, 40.0, 0.5, 0.1, 480, phase[i]); // the "pa"
-        feedSine(*both[i], 48000.0, 1000.0, 0.01, 0.2, 480, phase[i]);
-    }
-    const uint32_t epoch = restarted->restartHeld();
-    AudioMetrics m = restarted->snapshot();
-    EXPECT_NE(m.heldEpoch, epoch) << "no block has been processed since the restart";
-    EXPECT_GT(m.peakDb, -10.0f) << "so the snapshot still holds the earlier take";
-
-    for (int i = 0; i < 2; ++i) {
-        feedSine(*both[i], 48000.0, 1000.0, 0.01, 0.01, 480, phase[i]);
-    }
-    m = restarted->snapshot();
-    EXPECT_EQ(m.heldEpoch, epoch);
-    EXPECT_NEAR(m.peakDb, -40.0, 0.01);
-    EXPECT_LT(m.lowBurstDb, -80.0f);
-    const AudioMetrics old = carried->snapshot();
-    EXPECT_GT(old.peakDb, -10.0f);
-    EXPECT_GT(old.lowBurstDb, -15.0f);
-
-    // The measures that are not held carry on untouched.
-    EXPECT_EQ(m.smoothedLevelDb, old.smoothedLevelDb);
-    EXPECT_EQ(m.noiseFloorDb, old.noiseFloorDb);
-}
-
 // The wizard restarts from the interface thread while the audio thread keeps
 // processing: once a snapshot carries the new epoch it must never show the
 // peak or burst of a block from before the restart.

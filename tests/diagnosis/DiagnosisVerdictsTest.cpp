@@ -212,10 +212,6 @@ TEST(DiagnosisVerdicts, DistanceThresholds) {
         int expected;
         std::string titleEn;
     } cases[] = {
-        {kMicDynamic, 0.0f, 0, great},
-        {kMicCondenser, 0.0f, 0, great},
-        {kMicUsb, 0.0f, 0, great},
-        {kMicUnknown, 0.0f, 0, great},
         {kMicDynamic, 10.5f, 2,
          "Mic seems too close! Breath from P and B sounds might be hitting it."},
         {kMicUsb, 9.9f, 1, close},

@@ -2,8 +2,6 @@
 // fall-back from a damaged live file to the backup and then to defaults.
 
 #include "settings/SettingsStore.h"
-#include "settings/JsonText.h"
-#include "settings/SettingsJson.h"
 #include "settings/support/TaggedDocument.h"
 #include "settings/support/TempFolder.h"
 
@@ -137,18 +135,6 @@ TEST(SettingsStoreFiles, ADamagedMissingOrUnreadableLiveFileFallsBackToTheBackup
     r = store.inspect();
     EXPECT_EQ(r.live, FileVerdict::Unreadable);
     EXPECT_EQ(r.settings.lastPresetName, "old");
-}
-
-TEST(SettingsStoreFiles, BothFilesDamagedGiveDefaults) {
-    TempFolder dir;
-    SettingsStore store(dir.path());
-    TempFolder::write(store.settingsPath(), "#LMSUM:00000000\n{}");
-    TempFolder::write(store.backupPath(), std::string("\0\0\0", 3));
-    const LoadReport r = store.inspect();
-    EXPECT_EQ(r.source, LoadSource::Defaults);
-    EXPECT_EQ(r.live, FileVerdict::ChecksumMismatch);
-    EXPECT_EQ(r.backup, FileVerdict::NoChecksumLine);
-    EXPECT_EQ(renderJson(toJson(r.settings)), renderJson(toJson(AppSettings{})));
 }
 
 TEST(SettingsStoreFiles, AFolderThatCannotBeCreatedFailsTheSaveAndWritesNothing) {

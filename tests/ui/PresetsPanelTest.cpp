@@ -131,19 +131,6 @@ TEST(PresetsPanel, ExportWritesThePresetFileFormatAndImportReadsItBack) {
     EXPECT_EQ(fresh.rowCount(), 1);
 }
 
-TEST(SoundFxPresetsPanel, ListsTheBuiltInsAndHandsAChosenOneOver) {
-    PanelTest::TempStore store;
-    SoundFxPresetsPanel panel(nullptr, store.get());
-    EXPECT_EQ(panel.rowCount(), 4); // the four seeded combinations
-    QSignalSpy applied(&panel, &SoundFxPresetsPanel::presetApplied);
-    ASSERT_TRUE(panel.applyPreset(QString::fromUtf8("デスゲーム")));
-    ASSERT_EQ(applied.count(), 1);
-    const auto p = applied.at(0).at(0).value<SavedSoundFxPreset>();
-    EXPECT_TRUE(p.preset.pitch.enabled);
-    EXPECT_FLOAT_EQ(p.preset.pitch.semitonesB, -12.0f);
-    EXPECT_FALSE(panel.applyPreset(QStringLiteral("ない")));
-}
-
 TEST(KeyAssignPresetsPanel, ApplyingASetMakesItTheCurrentAssignment) {
     PanelTest::TempStore store;
     KeyAssignmentSet mine;

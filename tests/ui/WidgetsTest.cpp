@@ -159,5 +159,4 @@ TEST(KeyCap, CombinedVoiceNamesStandOnTwoLines) {
               QStringList({QStringLiteral("デスゲーム")}));
     EXPECT_EQ(Lumora::KeyCap::nameLines(QStringLiteral("＋ only")),
               QStringList({QStringLiteral("＋ only")}));
-    EXPECT_GE(Lumora::KeyCap::kNamePointSize, 9.0);
 }
