@@ -1,9 +1,7 @@
 // The analyser's process must not allocate: it runs on the host's audio thread.
-// On glibc this file interposes malloc and friends for the whole test program
-// (forwarding to glibc's own) and counts the calls made by the counting thread,
-// which catches C++ allocations and libebur128's C allocations alike.
 
 #include "diagnosis/DiagnosisAnalyser.h"
+#include "support/AllocationCounter.h"
 
 #include <ebur128.h>
 #include <gtest/gtest.h>
@@ -13,88 +11,23 @@
 #include <memory>
 #include <vector>
 
-#if defined(__GLIBC__) && !defined(__SANITIZE_ADDRESS__)
-#define LUMORA_COUNT_MALLOC 1
-
-extern "C" {
-void* __libc_malloc(size_t size);
-void* __libc_calloc(size_t count, size_t size);
-void* __libc_realloc(void* p, size_t size);
-void* __libc_memalign(size_t alignment, size_t size);
-void __libc_free(void* p);
-}
-
-namespace {
-thread_local bool tCounting = false;
-thread_local long tAllocations = 0;
-inline void noteAllocation() {
-    if (tCounting) {
-        ++tAllocations;
-    }
-}
-} // namespace
-
-extern "C" {
-void* malloc(size_t size) {
-    noteAllocation();
-    return __libc_malloc(size);
-}
-void* calloc(size_t count, size_t size) {
-    noteAllocation();
-    return __libc_calloc(count, size);
-}
-void* realloc(void* p, size_t size) {
-    noteAllocation();
-    return __libc_realloc(p, size);
-}
-void* aligned_alloc(size_t alignment, size_t size) {
-    noteAllocation();
-    return __libc_memalign(alignment, size);
-}
-void* memalign(size_t alignment, size_t size) {
-    noteAllocation();
-    return __libc_memalign(alignment, size);
-}
-int posix_memalign(void** out, size_t alignment, size_t size) {
-    noteAllocation();
-    void* p = __libc_memalign(alignment, size);
-    if (!p) {
-        return 12; // ENOMEM
-    }
-    *out = p;
-    return 0;
-}
-void free(void* p) {
-    __libc_free(p);
-}
-}
-
-namespace {
-// Counts the allocations that `work` makes on this thread.
-template <typename Work>
-long allocationsIn(Work&& work) {
-    tAllocations = 0;
-    tCounting = true;
-    work();
-    tCounting = false;
-    return tAllocations;
-}
-} // namespace
-#endif
-
 namespace Lumora {
 namespace {
 
-#ifdef LUMORA_COUNT_MALLOC
+using Testing::allocationsIn;
 
 TEST(AnalyserAllocation, CounterSeesCxxAndLibraryAllocations) {
+    if (!Testing::allocationCountingWorks()) {
+        GTEST_SKIP() << "allocation counting needs glibc's allocator without sanitizers";
+    }
     EXPECT_EQ(allocationsIn([] {
                   auto p = std::make_unique<int>(1);
                   EXPECT_EQ(*p, 1);
               }),
               1);
     // libebur128 in block-list mode mallocs one node per 100 ms gating block:
-    // the counter must see those, or the test below would prove nothing.
+    // the counter must see a library's allocations, or the no-allocation tests
+    // here and of the chains would prove nothing.
     ebur128_state* st = ebur128_init(1, 48000, EBUR128_MODE_I);
     ASSERT_NE(st, nullptr);
     std::vector<float> second(48000);
@@ -109,6 +42,9 @@ TEST(AnalyserAllocation, CounterSeesCxxAndLibraryAllocations) {
 }
 
 TEST(AnalyserAllocation, ProcessNeverAllocatesAfterPrepare) {
+    if (!Testing::allocationCountingWorks()) {
+        GTEST_SKIP() << "allocation counting needs glibc's allocator without sanitizers";
+    }
     auto analyser = std::make_unique<DiagnosisAnalyser>();
     analyser->prepare(48000.0);
     analyser->setRecording(true);
@@ -140,14 +76,6 @@ TEST(AnalyserAllocation, ProcessNeverAllocatesAfterPrepare) {
     EXPECT_EQ(analyser->snapshot().blockCount, 6003u);
     EXPECT_GT(analyser->snapshot().shortTermLufs, -70.0f);
 }
-
-#else
-
-TEST(AnalyserAllocation, ProcessNeverAllocatesAfterPrepare) {
-    GTEST_SKIP() << "allocation counting needs glibc's allocator without sanitizers";
-}
-
-#endif
 
 } // namespace
 } // namespace Lumora

@@ -2,6 +2,8 @@
 // parameter or sample can leave the chain producing non-finite output.
 #include "DspTestSignals.h"
 #include "dsp/VoiceChain.h"
+#include "dsp/fx/FxTestSupport.h"
+#include "support/AllocationCounter.h"
 
 #include <gtest/gtest.h>
 
@@ -172,4 +174,50 @@ TEST(VoiceChainRobustness, NonFiniteSamplesSpoilAtMostTheirOwnPacket) {
         }
         EXPECT_TRUE(std::isfinite(chain->compressorDetectorDb()));
     }
+}
+
+TEST(VoiceChainRobustness, ProcessNeverAllocatesAfterPrepare) {
+    if (!Testing::allocationCountingWorks()) {
+        GTEST_SKIP() << "allocation counting needs glibc's allocator without sanitizers";
+    }
+    const std::vector<float> voice = FxTest::speech(8.0);
+    ASSERT_FALSE(voice.empty()) << "no recorded speech";
+    VoiceChain chain;
+    chain.setNoiseModelLocation({{LUMORA_DEEPFILTER_STANDIN},
+                                 LUMORA_TEST_DATA_DIR
+                                 "/noise-model/models/DeepFilterNet3_onnx.tar.gz"});
+    chain.prepare(48000.0, 1024);
+    ASSERT_TRUE(chain.noiseSuppressionAvailable());
+    EffectPreset p = everyStage();
+    p.noise.enabled = true;
+    std::vector<float> left = voice, right = voice;
+    // The host's packet sizes, a tiny one and one longer than the switch's dry
+    // copy; the settings move every few packets (new coefficients, a new noise
+    // table) and the chain is switched off and on again (the crossfade).
+    const int sizes[] = {480, 1024, 441, 1, 5000, 960};
+    long allocations = 0;
+    size_t position = 0;
+    for (int k = 0; k < 400; ++k) {
+        const int n = sizes[k % 6];
+        if (position + static_cast<size_t>(n) > voice.size()) {
+            position = 0;
+        }
+        if (k % 10 == 0) {
+            const int j = k / 10;
+            p.bypass = j % 7 == 6;
+            p.spectral.amount = 0.5f + 0.05f * static_cast<float>(j % 10);
+            p.spectral.profileDb.fill(-75.0f + static_cast<float>(j % 20));
+            p.noise.mix = static_cast<float>(j % 3) / 2.0f;
+            p.gate.thresholdDb = -50.0f + static_cast<float>(j % 30);
+            p.eq.notchBands[j % kNotchBandCount].gainDb = static_cast<float>(j % 13) - 6.0f;
+            p.comp.thresholdDb = -30.0f + static_cast<float>(j % 20);
+            p.limiter.ceilingDb = -6.0f + static_cast<float>(j % 5);
+            chain.setParameters(p); // the interface thread's copy may allocate
+        }
+        float* planes[2] = {left.data() + position, right.data() + position};
+        allocations += Testing::allocationsIn([&] { chain.process(planes, 2, n); });
+        position += static_cast<size_t>(n);
+    }
+    EXPECT_EQ(allocations, 0);
+    EXPECT_TRUE(allFinite(left));
 }
