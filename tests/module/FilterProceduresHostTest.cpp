@@ -5,17 +5,15 @@
 
 #include "settings/PresetFile.h"
 #include "settings/SettingsStore.h"
+#include "support/CommandRun.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <atomic>
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <thread>
 
 namespace fs = std::filesystem;
@@ -45,61 +43,17 @@ CallResult call(obs_source_t* filter, const char* name, const std::string& json)
     return r;
 }
 
-// A Tindra filter on a fresh source at 48 kHz with `channels` channels.
-obs_source_t* freshFilter(int channels) {
-    std::string error;
-    EXPECT_TRUE(host().resetAudio(48000, channels, error)) << error;
-    obs_source_t* filter = host().addFilter("lumora_filter", "", error);
-    EXPECT_NE(filter, nullptr) << error;
-    return filter;
-}
-
-// Pushes 0.2 s of a test signal in 480-frame packets; `delay` gets how late
-// the filter says its output is (its timestamps' shift), in frames.
-std::vector<std::vector<float>> pushSignal(int channels, std::vector<std::vector<float>>& in,
-                                           size_t& delay) {
-    in = makeSignal(channels, 9600, 0.1f);
-    std::vector<std::vector<float>> out;
-    for (size_t start = 0; start < 9600; start += 480) {
-        std::vector<const float*> planes;
-        for (auto& p : in) {
-            planes.push_back(p.data() + start);
-        }
-        host().push(planes, 480, out);
-    }
-    delay = static_cast<size_t>(
-        std::llround(host().lastTimestampShiftNs() * 1e-9 * host().sampleRate()));
-    return out;
-}
-
 // Runs lumora-host as a separate process (a real restart of libobs).
 std::string runHost(const std::string& env, const std::string& args, std::string& log) {
-    const std::string logPath = fs::temp_directory_path() / "lumora-host-test.log";
-    const std::string command = env + " xvfb-run -a " + LUMORA_HOST_PATH + " --module " +
-                                LUMORA_MODULE_PATH + args + " 2>" + logPath;
-    std::string out;
-    if (FILE* p = popen(command.c_str(), "r")) {
-        char buffer[4096];
-        while (size_t n = fread(buffer, 1, sizeof buffer, p)) {
-            out.append(buffer, n);
-        }
-        pclose(p);
-    }
-    std::ifstream logFile(logPath);
-    std::stringstream logText;
-    logText << logFile.rdbuf();
-    log = logText.str();
-    return out;
+    const Testing::CommandRun run = Testing::runCommand(env + " xvfb-run -a " + LUMORA_HOST_PATH +
+                                                        " --module " + LUMORA_MODULE_PATH + args);
+    log = run.err;
+    return run.out;
 }
 
 double jsonNumber(const std::string& json, const std::string& key) {
     const auto at = json.find("\"" + key + "\":");
     return at == std::string::npos ? NAN : std::atof(json.c_str() + at + key.size() + 3);
-}
-
-std::string makeTempFolder() {
-    char folder[] = "/tmp/lumora-proc-test-XXXXXX";
-    return mkdtemp(folder) ? folder : "";
 }
 
 // A cleaning voice of the given input and output gains.
@@ -150,9 +104,9 @@ TEST(FilterProceduresHost, JsonPresetGovernsTheFirstTwoChannelsOnly) {
     ASSERT_TRUE(applied.called);
     ASSERT_TRUE(applied.ok) << applied.error;
 
-    std::vector<std::vector<float>> in;
+    const auto in = makeSignal(6, 9600, 0.1f);
     size_t delay = 0;
-    const auto out = pushSignal(6, in, delay);
+    const auto out = pushThrough(in, 480, delay);
     host().removeAllFilters();
     EXPECT_EQ(delay, 3072u) << "the voices' constant delay, 64 ms";
     const float g = std::pow(10.0f, 6.0f / 20.0f);
@@ -271,9 +225,9 @@ TEST(FilterProceduresHost, RefusedCallsSayWhyAndChangeNothing) {
     EXPECT_FALSE(dropped.ok);
     EXPECT_EQ(dropped.error, "no interface thread to run on");
     EXPECT_FALSE(unread.ok);
-    std::vector<std::vector<float>> in;
+    const auto in = makeSignal(2, 9600, 0.1f);
     size_t delay = 0;
-    const auto out = pushSignal(2, in, delay);
+    const auto out = pushThrough(in, 480, delay);
     ASSERT_LT(delay, in[0].size());
     // Still a pass-through, on its own time.
     EXPECT_TRUE(std::equal(in[0].begin(), in[0].end() - static_cast<long>(delay),
@@ -282,7 +236,8 @@ TEST(FilterProceduresHost, RefusedCallsSayWhyAndChangeNothing) {
 }
 
 TEST(FilterProceduresHost, PresetAppliedByNameComesBackAfterARestart) {
-    const std::string folder = makeTempFolder();
+    const Testing::TempFolder temp;
+    const std::string& folder = temp.path();
     ASSERT_FALSE(folder.empty());
     {
         SettingsStore store(folder);
@@ -306,11 +261,11 @@ TEST(FilterProceduresHost, PresetAppliedByNameComesBackAfterARestart) {
     const std::string second = runHost(env, " --filter lumora_filter" + voice, log);
     EXPECT_NEAR(jsonNumber(second, "levelOutDb") - jsonNumber(second, "levelInDb"), -6.0, 0.05)
         << second << log;
-    fs::remove_all(folder);
 }
 
 TEST(FilterProceduresHost, NeuralSuppressionRunsWhenTheLibraryAndModelAreThere) {
-    const std::string folder = makeTempFolder();
+    const Testing::TempFolder temp;
+    const std::string& folder = temp.path();
     ASSERT_FALSE(folder.empty());
     const fs::path data = fs::path(folder) / "data";
     fs::create_directories(data);
@@ -341,5 +296,4 @@ TEST(FilterProceduresHost, NeuralSuppressionRunsWhenTheLibraryAndModelAreThere) 
     const std::string without = runHost(env, args, log);
     EXPECT_NEAR(jsonNumber(without, "levelOutDb") - jsonNumber(without, "levelInDb"), 0.0, 0.01)
         << without;
-    fs::remove_all(folder);
 }

@@ -1,11 +1,13 @@
 #include "HostEnvironment.h"
 
+#include "settings/support/TempFolder.h"
+
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <memory>
-#include <unistd.h>
 
 namespace {
 
@@ -16,15 +18,17 @@ public:
     void SetUp() override {
         // Every test process gets settings of its own: a filter restores the voice
         // stored there, and one test's presets must not leak into another's.
-        char folder[] = "/tmp/lumora-host-test-XXXXXX";
-        ASSERT_NE(mkdtemp(folder), nullptr);
-        setenv("LUMORA_SETTINGS_DIR", folder, 1);
+        ASSERT_FALSE(settings_.path().empty());
+        setenv("LUMORA_SETTINGS_DIR", settings_.path().c_str(), 1);
         gHost = std::make_unique<Lumora::ObsHarness>();
         std::string error;
         ASSERT_TRUE(gHost->start(48000, 2, error)) << error;
         ASSERT_TRUE(gHost->loadModule(LUMORA_MODULE_PATH, LUMORA_MODULE_DATA, error)) << error;
     }
     void TearDown() override { gHost.reset(); }
+
+private:
+    Lumora::Testing::TempFolder settings_;
 };
 
 const auto* const gRegistered = ::testing::AddGlobalTestEnvironment(new HostEnvironment);
@@ -45,6 +49,30 @@ std::vector<std::vector<float>> makeSignal(int channels, int frames, float ampli
         }
     }
     return planes;
+}
+
+obs_source_t* freshFilter(int channels, uint32_t rate) {
+    std::string error;
+    EXPECT_TRUE(host().resetAudio(rate, channels, error)) << error;
+    obs_source_t* filter = host().addFilter("lumora_filter", "", error);
+    EXPECT_NE(filter, nullptr) << error;
+    return filter;
+}
+
+std::vector<std::vector<float>> pushThrough(const std::vector<std::vector<float>>& input, int block,
+                                            size_t& delay) {
+    const int frames = input.empty() ? 0 : static_cast<int>(input[0].size());
+    std::vector<std::vector<float>> out;
+    for (int start = 0; start < frames; start += block) {
+        std::vector<const float*> planes;
+        for (const auto& p : input) {
+            planes.push_back(p.data() + start);
+        }
+        host().push(planes, static_cast<uint32_t>(std::min(block, frames - start)), out);
+    }
+    delay = static_cast<size_t>(
+        std::llround(host().lastTimestampShiftNs() * 1e-9 * host().sampleRate()));
+    return out;
 }
 
 int countLines(const std::string& needle) {

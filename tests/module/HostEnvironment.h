@@ -18,4 +18,13 @@ struct obs_audio_data* callFilterAudio(obs_source_t* filter, struct obs_audio_da
 // Planar test signal: a different sine on every channel.
 std::vector<std::vector<float>> makeSignal(int channels, int frames, float amplitude = 0.3f);
 
+// A Tindra filter on a fresh source with the output at `rate` and `channels`.
+obs_source_t* freshFilter(int channels, uint32_t rate = 48000);
+
+// Pushes `input` through the host in packets of `block` frames and returns what
+// came out; `delay` gets how late the filter says its output is (its
+// timestamps' shift), in frames.
+std::vector<std::vector<float>> pushThrough(const std::vector<std::vector<float>>& input, int block,
+                                            size_t& delay);
+
 int countLines(const std::string& needle);
