@@ -61,6 +61,11 @@ void setUp(Lumora::VoiceFxChain& chain, const Lumora::SoundFxPreset& preset, dou
 // they are); and so on for each effect.
 Lumora::SoundFxPreset onlyDelay(float timeMs, float feedback, float wet);
 
+// Every knob of the effects, with its range in the parameter table and how it
+// is set (switching its effect on), as the knob sweeps and the bad-settings
+// tests turn them.
+std::vector<Lumora::TestSignals::SweptKnob<Lumora::SoundFxPreset>> knobs();
+
 // The recorded speech of the system's sound samples, back to back, looped to
 // at least `seconds`; mono at 48 kHz. Empty when the files are missing.
 Signal speech(double seconds);

@@ -6,8 +6,11 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <limits>
 #include <random>
+#include <string>
+#include <vector>
 
 using namespace Lumora;
 using namespace FxTest;
@@ -68,81 +71,65 @@ void expectRecovers(const SoundFxPreset& bad, const SoundFxPreset& good, const c
 
 } // namespace
 
-TEST(FxRobustness, RunawayFeedbackIsHeldBelowOne) {
+// Settings no knob gives but a damaged file or another program can send, each
+// on top of every effect: a second of them, then a second of sane ones.
+TEST(FxRobustness, BadSettingsLeaveTheChainFiniteAndItRecovers) {
+    struct Mutation {
+        std::string name;
+        std::function<void(SoundFxPreset&)> apply;
+    };
+    std::vector<Mutation> mutations;
     for (float feedback : {1.0f, 1.5f, 100.0f, -3.0f}) {
-        SoundFxPreset bad = everything();
-        bad.delay.feedback = feedback;
-        bad.delay.wetMix = 1.0f;
-        bad.mod.feedback = feedback;
-        bad.mod.type = kModFlanger;
-        expectRecovers(bad, everything(), "feedback");
+        mutations.push_back({"runaway feedback " + std::to_string(feedback), [=](SoundFxPreset& p) {
+                                 p.delay.feedback = feedback;
+                                 p.delay.wetMix = 1.0f;
+                                 p.mod.feedback = feedback;
+                                 p.mod.type = kModFlanger;
+                             }});
     }
-}
-
-TEST(FxRobustness, ExtremeModulationRatesKeepWorking) {
     // Delay times beyond the knob: DelayEffect.TimesBeyondTheKnobAreClampedNotRefused.
     for (int32_t type : {kModChorus, kModFlanger, kModTremolo}) {
-        SoundFxPreset p = everything();
-        p.mod.type = type;
-        p.mod.rate = 0.0f;
-        p.mod.depth = 1.0f;
-        expectRecovers(p, everything(), "rate 0");
-        p.mod.rate = -4.0f;
-        expectRecovers(p, everything(), "negative rate");
-        p.mod.rate = 1e9f;
-        expectRecovers(p, everything(), "absurd rate");
+        const std::string kind = "modulation " + std::to_string(type);
+        for (float rate : {0.0f, -4.0f, 1e9f}) {
+            mutations.push_back({kind + ", rate " + std::to_string(rate), [=](SoundFxPreset& p) {
+                                     p.mod.type = type;
+                                     p.mod.rate = rate;
+                                     p.mod.depth = 1.0f;
+                                 }});
+        }
+        // Not a number falls back to the default, whatever the knob.
+        mutations.push_back({kind + ", every knob NaN", [=](SoundFxPreset& p) {
+                                 for (const auto& knob : knobs()) {
+                                     knob.set(p, kNaN);
+                                 }
+                                 p.inputGainDb = kNaN;
+                                 p.outputGainDb = kInf;
+                                 p.mod.type = type;
+                             }});
     }
-}
-
-TEST(FxRobustness, OutOfRangeKnobsStayStable) {
-    SoundFxPreset p = everything();
-    p.radio.overdrive = -0.5f; // would divide by the root of a negative drive
-    p.radio.lowCutHz = 40000.0f;
-    p.radio.highCutHz = -10.0f;
-    p.reverb.roomSize = 3.0f;
-    p.reverb.damping = -2.0f;
-    p.reverb.lowCutHz = 1e6f;
-    p.reverb.duckingAmount = 9.0f;
-    p.pitch.semitonesA = 80.0f;
-    p.pitch.semitonesB = -80.0f;
-    p.pitch.formantShiftA = 40.0f;
-    p.pitch.formantBands[0].hz = 1e7f;
-    p.pitch.formantBands[1].width = 0.0f;
-    p.pitch.formantBands[2].gainDb = 500.0f;
-    p.pitch.mixAB = -1.0f;
-    p.inputGainDb = 1000.0f;
-    p.outputGainDb = -1000.0f;
-    expectRecovers(p, everything(), "out of range");
-}
-
-TEST(FxRobustness, NaNParametersFallBackToDefaults) {
-    SoundFxPreset p = everything();
-    p.inputGainDb = kNaN;
-    p.outputGainDb = kInf;
-    p.pitch.semitonesA = kNaN;
-    p.pitch.formantShiftA = kNaN;
-    p.pitch.wetMix = kNaN;
-    p.pitch.mixAB = kNaN;
-    p.pitch.formantBands[1].hz = kNaN;
-    p.pitch.formantBands[1].width = kNaN;
-    p.reverb.roomSize = kNaN;
-    p.reverb.damping = kNaN;
-    p.reverb.wetMix = kNaN;
-    p.reverb.lowCutHz = kNaN;
-    p.reverb.duckingAmount = kNaN;
-    p.delay.timeMs = kNaN;
-    p.delay.feedback = kNaN;
-    p.delay.wetMix = kNaN;
-    p.radio.lowCutHz = kNaN;
-    p.radio.highCutHz = kNaN;
-    p.radio.overdrive = kNaN;
-    p.mod.rate = kNaN;
-    p.mod.depth = kNaN;
-    p.mod.feedback = kNaN;
-    p.mod.wetMix = kNaN;
-    for (int32_t type : {kModChorus, kModFlanger, kModTremolo}) {
-        p.mod.type = type;
-        expectRecovers(p, everything(), "NaN parameters");
+    mutations.push_back({"out of range", [](SoundFxPreset& p) {
+                             p.radio.overdrive =
+                                 -0.5f; // would divide by the root of a negative drive
+                             p.radio.lowCutHz = 40000.0f;
+                             p.radio.highCutHz = -10.0f;
+                             p.reverb.roomSize = 3.0f;
+                             p.reverb.damping = -2.0f;
+                             p.reverb.lowCutHz = 1e6f;
+                             p.reverb.duckingAmount = 9.0f;
+                             p.pitch.semitonesA = 80.0f;
+                             p.pitch.semitonesB = -80.0f;
+                             p.pitch.formantShiftA = 40.0f;
+                             p.pitch.formantBands[0].hz = 1e7f;
+                             p.pitch.formantBands[1].width = 0.0f;
+                             p.pitch.formantBands[2].gainDb = 500.0f;
+                             p.pitch.mixAB = -1.0f;
+                             p.inputGainDb = 1000.0f;
+                             p.outputGainDb = -1000.0f;
+                         }});
+    for (const Mutation& m : mutations) {
+        SoundFxPreset bad = everything();
+        m.apply(bad);
+        expectRecovers(bad, everything(), m.name.c_str());
     }
 }
 
