@@ -4,6 +4,7 @@
 #include "WavFile.h"
 #include "settings/JsonText.h"
 #include "support/CommandRun.h"
+#include "support/RecordedSpeech.h"
 
 #include <gtest/gtest.h>
 
@@ -22,15 +23,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const std::string kSounds = "/usr/share/sounds/alsa/";
-
 // ---- making the takes ----
 
 std::vector<float> load(const std::string& name) {
-    WavData w;
-    std::string error;
-    EXPECT_TRUE(readWav(kSounds + name, w, error)) << error;
-    return w.planes.empty() ? std::vector<float>{} : w.planes[0];
+    std::vector<float> sound = Testing::alsaSound(name);
+    EXPECT_FALSE(sound.empty()) << "recorded speech from alsa-utils is needed: " << name;
+    return sound;
 }
 
 // Half a second of quiet room noise, then the words, scaled and cut or padded
@@ -55,12 +53,12 @@ protected:
         dir_ = fs::temp_directory_path() / ("lumora-diagnose-" + std::to_string(::getpid()));
         fs::create_directories(dir_);
         std::vector<float> words;
-        for (const char* name : {"Front_Left.wav", "Front_Center.wav", "Front_Right.wav"}) {
+        for (const char* name : {"Front_Left", "Front_Center", "Front_Right"}) {
             const std::vector<float> w = load(name);
             words.insert(words.end(), w.begin(), w.end());
         }
         // Room noise at about -70 dBFS (the recorded noise sits at -30 dBFS).
-        std::vector<float> room = load("Noise.wav");
+        std::vector<float> room = load("Noise");
         for (float& v : room) {
             v *= 0.01f;
         }

@@ -2,12 +2,12 @@
 // while a measurement holds the chains, what views are told, and changes made
 // while the audio thread runs.
 #include "engine/FilterEngine.h"
-#include "WavFile.h"
 #include "dsp/AudioMath.h"
 #include "dsp/FilterDesign.h"
 #include "settings/BuiltInPresets.h"
 
 #include "dsp/DspTestSignals.h"
+#include "support/RecordedSpeech.h"
 #include <ebur128.h>
 #include <gtest/gtest.h>
 
@@ -140,15 +140,11 @@ TEST(FilterEngine, AMovedHoldEndsOnceAndListenersHearEveryChange) {
 // alsa-utils voices one after another, 250 ms apart, their loudest sample
 // scaled to `peak`.
 std::vector<float> alsaSpeech(std::initializer_list<const char*> names, float peak) {
-    WavData wav;
-    std::string error;
     std::vector<float> speech;
     for (const char* name : names) {
-        if (readWav(std::string("/usr/share/sounds/alsa/") + name + ".wav", wav, error) &&
-            wav.channels() > 0 && wav.sampleRate == 48000) {
-            speech.insert(speech.end(), wav.planes[0].begin(), wav.planes[0].end());
-            speech.insert(speech.end(), 12000, 0.0f);
-        }
+        const std::vector<float> sound = Testing::alsaSound(name);
+        speech.insert(speech.end(), sound.begin(), sound.end());
+        speech.insert(speech.end(), sound.empty() ? 0 : 12000, 0.0f);
     }
     const float top = TestSignals::peak(speech, 0, speech.size());
     for (float& v : speech) {

@@ -1,10 +1,9 @@
 #include "FxTestSupport.h"
 
-#include "WavFile.h"
 #include "dsp/Parameters.h"
+#include "support/RecordedSpeech.h"
 
 #include <algorithm>
-#include <filesystem>
 
 using namespace Lumora;
 
@@ -133,21 +132,10 @@ std::vector<TestSignals::SweptKnob<SoundFxPreset>> knobs() {
 }
 
 Signal speech(double seconds) {
-    std::vector<std::filesystem::path> files;
-    std::error_code ec;
-    for (const auto& entry : std::filesystem::directory_iterator("/usr/share/sounds/alsa", ec)) {
-        if (entry.path().extension() == ".wav") {
-            files.push_back(entry.path());
-        }
-    }
-    std::sort(files.begin(), files.end());
     Signal all;
-    for (const auto& file : files) {
-        WavData wav;
-        std::string error;
-        if (readWav(file.string(), wav, error) && wav.sampleRate == 48000 && wav.frames() > 0) {
-            all.insert(all.end(), wav.planes[0].begin(), wav.planes[0].end());
-        }
+    for (const std::string& name : Testing::alsaSoundNames()) {
+        const Signal sound = Testing::alsaSound(name);
+        all.insert(all.end(), sound.begin(), sound.end());
     }
     if (all.empty()) {
         return all;
