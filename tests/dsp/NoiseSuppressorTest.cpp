@@ -2,6 +2,7 @@
 // the attenuation limit, and every way of being unavailable.
 #include "DspTestSignals.h"
 #include "dsp/VoiceChain.h"
+#include "dsp/fx/FxTestSupport.h"
 #include "platform/Platform.h"
 
 #include <gtest/gtest.h>
@@ -60,17 +61,14 @@ std::unique_ptr<VoiceChain> noiseChain(const NoiseModelLocation& where, float mi
 
 // Runs x through the chain in packets, on `channels` channels alike (one or
 // two), and returns the first; both must come out the same.
-std::vector<float> runMono(VoiceChain& chain, std::vector<float> x, int packet, int channels = 1) {
-    std::vector<float> right = x;
-    for (size_t start = 0; start < x.size(); start += static_cast<size_t>(packet)) {
-        const int n = std::min<int>(packet, static_cast<int>(x.size() - start));
-        float* planes[2] = {x.data() + start, right.data() + start};
-        chain.process(planes, channels, n);
-    }
+std::vector<float> runMono(VoiceChain& chain, const std::vector<float>& x, int packet,
+                           int channels = 1) {
+    FxTest::Audio audio(std::vector<FxTest::Signal>(static_cast<size_t>(channels), x));
+    FxTest::runInPackets(chain, audio, packet);
     if (channels > 1) {
-        EXPECT_EQ(right, x) << "the channels differ";
+        EXPECT_EQ(audio.planes[1], audio.planes[0]) << "the channels differ";
     }
-    return x;
+    return audio.planes[0];
 }
 
 void expectDelayedAndScaled(const std::vector<float>& out, const std::vector<float>& in, int delay,

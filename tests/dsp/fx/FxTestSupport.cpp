@@ -48,17 +48,6 @@ double zeroCrossingHz(const Signal& x, int from, int to, double rate) {
     return crossings > 0 ? crossings * rate / (last - first) : 0.0;
 }
 
-void runInPackets(VoiceFxChain& chain, Audio& audio, int packet) {
-    std::vector<float*> pointers(static_cast<size_t>(audio.channels()));
-    for (int start = 0; start < audio.frames(); start += packet) {
-        const int n = std::min(packet, audio.frames() - start);
-        for (int c = 0; c < audio.channels(); ++c) {
-            pointers[c] = audio.planes[c].data() + start;
-        }
-        chain.process(pointers.data(), audio.channels(), n);
-    }
-}
-
 void setUp(VoiceFxChain& chain, const SoundFxPreset& preset, double rate) {
     chain.prepare(rate, static_cast<int>(rate / 10));
     chain.setParameters(preset);

@@ -4,6 +4,7 @@
 #include "dsp/DspTestSignals.h"
 #include "dsp/fx/VoiceFxChain.h"
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <vector>
@@ -51,8 +52,19 @@ double rmsDb(const Signal& x, int from = 0, int to = -1);
 // Frequency by counting rising zero crossings (interpolated) over [from, to).
 double zeroCrossingHz(const Signal& x, int from, int to, double rate = kRate);
 
-// Runs the chain over the whole audio in packets of `packet` frames.
-void runInPackets(Lumora::VoiceFxChain& chain, Audio& audio, int packet);
+// Runs a chain (the effects' or the cleaning one) over the whole audio in
+// packets of `packet` frames.
+template <typename Chain>
+void runInPackets(Chain& chain, Audio& audio, int packet) {
+    std::vector<float*> pointers(static_cast<size_t>(audio.channels()));
+    for (int start = 0; start < audio.frames(); start += packet) {
+        const int n = std::min(packet, audio.frames() - start);
+        for (int c = 0; c < audio.channels(); ++c) {
+            pointers[c] = audio.planes[c].data() + start;
+        }
+        chain.process(pointers.data(), audio.channels(), n);
+    }
+}
 
 // A chain prepared at `rate`, switched on, with the record handed over.
 void setUp(Lumora::VoiceFxChain& chain, const Lumora::SoundFxPreset& preset, double rate = kRate);
