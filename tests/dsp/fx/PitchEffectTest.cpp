@@ -82,55 +82,59 @@ TEST(PitchEffect, ShiftedToneHasItsRatioAfterTheConstantDelay) {
     }
 }
 
-TEST(PitchEffect, MinuteOfSpeechHasNoPaddedGaps) {
-    const Signal input = speechOverNoise(60.0);
-    ASSERT_FALSE(input.empty()) << "speech samples missing";
-    for (int packet : {480, 1024}) {
-        SoundFxPreset p = onlyPitch(5.0f);
-        p.pitch.layerBEnabled = true;
-        p.pitch.semitonesB = -7.0f;
-        p.pitch.formantShiftA = 0.3f;
+// Real speech through the shifter, as it plays for a long time and as a knob is
+// turned (a new pitch on every packet, up and down the range, starting
+// downwards and upwards): the output starts one constant delay late and then
+// never pads with silence, at about the input's level.
+TEST(PitchEffect, SpeechComesOutWholeHeldOrSwept) {
+    const struct {
+        const char* name;
+        double seconds;
+        int channels, packet;
+        bool swept;
+        float start; // the sweep's phase; the shift when held
+    } cases[] = {
+        {"a minute, two layers, packets of 480", 60.0, 2, 480, false, 5.0f},
+        {"a minute, two layers, packets of 1024", 60.0, 2, 1024, false, 5.0f},
+        {"swept, starting downwards", 20.0, 1, 480, true, -0.5f},
+        {"swept, starting upwards", 20.0, 1, 480, true, 0.5f},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        const Signal input = speechOverNoise(c.seconds);
+        ASSERT_FALSE(input.empty()) << "speech samples missing";
+        SoundFxPreset p = onlyPitch(c.swept ? 12.0f * std::sin(c.start) : c.start);
+        if (!c.swept) {
+            p.pitch.layerBEnabled = true;
+            p.pitch.semitonesB = -7.0f;
+            p.pitch.formantShiftA = 0.3f;
+        }
         VoiceFxChain chain;
         setUp(chain, p);
-        Audio audio({input, input});
-        runInPackets(chain, audio, packet);
-        for (int c = 0; c < 2; ++c) {
-            const int start = firstNonZero(audio.planes[c]);
-            ASSERT_GE(start, 0);
-            EXPECT_EQ(start, VoiceAlignment::delayFramesAt(kRate));
-            EXPECT_EQ(longestZeroRun(audio.planes[c], start), 0) << "packet " << packet;
+        Audio audio(std::vector<Signal>(static_cast<size_t>(c.channels), input));
+        std::vector<float*> pointers(static_cast<size_t>(c.channels));
+        for (int from = 0, k = 0; from < audio.frames(); from += c.packet, ++k) {
+            if (c.swept) {
+                p.pitch.semitonesA = 12.0f * std::sin(c.start + k * 0.01f);
+                chain.setParameters(p);
+            }
+            for (int ch = 0; ch < c.channels; ++ch) {
+                pointers[ch] = audio.planes[ch].data() + from;
+            }
+            chain.process(pointers.data(), c.channels, std::min(c.packet, audio.frames() - from));
         }
-        EXPECT_EQ(chain.pitchEffect().underruns(), 0) << "packet " << packet;
-    }
-}
-
-TEST(PitchEffect, SweepingThePitchKeepsTheStreamWhole) {
-    // A knob being turned: a new pitch on every packet, up and down the range,
-    // starting downwards and upwards.
-    const Signal input = speechOverNoise(20.0);
-    ASSERT_FALSE(input.empty());
-    for (float start : {-0.5f, 0.5f}) {
-        SoundFxPreset p = onlyPitch(12.0f * std::sin(start));
-        VoiceFxChain chain;
-        setUp(chain, p);
-        Audio audio({input});
-        const int packet = 480;
-        std::vector<float*> pointer(1);
-        for (int from = 0, k = 0; from + packet <= audio.frames(); from += packet, ++k) {
-            p.pitch.semitonesA = 12.0f * std::sin(start + k * 0.01f);
-            chain.setParameters(p);
-            pointer[0] = audio.planes[0].data() + from;
-            chain.process(pointer.data(), 1, packet);
+        for (const Signal& out : audio.planes) {
+            const int begin = firstNonZero(out);
+            ASSERT_GE(begin, 0);
+            EXPECT_EQ(begin, VoiceAlignment::delayFramesAt(kRate));
+            EXPECT_TRUE(allFinite(out));
+            // Dragged across to the other side, the shifter restarts through the
+            // dry voice instead of falling behind its delay: no gap at all.
+            EXPECT_EQ(longestZeroRun(out, begin), 0);
+            EXPECT_LT(rmsDb(out, begin, audio.frames()), 0.0);
+            EXPECT_GT(rmsDb(out, begin, audio.frames()), rmsDb(input) - 6.0);
         }
-        const int begin = firstNonZero(audio.planes[0]);
-        ASSERT_GE(begin, 0);
-        EXPECT_TRUE(allFinite(audio.planes[0]));
-        // Dragged across to the other side, the shifter restarts through the
-        // dry voice instead of falling behind its delay: no gap at all.
-        EXPECT_EQ(chain.pitchEffect().underruns(), 0) << start;
-        EXPECT_EQ(longestZeroRun(audio.planes[0], begin), 0) << start;
-        EXPECT_LT(rmsDb(audio.planes[0], begin, audio.frames()), 0.0);
-        EXPECT_GT(rmsDb(audio.planes[0], begin, audio.frames()), rmsDb(input) - 6.0);
+        EXPECT_EQ(chain.pitchEffect().underruns(), 0);
     }
 }
 
