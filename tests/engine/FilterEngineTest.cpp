@@ -193,25 +193,6 @@ double loudnessThrough(FilterEngine& engine, const std::vector<float>& in) {
     return lufs;
 }
 
-TEST(FilterEngine, NothingLeavesAboveMinusOneDbfsThroughAnyBuiltInVoice) {
-    // Recorded speech raised to full scale: the hottest voice a microphone gives.
-    const std::vector<float> speech = alsaSpeech({"Front_Center", "Rear_Left"}, 1.0f);
-    ASSERT_GT(speech.size(), 48000u) << "recorded speech from alsa-utils is needed";
-    const float ceiling = dbToGain(FilterEngine::kSafetyCeilingDb);
-    EffectPreset hot; // the cleaning chain on, 12 dB of input gain
-    hot.inputGainDb = 12.0f;
-    std::vector<SavedSoundFxPreset> voices = builtInSoundFxPresets();
-    voices.push_back(SavedSoundFxPreset{}); // and the dry voice
-    for (const SavedSoundFxPreset& voice : voices) {
-        FilterEngine engine;
-        engine.prepare(kRate);
-        engine.applyEffectPreset(hot);
-        engine.applySoundFxPreset(voice.preset);
-        engine.setSoundFxActive(true);
-        EXPECT_LE(outputPeak(engine, speech), ceiling) << voice.name;
-    }
-}
-
 TEST(FilterEngine, TheDiagnosisHearsTheClippingThatTheSafetyLimiterHolds) {
     FilterEngine engine;
     engine.prepare(kRate);
@@ -228,21 +209,37 @@ TEST(FilterEngine, TheDiagnosisHearsTheClippingThatTheSafetyLimiterHolds) {
     EXPECT_EQ(run(engine, quiet), quiet);
 }
 
-// Switching voices live must not make the streamer louder or quieter: every
-// built-in voice speaks within 1.5 dB of the dry voice.
-TEST(FilterEngine, EveryBuiltInVoiceIsAsLoudAsTheDryVoice) {
+// Every built-in voice and the dry one. The hottest voice a microphone gives
+// (recorded speech at full scale) into a cleaning chain with 12 dB of input
+// gain leaves nothing above -1 dBFS. And switching voices live must not make
+// the streamer louder or quieter: at a speaking level every voice is within
+// 1.5 dB of the dry voice.
+TEST(FilterEngine, EveryBuiltInVoiceStaysUnderTheCeilingAndAsLoudAsTheDryVoice) {
+    const std::vector<float> hotSpeech = alsaSpeech({"Front_Center", "Rear_Left"}, 1.0f);
     const std::vector<float> speech = speakingVoices();
+    ASSERT_GT(hotSpeech.size(), 48000u) << "recorded speech from alsa-utils is needed";
     ASSERT_GT(speech.size(), 5u * 48000u) << "recorded speech from alsa-utils is needed";
+    const float ceiling = dbToGain(FilterEngine::kSafetyCeilingDb);
+    EffectPreset hot; // the cleaning chain on, 12 dB of input gain
+    hot.inputGainDb = 12.0f;
     FilterEngine dry;
     dry.prepare(kRate);
     const double dryLufs = loudnessThrough(dry, speech);
-    for (const SavedSoundFxPreset& voice : builtInSoundFxPresets()) {
+    std::vector<SavedSoundFxPreset> voices = builtInSoundFxPresets();
+    voices.push_back(SavedSoundFxPreset{}); // and the dry voice
+    for (const SavedSoundFxPreset& voice : voices) {
+        FilterEngine hotEngine;
+        hotEngine.prepare(kRate);
+        hotEngine.applyEffectPreset(hot);
+        hotEngine.applySoundFxPreset(voice.preset);
+        hotEngine.setSoundFxActive(true);
+        EXPECT_LE(outputPeak(hotEngine, hotSpeech), ceiling) << voice.name;
+
         FilterEngine engine;
         engine.prepare(kRate);
         engine.applySoundFxPreset(voice.preset);
         engine.setSoundFxActive(true);
-        const double lufs = loudnessThrough(engine, speech);
-        EXPECT_NEAR(lufs, dryLufs, 1.5) << voice.name;
+        EXPECT_NEAR(loudnessThrough(engine, speech), dryLufs, 1.5) << voice.name;
     }
 }
 
