@@ -1,4 +1,5 @@
 #include "diagnosis/DiagnosisAnalyser.h"
+#include "dsp/DspTestSignals.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +14,8 @@
 namespace Lumora {
 namespace {
 
-constexpr double kPi = 3.14159265358979323846;
+using TestSignals::kPi;
+using TestSignals::toDb;
 constexpr double kLevelTolDb = 0.05;
 
 std::unique_ptr<DiagnosisAnalyser> prepared(double rate) {
@@ -25,14 +27,11 @@ std::unique_ptr<DiagnosisAnalyser> prepared(double rate) {
 // Feeds `seconds` of a sine in blocks of `block`, keeping the phase across blocks.
 void feedSine(DiagnosisAnalyser& a, double rate, double hz, double amp, double seconds, int block,
               double& phase) {
-    std::vector<float> buf(static_cast<size_t>(block));
     const long total = std::lround(seconds * rate);
     for (long done = 0; done < total; done += block) {
         const int n = static_cast<int>(std::min<long>(block, total - done));
-        for (int i = 0; i < n; ++i) {
-            buf[static_cast<size_t>(i)] = static_cast<float>(amp * std::sin(phase));
-            phase += 2.0 * kPi * hz / rate;
-        }
+        std::vector<float> buf = TestSignals::sine(hz, rate, n, static_cast<float>(amp), phase);
+        phase += 2.0 * kPi * hz * n / rate;
         a.process(buf.data(), n);
     }
 }
@@ -44,10 +43,6 @@ void feedConstant(DiagnosisAnalyser& a, float value, int blocks, int block) {
     }
 }
 
-double db(double x) {
-    return 20.0 * std::log10(x);
-}
-
 // Magnitude of a second-order Butterworth-like section (Q = 1/1.414) after the
 // bilinear transform, from the analogue prototype at the pre-warped frequency.
 // (Corners are kept just below half the rate, where the filters stay stable.)
@@ -56,7 +51,7 @@ double bandGainDb(double rate, double cornerHz, double hz, bool highPass) {
     const double w = std::tan(kPi * hz / rate) / std::tan(kPi * corner / rate);
     const double den = std::sqrt((1.0 - w * w) * (1.0 - w * w) + (w * 1.414) * (w * 1.414));
     const double mag = highPass ? w * w / den : 1.0 / den;
-    return std::max(db(mag), -400.0);
+    return std::max(toDb(mag), -400.0);
 }
 
 TEST(DiagnosisAnalyser, ClipsAtExactly0999) {
@@ -107,10 +102,10 @@ TEST_P(AnalyserSineAtRate, LevelPeakAndBandsMatchTheAnalyticValues) {
     feedSine(*a, rate, 1000.0, 0.5, 4.0, static_cast<int>(rate / 100), phase);
     const AudioMetrics m = a->snapshot();
 
-    const double rms = db(0.5 / std::sqrt(2.0));
+    const double rms = toDb(0.5 / std::sqrt(2.0));
     EXPECT_NEAR(m.blockLevelDb, rms, 0.01);
     EXPECT_NEAR(m.smoothedLevelDb, rms, kLevelTolDb);
-    EXPECT_NEAR(m.peakDb, db(0.5), 0.01);
+    EXPECT_NEAR(m.peakDb, toDb(0.5), 0.01);
     EXPECT_FALSE(m.clipped);
 
     const double low = rms + bandGainDb(rate, 500.0, 1000.0, false);
@@ -136,7 +131,7 @@ TEST(DiagnosisAnalyser, LowBurstReadsTheLoudestTenMillisecondsUnderTheVoiceAndBo
         double phase = 0.0;
         feedSine(*a, 48000.0, 50.0, 0.5, 0.5, block, phase);
         const float burst = a->snapshot().lowBurstDb;
-        EXPECT_NEAR(burst, db(0.5 / std::sqrt(2.0)), kInBandTolDb) << "block " << block;
+        EXPECT_NEAR(burst, toDb(0.5 / std::sqrt(2.0)), kInBandTolDb) << "block " << block;
         if (block == 64) {
             first = burst;
         }
@@ -248,7 +243,7 @@ TEST(DiagnosisAnalyser, SpectrumBandHoldsTheTone) {
     const int toneBand = bandOf(32);
     ASSERT_GE(toneBand, 0);
     // Hann window: coherent gain 1/2, so |X| = A * 1024 / 4 and |X| / 512 = A / 2.
-    EXPECT_NEAR(m.spectrumDb[static_cast<size_t>(toneBand)], db(0.25), 0.1);
+    EXPECT_NEAR(m.spectrumDb[static_cast<size_t>(toneBand)], toDb(0.25), 0.1);
     // Neighbouring bands share their edge bins; bands clear of the window's main
     // lobe (bins 31..33) hold far less.
     for (int b = 0; b < kSpectrumBandCount; ++b) {
@@ -296,7 +291,7 @@ TEST(DiagnosisAnalyser, ZerosAndNonFiniteSamplesReadAsSilence) {
     double phase = 0.0;
     feedSine(*a, 48000.0, 1000.0, 0.1, 3.5, 480, phase);
     const AudioMetrics m = a->snapshot();
-    EXPECT_NEAR(m.smoothedLevelDb, db(0.1 / std::sqrt(2.0)), kLevelTolDb);
+    EXPECT_NEAR(m.smoothedLevelDb, toDb(0.1 / std::sqrt(2.0)), kLevelTolDb);
     EXPECT_TRUE(std::isfinite(m.lowBandDb) && m.lowBandDb > -96.0f);
     EXPECT_TRUE(std::isfinite(m.highBandDb) && m.highBandDb > -96.0f);
     // K-weighting is +0.69 dB at 1 kHz and cancels the -0.691 offset, so a mono
@@ -330,15 +325,12 @@ TEST(DiagnosisAnalyser, BlocksLargerThanEveryRingAreMeasuredWhole) {
     auto a = prepared(48000.0);
     a->setRecording(true);
     const size_t n = DiagnosisAnalyser::kCaptureSize + 1000;
-    std::vector<float> big(n, 0.0f);
-    for (size_t i = 0; i < n; ++i) {
-        big[i] = static_cast<float>(0.5 * std::sin(2.0 * kPi * 1000.0 * i / 48000.0));
-    }
+    std::vector<float> big = TestSignals::sine(1000.0, 48000.0, static_cast<int>(n), 0.5f);
     big[n - 1] = 0.999f;
     a->process(big.data(), static_cast<int>(n));
     const AudioMetrics m = a->snapshot();
     EXPECT_EQ(m.blockCount, 1u);
-    EXPECT_NEAR(m.blockLevelDb, db(0.5 / std::sqrt(2.0)), 0.01);
+    EXPECT_NEAR(m.blockLevelDb, toDb(0.5 / std::sqrt(2.0)), 0.01);
     EXPECT_TRUE(m.clipped);
     EXPECT_GT(m.spectrumDb[40], -96.0f);
     std::vector<float> out(16);

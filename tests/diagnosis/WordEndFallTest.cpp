@@ -1,6 +1,7 @@
 // The room cue: how fast the quickest word endings fall 20 dB.
 
 #include "diagnosis/WordEndFall.h"
+#include "dsp/DspTestSignals.h"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +13,7 @@ using namespace Lumora;
 namespace {
 
 constexpr double kRate = 48000.0;
-constexpr double kPi = 3.14159265358979323846;
+using TestSignals::kPi;
 
 // One syllable per entry of `tailsMs`: a 1 kHz tone swelling by 6 dB over
 // 150 ms, so its energy has a single peak at its end, then decaying
