@@ -12,6 +12,7 @@
 #include <QTimer>
 
 #include <cmath>
+#include <functional>
 
 namespace Lumora::PanelTest {
 
@@ -19,26 +20,28 @@ namespace {
 
 constexpr double kPi = 3.14159265358979323846;
 
-double rmsDb(const std::vector<float>& x, size_t from) {
-    double sum = 0.0;
-    for (size_t i = from; i < x.size(); ++i) {
-        sum += static_cast<double>(x[i]) * x[i];
-    }
-    const double n = static_cast<double>(x.size() - from);
-    return 10.0 * std::log10(std::max(sum / std::max(n, 1.0), 1e-30));
+// Runs `answer` on the next modal widget of type T once it is up. Polled from
+// a timer: a fixed delay would race a slow machine.
+template <typename T>
+void whenModal(std::function<void(T*)> answer) {
+    auto* poll = new QTimer;
+    poll->setInterval(20);
+    QObject::connect(poll, &QTimer::timeout, poll, [poll, answer] {
+        auto* modal = qobject_cast<T*>(QApplication::activeModalWidget());
+        if (!modal) {
+            return;
+        }
+        poll->stop();
+        poll->deleteLater();
+        answer(modal);
+    });
+    poll->start();
 }
 
 } // namespace
 
 void answerNextMessageBox(QMessageBox::StandardButton button, QString* title, QString* text) {
-    // Polls until the box is up: a fixed delay would race a slow machine.
-    auto* poll = new QTimer;
-    poll->setInterval(20);
-    QObject::connect(poll, &QTimer::timeout, poll, [poll, button, title, text] {
-        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        if (!box) {
-            return;
-        }
+    whenModal<QMessageBox>([button, title, text](QMessageBox* box) {
         if (title) {
             *title = box->windowTitle();
         }
@@ -50,22 +53,11 @@ void answerNextMessageBox(QMessageBox::StandardButton button, QString* title, QS
         } else {
             box->reject();
         }
-        poll->stop();
-        poll->deleteLater();
     });
-    poll->start();
 }
 
 void typeIntoNextInputDialog(const QString& text, bool accept) {
-    auto* poll = new QTimer;
-    poll->setInterval(20);
-    QObject::connect(poll, &QTimer::timeout, poll, [poll, text, accept] {
-        auto* dialog = qobject_cast<QInputDialog*>(QApplication::activeModalWidget());
-        if (!dialog) {
-            return;
-        }
-        poll->stop();
-        poll->deleteLater();
+    whenModal<QInputDialog>([text, accept](QInputDialog* dialog) {
         QLineEdit* edit = dialog->findChild<QDoubleSpinBox*>()->findChild<QLineEdit*>();
         edit->selectAll();
         QTest::keyClicks(edit, text);
@@ -75,7 +67,15 @@ void typeIntoNextInputDialog(const QString& text, bool accept) {
             dialog->reject();
         }
     });
-    poll->start();
+}
+
+double rmsDb(const std::vector<float>& x, size_t from) {
+    double sum = 0.0;
+    for (size_t i = from; i < x.size(); ++i) {
+        sum += static_cast<double>(x[i]) * x[i];
+    }
+    const double n = static_cast<double>(x.size() > from ? x.size() - from : 0);
+    return 10.0 * std::log10(std::max(sum / std::max(n, 1.0), 1e-30));
 }
 
 std::string fileText(const EffectPreset& preset) {

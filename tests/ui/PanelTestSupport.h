@@ -53,6 +53,9 @@ std::function<bool(const QString&, const QString&, QString&)> answerName(const Q
 
 std::vector<float> sine(double hz, int frames, float amplitude, double rate = 48000.0);
 
+// The level in dBFS of `x` from sample `from` on.
+double rmsDb(const std::vector<float>& x, size_t from = 0);
+
 // Steady-state gain in dB of `chain` (already prepared and set) at `hz`:
 // a sine through it in 480-sample packets, the last third measured.
 double measureGainDb(VoiceChain& chain, double hz, double rate = 48000.0);
