@@ -129,92 +129,78 @@ struct JapaneseDialog {
     }
 };
 
-TEST(JapaneseWalk, EveryPageShowsNoUntranslatedEnglish) {
-    JapaneseDialog d;
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(d.dialog.get()));
-    const QRegularExpression word(QStringLiteral("[A-Za-z][A-Za-z]+"));
-    d.visitEveryPage([&](const QString& where) {
-        for (const QString& text : visibleTexts(d.dialog.get())) {
-            if (text.startsWith(QLatin1Char('<'))) {
-                continue; // rich text: its tags are not words
-            }
-            auto it = word.globalMatch(text);
-            while (it.hasNext()) {
-                const QString w = it.next().captured();
-                EXPECT_TRUE(allowedWord(w)) << where.toStdString() << ": \"" << w.toStdString()
-                                            << "\" in \"" << text.toStdString() << "\"";
-            }
+// An English word left in the page is a text that never went through the translation.
+void expectNoUntranslatedEnglish(QWidget* dialog, const QString& where) {
+    static const QRegularExpression word(QStringLiteral("[A-Za-z][A-Za-z]+"));
+    for (const QString& text : visibleTexts(dialog)) {
+        if (text.startsWith(QLatin1Char('<'))) {
+            continue; // rich text: its tags are not words
         }
-    });
+        auto it = word.globalMatch(text);
+        while (it.hasNext()) {
+            const QString w = it.next().captured();
+            EXPECT_TRUE(allowedWord(w)) << where.toStdString() << ": \"" << w.toStdString()
+                                        << "\" in \"" << text.toStdString() << "\"";
+        }
+    }
 }
 
 // Wrapped Japanese never breaks inside a phrase ("「プ" / "リセット」") or
 // leaves an opening bracket at a line's end: every wrapped label is laid out
-// at its real width and each line end is checked.
-TEST(JapaneseWalk, WrappedTextBreaksOnlyBetweenPhrases) {
-    JapaneseDialog d;
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(d.dialog.get()));
+// at its real width and each line end is checked. Returns the breaks checked.
+int expectBreaksOnlyBetweenPhrases(QWidget* dialog, const QString& where) {
     int linesChecked = 0;
-    d.visitEveryPage([&](const QString& where) {
-        QCoreApplication::processEvents();
-        for (QLabel* label : d.dialog->findChildren<QLabel*>()) {
-            if (!label->isVisibleTo(d.dialog.get()) || !label->wordWrap() ||
-                label->text().startsWith(QLatin1Char('<')) || label->contentsRect().width() < 20) {
+    for (QLabel* label : dialog->findChildren<QLabel*>()) {
+        if (!label->isVisibleTo(dialog) || !label->wordWrap() ||
+            label->text().startsWith(QLatin1Char('<')) || label->contentsRect().width() < 20) {
+            continue;
+        }
+        const QString text = label->text();
+        QTextLayout layout(text, label->font());
+        QTextOption option;
+        option.setWrapMode(QTextOption::WordWrap);
+        layout.setTextOption(option);
+        layout.beginLayout();
+        QString shown = withoutJoiners(text);
+        for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+            line.setLineWidth(label->contentsRect().width() - 2 * label->margin());
+            const int end = line.textStart() + line.textLength();
+            if (end <= 0 || end >= text.size()) {
                 continue;
             }
-            const QString text = label->text();
-            QTextLayout layout(text, label->font());
-            QTextOption option;
-            option.setWrapMode(QTextOption::WordWrap);
-            layout.setTextOption(option);
-            layout.beginLayout();
-            QString shown = withoutJoiners(text);
-            for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
-                line.setLineWidth(label->contentsRect().width() - 2 * label->margin());
-                const int end = line.textStart() + line.textLength();
-                if (end <= 0 || end >= text.size()) {
-                    continue;
-                }
-                ++linesChecked;
-                // The characters either side of the break, joiners aside.
-                const QString before = withoutJoiners(text.left(end)).trimmed();
-                const QString after = withoutJoiners(text.mid(end)).trimmed();
-                if (before.isEmpty() || after.isEmpty()) {
-                    continue;
-                }
-                EXPECT_TRUE(phraseBreakAllowed(before.back(), after.front()))
-                    << where.toStdString() << ": \"" << before.toStdString() << "\" | \""
-                    << after.toStdString() << "\"";
+            ++linesChecked;
+            // The characters either side of the break, joiners aside.
+            const QString before = withoutJoiners(text.left(end)).trimmed();
+            const QString after = withoutJoiners(text.mid(end)).trimmed();
+            if (before.isEmpty() || after.isEmpty()) {
+                continue;
             }
-            layout.endLayout();
+            EXPECT_TRUE(phraseBreakAllowed(before.back(), after.front()))
+                << where.toStdString() << ": \"" << before.toStdString() << "\" | \""
+                << after.toStdString() << "\"";
         }
-    });
-    EXPECT_GE(linesChecked, 3); // the walk did see wrapped Japanese
+        layout.endLayout();
+    }
+    return linesChecked;
 }
 
 // No single-line text is wider than its widget: a clipped word in Japanese
-// reads as a different word.
-TEST(JapaneseWalk, NoSingleLineTextIsClipped) {
-    JapaneseDialog d;
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(d.dialog.get()));
+// reads as a different word. Returns the labels measured.
+int expectNothingClipped(QWidget* dialog, const QString& where) {
     int labelsChecked = 0;
-    d.visitEveryPage([&](const QString& where) {
-        QCoreApplication::processEvents();
-        for (QLabel* label : d.dialog->findChildren<QLabel*>()) {
-            if (!label->isVisibleTo(d.dialog.get()) || label->wordWrap() ||
-                label->text().isEmpty() || label->text().startsWith(QLatin1Char('<')) ||
-                label->text().contains(QLatin1Char('\n'))) {
-                continue;
-            }
-            ++labelsChecked;
-            const int needed = label->fontMetrics().horizontalAdvance(label->text());
-            const int room = label->contentsRect().width() - 2 * label->margin();
-            EXPECT_LE(needed, room + 1)
-                << where.toStdString() << ": \"" << label->text().toStdString() << "\" needs "
-                << needed << " px, has " << room;
+    for (QLabel* label : dialog->findChildren<QLabel*>()) {
+        if (!label->isVisibleTo(dialog) || label->wordWrap() || label->text().isEmpty() ||
+            label->text().startsWith(QLatin1Char('<')) ||
+            label->text().contains(QLatin1Char('\n'))) {
+            continue;
         }
-    });
-    EXPECT_GT(labelsChecked, 30); // the walk did measure the pages' labels
+        ++labelsChecked;
+        const int needed = label->fontMetrics().horizontalAdvance(label->text());
+        const int room = label->contentsRect().width() - 2 * label->margin();
+        EXPECT_LE(needed, room + 1) << where.toStdString() << ": \"" << label->text().toStdString()
+                                    << "\" needs " << needed << " px, has " << room;
+    }
+    return labelsChecked;
 }
 
 // The colour most of a widget's area shows in the dialog as drawn: for a label
@@ -238,47 +224,57 @@ QColor backgroundUnder(const QImage& shot, QWidget* dialog, QWidget* w) {
 
 // Every text a streamer reads, on every page, stands out from what is behind
 // it by at least 4.5:1 (3:1 for large text). Emoji take their own colours and
-// disabled controls are not read as content, so both are left out.
-TEST(JapaneseWalk, EveryTextStandsOutFromItsBackground) {
-    JapaneseDialog d;
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(d.dialog.get()));
+// disabled controls are not read as content, so both are left out. Returns
+// the texts checked.
+int expectTextsStandOut(QWidget* dialog, const QString& where) {
     int textsChecked = 0;
-    d.visitEveryPage([&](const QString& where) {
-        QCoreApplication::processEvents();
-        const QImage shot = d.dialog->grab().toImage().convertToFormat(QImage::Format_RGB32);
-        for (QWidget* w : d.dialog->findChildren<QWidget*>()) {
-            QString text;
-            if (auto* label = qobject_cast<QLabel*>(w)) {
-                text = label->text();
-            } else if (auto* button = qobject_cast<QAbstractButton*>(w)) {
-                text = button->text();
-            }
-            const bool hasWords =
-                std::any_of(text.begin(), text.end(), [](QChar c) { return c.isLetterOrNumber(); });
-            if (!w->isVisibleTo(d.dialog.get()) || !w->isEnabled() || !hasWords ||
-                text.startsWith(QLatin1Char('<')) ||
-                w->visibleRegion().boundingRect().width() < 4 ||
-                w->visibleRegion().boundingRect().height() < 4) {
-                continue;
-            }
-            ++textsChecked;
-            const QColor background = backgroundUnder(shot, d.dialog.get(), w);
-            const QColor ink = PanelTest::over(
-                w->palette().color(QPalette::Active, w->foregroundRole()), background);
-            const QFont font = w->font();
-            const bool large = font.pointSizeF() >= 18 || (font.pointSizeF() >= 14 && font.bold());
-            EXPECT_GE(contrastRatio(ink, background), large ? 3.0 : 4.5)
-                << where.toStdString() << ": \"" << text.toStdString() << "\" "
-                << ink.name().toStdString() << " on " << background.name().toStdString();
+    const QImage shot = dialog->grab().toImage().convertToFormat(QImage::Format_RGB32);
+    for (QWidget* w : dialog->findChildren<QWidget*>()) {
+        QString text;
+        if (auto* label = qobject_cast<QLabel*>(w)) {
+            text = label->text();
+        } else if (auto* button = qobject_cast<QAbstractButton*>(w)) {
+            text = button->text();
         }
-    });
-    EXPECT_GT(textsChecked, 60);
+        const bool hasWords =
+            std::any_of(text.begin(), text.end(), [](QChar c) { return c.isLetterOrNumber(); });
+        if (!w->isVisibleTo(dialog) || !w->isEnabled() || !hasWords ||
+            text.startsWith(QLatin1Char('<')) || w->visibleRegion().boundingRect().width() < 4 ||
+            w->visibleRegion().boundingRect().height() < 4) {
+            continue;
+        }
+        ++textsChecked;
+        const QColor background = backgroundUnder(shot, dialog, w);
+        const QColor ink =
+            PanelTest::over(w->palette().color(QPalette::Active, w->foregroundRole()), background);
+        const QFont font = w->font();
+        const bool large = font.pointSizeF() >= 18 || (font.pointSizeF() >= 14 && font.bold());
+        EXPECT_GE(contrastRatio(ink, background), large ? 3.0 : 4.5)
+            << where.toStdString() << ": \"" << text.toStdString() << "\" "
+            << ink.name().toStdString() << " on " << background.name().toStdString();
+    }
+    return textsChecked;
 }
 
-// Every style sheet and rich text names its colours from the palette, and each
-// name is one the palette knows: a misspelt name would leave a colour unset.
-TEST(JapaneseWalk, EveryStyleSheetColourComesFromThePalette) {
+// Every page and presets sub-page, as OBS's dark theme styles it: no English
+// left, no phrase broken, nothing clipped, every text readable. And every style
+// sheet and rich text names its colours from the palette, each name one the
+// palette knows: a misspelt name would leave a colour unset.
+TEST(JapaneseWalk, EveryPageReadsWholeInJapaneseAndStandsOut) {
     JapaneseDialog d;
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(d.dialog.get()));
+    int breaks = 0, labels = 0, texts = 0;
+    d.visitEveryPage([&](const QString& where) {
+        QCoreApplication::processEvents();
+        expectNoUntranslatedEnglish(d.dialog.get(), where);
+        breaks += expectBreaksOnlyBetweenPhrases(d.dialog.get(), where);
+        labels += expectNothingClipped(d.dialog.get(), where);
+        texts += expectTextsStandOut(d.dialog.get(), where);
+    });
+    EXPECT_GE(breaks, 3);  // the walk did see wrapped Japanese
+    EXPECT_GT(labels, 30); // and measured the pages' labels
+    EXPECT_GT(texts, 60);
+
     const QRegularExpression leftover(QStringLiteral("\\{[A-Za-z]+(@\\d+)?\\}"));
     int sheets = 0;
     for (QWidget* w : d.dialog->findChildren<QWidget*>()) {
