@@ -316,7 +316,6 @@ TEST(EffectPanel, NoiseLearnedFromARecordedHumMakesTheSpectralStageRemoveIt) {
     chain.prepare(48000.0, 480);
     chain.setParameters(with);
     EXPECT_NEAR(measureGainDb(chain, 120.0), 0.0, 1.0);
-    applyLanguage(QStringLiteral("ja"));
 }
 
 // One run at a time, with the chains off while it listens; a run that heard
@@ -352,7 +351,6 @@ TEST(EffectPanel, LearningWithoutSoundFailsAndAFilterGoingAwayPutsItsChainsBack)
     EXPECT_TRUE(state.effects().isActive());
     EXPECT_FLOAT_EQ(state.chain().getParameters().gate.thresholdDb, -42.0f);
     EXPECT_FALSE(panel.noiseControls()->learnButton()->isEnabled());
-    applyLanguage(QStringLiteral("ja"));
 }
 
 TEST(EffectPanel, SavingAsksForANameAndStoresTheCurrentSettings) {

@@ -97,7 +97,6 @@ struct JapaneseDialog {
         store->save(settings);
         engine.setStore(std::move(store));
         engine.restoreFromSettings();
-        applyLanguage(QStringLiteral("ja"));
         // Inside OBS the host's dark theme styles every widget: light text, and
         // margins and padding on buttons. Whatever the dialog does not set itself
         // comes from there, so the walk looks at the dialog under those rules.
@@ -109,7 +108,6 @@ struct JapaneseDialog {
         dialog->show();
         dialog->tickTimer()->stop();
     }
-    ~JapaneseDialog() { qApp->setStyleSheet(QString()); }
     template <typename F>
     void visitEveryPage(F check) {
         for (int tab = 0; tab <= WizardDialog::kKeysTab; ++tab) {

@@ -80,7 +80,6 @@ TEST(KeyAssignPanel, EditsOnThePageAreSavedAtOnce) {
 }
 
 TEST(KeyAssignPanel, ChoosersShowTheSlotsPresetsAndAMissingOneAsMissing) {
-    applyLanguage(QStringLiteral("ja"));
     KeyRig rig;
     // The seeded slot 0 shows its built-in combination.
     rig.panel->selectSlot(0);

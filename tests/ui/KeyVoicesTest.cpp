@@ -44,7 +44,6 @@ struct KeyVoices : ::testing::Test {
         state->prepare(48000.0);
         state->setStore(std::make_unique<SettingsStore>(folder.path()));
         (void)state->store()->load(); // seeds the four built-in voices on the arrow keys
-        applyLanguage(QStringLiteral("ja"));
         dialog = std::make_unique<WizardDialog>(nullptr, state.get());
         dialog->show();
         dialog->tickTimer()->stop();

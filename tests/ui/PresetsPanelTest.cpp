@@ -39,7 +39,6 @@ struct PresetRig {
 };
 
 TEST(PresetsPanel, ListsNameDescriptionAndDateAndAppliesWithOneClick) {
-    applyLanguage(QStringLiteral("ja"));
     PresetRig rig;
     PresetsPanel panel(nullptr, rig.store.get());
     panel.resize(470, 650);
@@ -98,7 +97,6 @@ TEST(PresetsPanel, DeletingAsksFirst) {
     panel.rowNamed(QStringLiteral("配信"))->deleteButton()->click();
     EXPECT_EQ(panel.names(), QStringList{QStringLiteral("歌枠")});
     EXPECT_EQ(rig.store->load().presets.size(), 1u);
-    applyLanguage(QStringLiteral("ja"));
 }
 
 TEST(PresetsPanel, ExportWritesThePresetFileFormatAndImportReadsItBack) {

@@ -41,7 +41,6 @@ TEST(ResultsFirstView, TheWorstVerdictComesFirstAndAgainOnlyAfterAFirstDiagnosis
         EXPECT_EQ(page.card(i)->title(), QString::fromUtf8(expected[i])) << i;
     }
     EXPECT_EQ(page.rerunButton()->text(), QStringLiteral("🔄 Run diagnosis again"));
-    applyLanguage(QStringLiteral("ja"));
 }
 
 DiagnosisResult twoItemResult() {
@@ -69,7 +68,6 @@ DiagnosisResult twoItemResult() {
 }
 
 TEST(ResultsPage, CardsShowTheResultInTheCurrentLanguage) {
-    applyLanguage(QStringLiteral("ja"));
     ResultsPage page(nullptr);
     EXPECT_FALSE(page.placeholder()->isHidden());
     EXPECT_FALSE(page.applyButton()->isEnabled());

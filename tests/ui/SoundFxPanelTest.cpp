@@ -148,7 +148,6 @@ QList<QFrame*> cardsOf(QFrame* popup) {
 }
 
 TEST(SoundFxPanel, PopupDefaultRestoresThatEffectAloneAndAPresetSwitchesItsEffectOn) {
-    applyLanguage(QStringLiteral("ja"));
     ShownPanel s;
     const SoundFxPreset busy = busyPreset();
     s.panel.loadPreset(busy);

@@ -39,12 +39,10 @@ namespace {
 struct ShownDialog {
     WizardDialog dialog{nullptr, nullptr};
     ShownDialog() {
-        applyLanguage(QStringLiteral("ja"));
         dialog.show();
         dialog.tickTimer()->stop();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&dialog));
     }
-    ~ShownDialog() { applyLanguage(QStringLiteral("ja")); }
 };
 
 void chooseLanguage(WizardDialog& dialog, const char* code) {

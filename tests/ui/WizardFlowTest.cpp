@@ -52,7 +52,6 @@ protected:
     void SetUp() override {
         ASSERT_EQ(voices_.list.size(), 1u) << voices_.missing;
         speech_ = voices_.list[0].speech;
-        applyLanguage(QStringLiteral("ja"));
         state_.prepare(kRate);
         ASSERT_TRUE(settingsDir_.isValid());
         state_.setStore(std::make_unique<SettingsStore>(settingsDir_.path().toStdString()));
@@ -60,10 +59,7 @@ protected:
         dialog_->show();
         dialog_->tickTimer()->stop();
     }
-    void TearDown() override {
-        dialog_.reset();
-        applyLanguage(QStringLiteral("ja"));
-    }
+    void TearDown() override { dialog_.reset(); }
 
     // One timer tick with 16 ms of audio before it.
     void tick(float gain = 1.0f) {
