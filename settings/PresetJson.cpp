@@ -12,7 +12,175 @@ namespace {
 // arithmetic stays finite.
 constexpr float kProfileMinDb = -96.0f, kProfileMaxDb = 0.0f;
 
-// A number of the cleaning groups, pulled into its parameter's range.
+// Each group names its fields once, in `fields`, and the same list writes and
+// reads them: a field written under one key and read under another, or not
+// read at all, would lose a user's setting at the next start of OBS.
+
+struct Writer {
+    JsonValue& o;
+    void operator()(const char* key, bool value) const { o.set(key, value); }
+    void operator()(const char* key, int32_t value) const { o.set(key, static_cast<int>(value)); }
+    void operator()(const Parameter& p, float value) const { o.set(p.key, value); }
+};
+
+// The cleaning groups' numbers are pulled into their parameters' ranges; what
+// is missing or of the wrong type keeps the record's default.
+struct ClampingReader {
+    const JsonValue& o;
+    void operator()(const char* key, bool& value) const { value = asBool(member(o, key), value); }
+    void operator()(const Parameter& p, float& value) const {
+        value = asClampedFloat(member(o, p.key), value, p.minimum, p.maximum);
+    }
+};
+
+// The voice effects take their numbers as written and hold them in range
+// themselves; what is missing or of the wrong type keeps the record's default.
+struct PlainReader {
+    const JsonValue& o;
+    void operator()(const char* key, bool& value) const { value = asBool(member(o, key), value); }
+    void operator()(const char* key, int32_t& value) const { value = asInt(member(o, key), value); }
+    void operator()(const Parameter& p, float& value) const {
+        value = asFloat(member(o, p.key), value);
+    }
+};
+
+template <typename Visit>
+void fields(NotchBand& b, Visit&& v) {
+    v("enabled", b.enabled);
+    v(Params::kBandHz, b.centerHz);
+    v(Params::kBandGain, b.gainDb);
+    v(Params::kBandQ, b.q);
+}
+
+// The equaliser's bands are an array beside these ("notchBands").
+template <typename Visit>
+void fields(EqParams& eq, Visit&& v) {
+    v("enabled", eq.enabled);
+    v("lowCutEnabled", eq.lowCutEnabled);
+    v(Params::kLowCut, eq.lowCutHz);
+    v("highShelfEnabled", eq.highShelfEnabled);
+    v(Params::kHighShelfHz, eq.highShelfHz);
+    v(Params::kHighShelfGain, eq.highShelfGainDb);
+    v("highCutEnabled", eq.highCutEnabled);
+    v(Params::kHighCut, eq.highCutHz);
+    v(Params::kHighCutQ, eq.highCutQ);
+}
+
+template <typename Visit>
+void fields(CompParams& c, Visit&& v) {
+    v("enabled", c.enabled);
+    v(Params::kCompThreshold, c.thresholdDb);
+    v(Params::kCompRatio, c.ratio);
+    v(Params::kCompKnee, c.kneeDb);
+    v(Params::kCompAttack, c.attackMs);
+    v(Params::kCompRelease, c.releaseMs);
+    v(Params::kCompMakeup, c.makeupGainDb);
+}
+
+template <typename Visit>
+void fields(LimiterParams& l, Visit&& v) {
+    v("enabled", l.enabled);
+    v(Params::kLimiterCeiling, l.ceilingDb);
+    v(Params::kLimiterRelease, l.releaseMs);
+}
+
+template <typename Visit>
+void fields(GateParams& g, Visit&& v) {
+    v("enabled", g.enabled);
+    v(Params::kGateThreshold, g.thresholdDb);
+    v(Params::kGateAttack, g.attackMs);
+    v(Params::kGateHold, g.holdMs);
+    v(Params::kGateRelease, g.releaseMs);
+    v(Params::kGateRange, g.rangeDb);
+}
+
+template <typename Visit>
+void fields(NoiseParams& n, Visit&& v) {
+    v("enabled", n.enabled);
+    v(Params::kNoiseAttenuation, n.attenLimitDb);
+    v(Params::kNoiseMix, n.mix);
+}
+
+// The learned profile is an array beside these ("profileDb").
+template <typename Visit>
+void fields(SpectralParams& s, Visit&& v) {
+    v("enabled", s.enabled);
+    v(Params::kSpectralAmount, s.amount);
+}
+
+// The width is the formant equaliser's own and is not stored.
+template <typename Visit>
+void fields(FormantBand& b, Visit&& v) {
+    v(Params::kFormantHz, b.hz);
+    v(Params::kFormantGain, b.gainDb);
+}
+
+// The formant bands are objects beside these ("fband0" to "fband4").
+template <typename Visit>
+void fields(PitchParams& p, Visit&& v) {
+    v("enabled", p.enabled);
+    v(Params::kPitchA, p.semitonesA);
+    v(Params::kFormantShiftA, p.formantShiftA);
+    v("layerBEnabled", p.layerBEnabled);
+    v(Params::kPitchB, p.semitonesB);
+    v(Params::kFormantShiftB, p.formantShiftB);
+    v(Params::kPitchWet, p.wetMix);
+    v(Params::kPitchMixAB, p.mixAB);
+    v("formantEqEnabled", p.formantEqEnabled);
+}
+
+template <typename Visit>
+void fields(ReverbParams& r, Visit&& v) {
+    v("enabled", r.enabled);
+    v(Params::kReverbRoom, r.roomSize);
+    v(Params::kReverbDamping, r.damping);
+    v(Params::kReverbWet, r.wetMix);
+    v(Params::kReverbLowCut, r.lowCutHz);
+    v(Params::kReverbDucking, r.duckingAmount);
+}
+
+template <typename Visit>
+void fields(DelayParams& d, Visit&& v) {
+    v("enabled", d.enabled);
+    v(Params::kDelayTime, d.timeMs);
+    v(Params::kDelayFeedback, d.feedback);
+    v(Params::kDelayWet, d.wetMix);
+}
+
+template <typename Visit>
+void fields(RadioParams& r, Visit&& v) {
+    v("enabled", r.enabled);
+    v(Params::kRadioLowCut, r.lowCutHz);
+    v(Params::kRadioHighCut, r.highCutHz);
+    v(Params::kRadioDrive, r.overdrive);
+}
+
+template <typename Visit>
+void fields(ModParams& m, Visit&& v) {
+    v("enabled", m.enabled);
+    v("type", m.type);
+    v(Params::kModRate, m.rate);
+    v(Params::kModDepth, m.depth);
+    v(Params::kModFeedback, m.feedback);
+    v(Params::kModWet, m.wetMix);
+}
+
+// A copy, since one list of fields serves reading too.
+template <typename Group>
+JsonValue toJson(Group group) {
+    JsonValue o = JsonValue::object();
+    fields(group, Writer{o});
+    return o;
+}
+
+// `group` holds the defaults on the way in.
+template <typename Reader, typename Group>
+Group read(const JsonValue& o, Group group) {
+    fields(group, Reader{o});
+    return group;
+}
+
+// A number of the cleaning chain outside the groups, pulled into its range.
 float read(const JsonValue& o, const Parameter& p) {
     return asClampedFloat(member(o, p.key), p.initial, p.minimum, p.maximum);
 }
@@ -20,126 +188,20 @@ float read(const JsonValue& o, const Parameter& p) {
 JsonValue eqToJson(const EqParams& eq) {
     JsonValue bands = JsonValue::array();
     for (const NotchBand& band : eq.notchBands) {
-        JsonValue b = JsonValue::object();
-        b.set("enabled", band.enabled);
-        b.set(Params::kBandHz.key, band.centerHz);
-        b.set(Params::kBandGain.key, band.gainDb);
-        b.set(Params::kBandQ.key, band.q);
-        bands.push(std::move(b));
+        bands.push(toJson(band));
     }
-    JsonValue o = JsonValue::object();
-    o.set("enabled", eq.enabled);
-    o.set("lowCutEnabled", eq.lowCutEnabled);
-    o.set(Params::kLowCut.key, eq.lowCutHz);
-    o.set("highShelfEnabled", eq.highShelfEnabled);
-    o.set(Params::kHighShelfHz.key, eq.highShelfHz);
-    o.set(Params::kHighShelfGain.key, eq.highShelfGainDb);
+    JsonValue o = toJson(eq);
     o.set("notchBands", std::move(bands));
-    o.set("highCutEnabled", eq.highCutEnabled);
-    o.set(Params::kHighCut.key, eq.highCutHz);
-    o.set(Params::kHighCutQ.key, eq.highCutQ);
     return o;
 }
 
 EqParams eqFromJson(const JsonValue& o) {
-    EqParams eq;
-    eq.enabled = asBool(member(o, "enabled"), false);
-    eq.lowCutEnabled = asBool(member(o, "lowCutEnabled"), false);
-    eq.lowCutHz = read(o, Params::kLowCut);
-    eq.highShelfEnabled = asBool(member(o, "highShelfEnabled"), false);
-    eq.highShelfHz = read(o, Params::kHighShelfHz);
-    eq.highShelfGainDb = read(o, Params::kHighShelfGain);
+    EqParams eq = read<ClampingReader>(o, EqParams{});
     const auto& bands = member(o, "notchBands").elements();
     for (size_t i = 0; i < bands.size() && i < eq.notchBands.size(); ++i) {
-        const NotchBand bd;
-        NotchBand& band = eq.notchBands[i];
-        band.enabled = asBool(member(bands[i], "enabled"), bd.enabled);
-        band.centerHz = asFloat(member(bands[i], Params::kBandHz.key), bd.centerHz);
-        band.gainDb = asFloat(member(bands[i], Params::kBandGain.key), bd.gainDb);
-        band.q = asFloat(member(bands[i], Params::kBandQ.key), bd.q);
+        eq.notchBands[i] = read<PlainReader>(bands[i], NotchBand{});
     }
-    eq.highCutEnabled = asBool(member(o, "highCutEnabled"), false);
-    eq.highCutHz = read(o, Params::kHighCut);
-    eq.highCutQ = read(o, Params::kHighCutQ);
     return eq;
-}
-
-JsonValue compToJson(const CompParams& c) {
-    JsonValue o = JsonValue::object();
-    o.set("enabled", c.enabled);
-    o.set(Params::kCompThreshold.key, c.thresholdDb);
-    o.set(Params::kCompRatio.key, c.ratio);
-    o.set(Params::kCompKnee.key, c.kneeDb);
-    o.set(Params::kCompAttack.key, c.attackMs);
-    o.set(Params::kCompRelease.key, c.releaseMs);
-    o.set(Params::kCompMakeup.key, c.makeupGainDb);
-    return o;
-}
-
-CompParams compFromJson(const JsonValue& o) {
-    CompParams c;
-    c.enabled = asBool(member(o, "enabled"), false);
-    c.thresholdDb = read(o, Params::kCompThreshold);
-    c.ratio = read(o, Params::kCompRatio);
-    c.kneeDb = read(o, Params::kCompKnee);
-    c.attackMs = read(o, Params::kCompAttack);
-    c.releaseMs = read(o, Params::kCompRelease);
-    c.makeupGainDb = read(o, Params::kCompMakeup);
-    return c;
-}
-
-JsonValue limiterToJson(const LimiterParams& l) {
-    JsonValue o = JsonValue::object();
-    o.set("enabled", l.enabled);
-    o.set(Params::kLimiterCeiling.key, l.ceilingDb);
-    o.set(Params::kLimiterRelease.key, l.releaseMs);
-    return o;
-}
-
-LimiterParams limiterFromJson(const JsonValue& o) {
-    LimiterParams l;
-    l.enabled = asBool(member(o, "enabled"), false);
-    l.ceilingDb = read(o, Params::kLimiterCeiling);
-    l.releaseMs = read(o, Params::kLimiterRelease);
-    return l;
-}
-
-JsonValue gateToJson(const GateParams& g) {
-    JsonValue o = JsonValue::object();
-    o.set("enabled", g.enabled);
-    o.set(Params::kGateThreshold.key, g.thresholdDb);
-    o.set(Params::kGateAttack.key, g.attackMs);
-    o.set(Params::kGateHold.key, g.holdMs);
-    o.set(Params::kGateRelease.key, g.releaseMs);
-    o.set(Params::kGateRange.key, g.rangeDb);
-    return o;
-}
-
-GateParams gateFromJson(const JsonValue& o) {
-    GateParams g;
-    g.enabled = asBool(member(o, "enabled"), false);
-    g.thresholdDb = read(o, Params::kGateThreshold);
-    g.attackMs = read(o, Params::kGateAttack);
-    g.holdMs = read(o, Params::kGateHold);
-    g.releaseMs = read(o, Params::kGateRelease);
-    g.rangeDb = read(o, Params::kGateRange);
-    return g;
-}
-
-JsonValue noiseToJson(const NoiseParams& n) {
-    JsonValue o = JsonValue::object();
-    o.set("enabled", n.enabled);
-    o.set(Params::kNoiseAttenuation.key, n.attenLimitDb);
-    o.set(Params::kNoiseMix.key, n.mix);
-    return o;
-}
-
-NoiseParams noiseFromJson(const JsonValue& o) {
-    NoiseParams n;
-    n.enabled = asBool(member(o, "enabled"), false);
-    n.attenLimitDb = read(o, Params::kNoiseAttenuation);
-    n.mix = read(o, Params::kNoiseMix);
-    return n;
 }
 
 JsonValue spectralToJson(const SpectralParams& s) {
@@ -147,18 +209,14 @@ JsonValue spectralToJson(const SpectralParams& s) {
     for (const float db : s.profileDb) {
         profile.push(db);
     }
-    JsonValue o = JsonValue::object();
-    o.set("enabled", s.enabled);
-    o.set(Params::kSpectralAmount.key, s.amount);
+    JsonValue o = toJson(s);
     o.set("profileDb", std::move(profile));
     return o;
 }
 
 SpectralParams spectralFromJson(const JsonValue& o) {
     const SpectralParams d;
-    SpectralParams s;
-    s.enabled = asBool(member(o, "enabled"), false);
-    s.amount = read(o, Params::kSpectralAmount);
+    SpectralParams s = read<ClampingReader>(o, d);
     const auto& profile = member(o, "profileDb").elements();
     for (size_t i = 0; i < profile.size() && i < s.profileDb.size(); ++i) {
         s.profileDb[i] = asClampedFloat(profile[i], d.profileDb[i], kProfileMinDb, kProfileMaxDb);
@@ -172,130 +230,23 @@ std::string formantBandKey(size_t index) {
 }
 
 JsonValue pitchToJson(const PitchParams& p) {
-    JsonValue o = JsonValue::object();
-    o.set("enabled", p.enabled);
-    o.set(Params::kPitchA.key, p.semitonesA);
-    o.set(Params::kFormantShiftA.key, p.formantShiftA);
-    o.set("layerBEnabled", p.layerBEnabled);
-    o.set(Params::kPitchB.key, p.semitonesB);
-    o.set(Params::kFormantShiftB.key, p.formantShiftB);
-    o.set(Params::kPitchWet.key, p.wetMix);
-    o.set(Params::kPitchMixAB.key, p.mixAB);
-    o.set("formantEqEnabled", p.formantEqEnabled);
+    JsonValue o = toJson(p);
     for (size_t i = 0; i < p.formantBands.size(); ++i) {
-        JsonValue band = JsonValue::object();
-        band.set(Params::kFormantHz.key, p.formantBands[i].hz);
-        band.set(Params::kFormantGain.key, p.formantBands[i].gainDb);
-        o.set(formantBandKey(i), std::move(band));
+        o.set(formantBandKey(i), toJson(p.formantBands[i]));
     }
     return o;
 }
 
 PitchParams pitchFromJson(const JsonValue& o) {
-    const PitchParams d;
     PitchParams p;
-    p.enabled = asBool(member(o, "enabled"), d.enabled);
     // Older files named layer A's keys without the suffix.
-    p.semitonesA = asFloat(member(o, Params::kPitchA.key), asFloat(member(o, "semitones"), 0.0f));
-    p.formantShiftA =
-        asFloat(member(o, Params::kFormantShiftA.key), asFloat(member(o, "formantShift"), 0.0f));
-    p.layerBEnabled = asBool(member(o, "layerBEnabled"), d.layerBEnabled);
-    p.semitonesB = asFloat(member(o, Params::kPitchB.key), d.semitonesB);
-    p.formantShiftB = asFloat(member(o, Params::kFormantShiftB.key), d.formantShiftB);
-    p.wetMix = asFloat(member(o, Params::kPitchWet.key), d.wetMix);
-    p.mixAB = asFloat(member(o, Params::kPitchMixAB.key), d.mixAB);
-    p.formantEqEnabled = asBool(member(o, "formantEqEnabled"), d.formantEqEnabled);
+    p.semitonesA = asFloat(member(o, "semitones"), 0.0f);
+    p.formantShiftA = asFloat(member(o, "formantShift"), 0.0f);
+    p = read<PlainReader>(o, p);
     for (size_t i = 0; i < p.formantBands.size(); ++i) {
-        const JsonValue& band = member(o, formantBandKey(i));
-        p.formantBands[i].hz = asFloat(member(band, Params::kFormantHz.key), d.formantBands[i].hz);
-        p.formantBands[i].gainDb =
-            asFloat(member(band, Params::kFormantGain.key), d.formantBands[i].gainDb);
+        p.formantBands[i] = read<PlainReader>(member(o, formantBandKey(i)), p.formantBands[i]);
     }
     return p;
-}
-
-JsonValue reverbToJson(const ReverbParams& r) {
-    JsonValue o = JsonValue::object();
-    o.set("enabled", r.enabled);
-    o.set(Params::kReverbRoom.key, r.roomSize);
-    o.set(Params::kReverbDamping.key, r.damping);
-    o.set(Params::kReverbWet.key, r.wetMix);
-    o.set(Params::kReverbLowCut.key, r.lowCutHz);
-    o.set(Params::kReverbDucking.key, r.duckingAmount);
-    return o;
-}
-
-ReverbParams reverbFromJson(const JsonValue& o) {
-    const ReverbParams d;
-    ReverbParams r;
-    r.enabled = asBool(member(o, "enabled"), d.enabled);
-    r.roomSize = asFloat(member(o, Params::kReverbRoom.key), d.roomSize);
-    r.damping = asFloat(member(o, Params::kReverbDamping.key), d.damping);
-    r.wetMix = asFloat(member(o, Params::kReverbWet.key), d.wetMix);
-    r.lowCutHz = asFloat(member(o, Params::kReverbLowCut.key), d.lowCutHz);
-    r.duckingAmount = asFloat(member(o, Params::kReverbDucking.key), d.duckingAmount);
-    return r;
-}
-
-JsonValue delayToJson(const DelayParams& dl) {
-    JsonValue o = JsonValue::object();
-    o.set("enabled", dl.enabled);
-    o.set(Params::kDelayTime.key, dl.timeMs);
-    o.set(Params::kDelayFeedback.key, dl.feedback);
-    o.set(Params::kDelayWet.key, dl.wetMix);
-    return o;
-}
-
-DelayParams delayFromJson(const JsonValue& o) {
-    const DelayParams d;
-    DelayParams dl;
-    dl.enabled = asBool(member(o, "enabled"), d.enabled);
-    dl.timeMs = asFloat(member(o, Params::kDelayTime.key), d.timeMs);
-    dl.feedback = asFloat(member(o, Params::kDelayFeedback.key), d.feedback);
-    dl.wetMix = asFloat(member(o, Params::kDelayWet.key), d.wetMix);
-    return dl;
-}
-
-JsonValue radioToJson(const RadioParams& r) {
-    JsonValue o = JsonValue::object();
-    o.set("enabled", r.enabled);
-    o.set(Params::kRadioLowCut.key, r.lowCutHz);
-    o.set(Params::kRadioHighCut.key, r.highCutHz);
-    o.set(Params::kRadioDrive.key, r.overdrive);
-    return o;
-}
-
-RadioParams radioFromJson(const JsonValue& o) {
-    const RadioParams d;
-    RadioParams r;
-    r.enabled = asBool(member(o, "enabled"), d.enabled);
-    r.lowCutHz = asFloat(member(o, Params::kRadioLowCut.key), d.lowCutHz);
-    r.highCutHz = asFloat(member(o, Params::kRadioHighCut.key), d.highCutHz);
-    r.overdrive = asFloat(member(o, Params::kRadioDrive.key), d.overdrive);
-    return r;
-}
-
-JsonValue modToJson(const ModParams& m) {
-    JsonValue o = JsonValue::object();
-    o.set("enabled", m.enabled);
-    o.set("type", static_cast<int>(m.type));
-    o.set(Params::kModRate.key, m.rate);
-    o.set(Params::kModDepth.key, m.depth);
-    o.set(Params::kModFeedback.key, m.feedback);
-    o.set(Params::kModWet.key, m.wetMix);
-    return o;
-}
-
-ModParams modFromJson(const JsonValue& o) {
-    const ModParams d;
-    ModParams m;
-    m.enabled = asBool(member(o, "enabled"), d.enabled);
-    m.type = asInt(member(o, "type"), d.type);
-    m.rate = asFloat(member(o, Params::kModRate.key), d.rate);
-    m.depth = asFloat(member(o, Params::kModDepth.key), d.depth);
-    m.feedback = asFloat(member(o, Params::kModFeedback.key), d.feedback);
-    m.wetMix = asFloat(member(o, Params::kModWet.key), d.wetMix);
-    return m;
 }
 
 } // namespace
@@ -308,10 +259,10 @@ JsonValue effectPresetToJson(const SavedEffectPreset& saved) {
     o.set("savedAt", saved.savedAt);
     o.set("recording", saved.recording);
     o.set("eq", eqToJson(p.eq));
-    o.set("comp", compToJson(p.comp));
-    o.set("limiter", limiterToJson(p.limiter));
-    o.set("gate", gateToJson(p.gate));
-    o.set("noise", noiseToJson(p.noise));
+    o.set("comp", toJson(p.comp));
+    o.set("limiter", toJson(p.limiter));
+    o.set("gate", toJson(p.gate));
+    o.set("noise", toJson(p.noise));
     o.set("spectral", spectralToJson(p.spectral));
     o.set(Params::kInputGain.key, p.inputGainDb);
     o.set(Params::kOutputGain.key, p.outputGainDb);
@@ -319,7 +270,6 @@ JsonValue effectPresetToJson(const SavedEffectPreset& saved) {
 }
 
 SavedEffectPreset effectPresetFromJson(const JsonValue& o) {
-    const EffectPreset d;
     SavedEffectPreset saved;
     saved.name = asString(member(o, "name"), "");
     saved.description = asString(member(o, "description"), "");
@@ -327,10 +277,10 @@ SavedEffectPreset effectPresetFromJson(const JsonValue& o) {
     saved.recording = asBool(member(o, "recording"), false);
     EffectPreset& p = saved.preset;
     p.eq = eqFromJson(member(o, "eq"));
-    p.comp = compFromJson(member(o, "comp"));
-    p.limiter = limiterFromJson(member(o, "limiter"));
-    p.gate = gateFromJson(member(o, "gate"));
-    p.noise = noiseFromJson(member(o, "noise"));
+    p.comp = read<ClampingReader>(member(o, "comp"), p.comp);
+    p.limiter = read<ClampingReader>(member(o, "limiter"), p.limiter);
+    p.gate = read<ClampingReader>(member(o, "gate"), p.gate);
+    p.noise = read<ClampingReader>(member(o, "noise"), p.noise);
     p.spectral = spectralFromJson(member(o, "spectral"));
     p.inputGainDb = read(o, Params::kInputGain);
     p.outputGainDb = read(o, Params::kOutputGain);
@@ -348,10 +298,10 @@ JsonValue soundFxPresetToJson(const SavedSoundFxPreset& saved) {
     o.set("description", saved.description);
     o.set("savedAt", saved.savedAt);
     o.set("pitch", pitchToJson(p.pitch));
-    o.set("reverb", reverbToJson(p.reverb));
-    o.set("delay", delayToJson(p.delay));
-    o.set("radio", radioToJson(p.radio));
-    o.set("mod", modToJson(p.mod));
+    o.set("reverb", toJson(p.reverb));
+    o.set("delay", toJson(p.delay));
+    o.set("radio", toJson(p.radio));
+    o.set("mod", toJson(p.mod));
     o.set("effectOrder", std::move(order));
     // The level that matches a voice's loudness to the dry voice (the built-ins
     // carry one); a voice without one is stored as it always was.
@@ -368,10 +318,10 @@ SavedSoundFxPreset soundFxPresetFromJson(const JsonValue& o) {
     saved.savedAt = asString(member(o, "savedAt"), "");
     SoundFxPreset& p = saved.preset;
     p.pitch = pitchFromJson(member(o, "pitch"));
-    p.reverb = reverbFromJson(member(o, "reverb"));
-    p.delay = delayFromJson(member(o, "delay"));
-    p.radio = radioFromJson(member(o, "radio"));
-    p.mod = modFromJson(member(o, "mod"));
+    p.reverb = read<PlainReader>(member(o, "reverb"), p.reverb);
+    p.delay = read<PlainReader>(member(o, "delay"), p.delay);
+    p.radio = read<PlainReader>(member(o, "radio"), p.radio);
+    p.mod = read<PlainReader>(member(o, "mod"), p.mod);
     p.outputGainDb = read(o, Params::kFxOutputGain);
     // Only a list of exactly five is an order; anything else keeps the default.
     const JsonValue& order = member(o, "effectOrder");
