@@ -74,32 +74,34 @@ BiquadCoeffs<double> peaking(double centerHz, double gainDb, double q, double sa
                       1.0 - alpha / a);
 }
 
-BiquadCoeffs<double> lowShelf(double hz, double gainDb, double sampleRate) {
+namespace {
+
+// The two shelves are one design mirrored about a quarter of the sample rate:
+// the high shelf is the low shelf with the cosine's sign, and so the sign of
+// the first-order terms, turned over (`side` +1 low, -1 high).
+BiquadCoeffs<double> shelf(double hz, double gainDb, double sampleRate, double side) {
     if (!usable(hz) || !usable(gainDb) || !usableRate(sampleRate)) {
         return {};
     }
     const double a = std::pow(10.0, safeGainDb(gainDb) / 40.0);
     const double w = omega(hz, sampleRate);
-    const double cosw = std::cos(w);
+    const double cosw = side * std::cos(w);
     const double k = std::sqrt(2.0) * std::sin(w) * std::sqrt(a);
     const double p = a + 1.0;
     const double m = a - 1.0;
-    return normalised(a * (p - m * cosw + k), 2.0 * a * (m - p * cosw), a * (p - m * cosw - k),
-                      p + m * cosw + k, -2.0 * (m + p * cosw), p + m * cosw - k);
+    return normalised(a * (p - m * cosw + k), side * 2.0 * a * (m - p * cosw),
+                      a * (p - m * cosw - k), p + m * cosw + k, side * -2.0 * (m + p * cosw),
+                      p + m * cosw - k);
+}
+
+} // namespace
+
+BiquadCoeffs<double> lowShelf(double hz, double gainDb, double sampleRate) {
+    return shelf(hz, gainDb, sampleRate, 1.0);
 }
 
 BiquadCoeffs<double> highShelf(double hz, double gainDb, double sampleRate) {
-    if (!usable(hz) || !usable(gainDb) || !usableRate(sampleRate)) {
-        return {};
-    }
-    const double a = std::pow(10.0, safeGainDb(gainDb) / 40.0);
-    const double w = omega(hz, sampleRate);
-    const double cosw = std::cos(w);
-    const double k = std::sqrt(2.0) * std::sin(w) * std::sqrt(a);
-    const double p = a + 1.0;
-    const double m = a - 1.0;
-    return normalised(a * (p + m * cosw + k), -2.0 * a * (m + p * cosw), a * (p + m * cosw - k),
-                      p - m * cosw + k, 2.0 * (m - p * cosw), p - m * cosw - k);
+    return shelf(hz, gainDb, sampleRate, -1.0);
 }
 
 } // namespace Lumora::FilterDesign
