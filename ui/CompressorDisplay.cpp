@@ -98,15 +98,8 @@ float CompressorDisplay::outputAt(int index) const {
 
 void CompressorDisplay::paintEvent(QPaintEvent*) {
     QPainter p(this);
-    p.setRenderHint(QPainter::Antialiasing);
-    const qreal s = height() / static_cast<qreal>(kLogicalHeight);
-    p.scale(s, s);
-    const qreal w = width() / s;
+    const qreal w = beginDisplay(p, *this, kLogicalHeight);
     const qreal h = kLogicalHeight;
-
-    p.setPen(QPen(Palette::colour(Palette::kBlue, 70), 1.0));
-    p.setBrush(Palette::colour(Palette::kDisplay, Palette::kDisplayAlpha));
-    p.drawRoundedRect(QRectF(0.5, 0.5, w - 1.0, h - 1.0), 8, 8);
 
     QFont small = font();
     small.setPointSizeF(6.5);

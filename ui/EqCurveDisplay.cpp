@@ -108,16 +108,8 @@ void EqCurveDisplay::recompute() {
 
 void EqCurveDisplay::paintEvent(QPaintEvent*) {
     QPainter p(this);
-    p.setRenderHint(QPainter::Antialiasing);
-    const qreal s = height() / static_cast<qreal>(kLogicalHeight);
-    p.scale(s, s);
-    const qreal w = width() / s;
+    const qreal w = beginDisplay(p, *this, kLogicalHeight);
     const qreal h = kLogicalHeight;
-
-    const QRectF frame(0.5, 0.5, w - 1.0, h - 1.0);
-    p.setPen(QPen(Palette::colour(Palette::kBlue, 70), 1.0));
-    p.setBrush(Palette::colour(Palette::kDisplay, Palette::kDisplayAlpha));
-    p.drawRoundedRect(frame, 8, 8);
 
     const QRectF plot(30.0, 8.0, w - 38.0, h - 24.0);
     const double logSpan = std::log(kMaxHz / kMinHz);

@@ -33,15 +33,8 @@ void NoiseProfileDisplay::setEmptyText(const QString& text) {
 
 void NoiseProfileDisplay::paintEvent(QPaintEvent*) {
     QPainter p(this);
-    p.setRenderHint(QPainter::Antialiasing);
-    const qreal s = height() / static_cast<qreal>(kLogicalHeight);
-    p.scale(s, s);
-    const qreal w = width() / s;
+    const qreal w = beginDisplay(p, *this, kLogicalHeight);
     const qreal h = kLogicalHeight;
-
-    p.setPen(QPen(Palette::colour(Palette::kBlue, 70), 1.0));
-    p.setBrush(Palette::colour(Palette::kDisplay, Palette::kDisplayAlpha));
-    p.drawRoundedRect(QRectF(0.5, 0.5, w - 1.0, h - 1.0), 8, 8);
 
     const QRectF plot(8.0, 6.0, w - 16.0, h - 18.0);
     const qreal barWidth = plot.width() / kProfileBandCount;

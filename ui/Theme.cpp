@@ -166,4 +166,15 @@ double contrastRatio(const QColor& a, const QColor& b) {
     return (std::max(la, lb) + 0.05) / (std::min(la, lb) + 0.05);
 }
 
+qreal beginDisplay(QPainter& p, const QWidget& widget, int logicalHeight) {
+    p.setRenderHint(QPainter::Antialiasing);
+    const qreal s = widget.height() / static_cast<qreal>(logicalHeight);
+    p.scale(s, s);
+    const qreal w = widget.width() / s;
+    p.setPen(QPen(Palette::colour(Palette::kBlue, 70), 1.0));
+    p.setBrush(Palette::colour(Palette::kDisplay, Palette::kDisplayAlpha));
+    p.drawRoundedRect(QRectF(0.5, 0.5, w - 1.0, logicalHeight - 1.0), 8, 8);
+    return w;
+}
+
 } // namespace Lumora

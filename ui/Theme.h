@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QPainter>
 #include <QString>
 #include <QVariant>
 #include <QWidget>
@@ -118,6 +119,11 @@ QString themed(const QString& sheet);
 
 // Text on a background: the contrast ratio of two opaque colours, 1 to 21.
 double contrastRatio(const QColor& a, const QColor& b);
+
+// Scales `p` so that `widget` paints in a space `logicalHeight` high, whatever
+// its size on screen, and draws the framed, tinted panel the curve and meter
+// displays stand on. Returns the width in that space.
+qreal beginDisplay(QPainter& p, const QWidget& widget, int logicalHeight);
 
 // A nearly opaque white panel with rounded corners of `radius` px. The sky is not
 // drawn under panels (it would show through at a few percent at most), so stars
