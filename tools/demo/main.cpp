@@ -3,6 +3,7 @@
 //                       noisy room, from real recorded speech
 //   stats FILE...       level, noise floor and loudness of each file, as JSON
 //   plot BEFORE AFTER OUT.png   the long-term spectrum of both files on one chart
+#include "PinkNoise.h"
 #include "WavFile.h"
 #include "dsp/Fft.h"
 
@@ -50,17 +51,9 @@ std::vector<float> roomNoise(size_t n, double levelDb, unsigned seed) {
     std::mt19937 rng(seed);
     std::normal_distribution<double> white(0.0, 1.0);
     std::vector<float> out(n);
-    double b0 = 0, b1 = 0, b2 = 0, b3 = 0, b4 = 0, b5 = 0, b6 = 0;
+    Lumora::PinkNoise fan;
     for (size_t i = 0; i < n; ++i) {
-        const double w = white(rng);
-        b0 = 0.99886 * b0 + w * 0.0555179;
-        b1 = 0.99332 * b1 + w * 0.0750759;
-        b2 = 0.96900 * b2 + w * 0.1538520;
-        b3 = 0.86650 * b3 + w * 0.3104856;
-        b4 = 0.55000 * b4 + w * 0.5329522;
-        b5 = -0.7616 * b5 - w * 0.0168980;
-        const double pink = b0 + b1 + b2 + b3 + b4 + b5 + b6 + w * 0.5362;
-        b6 = w * 0.115926;
+        const double pink = fan.next(white(rng));
         const double t = static_cast<double>(i) / kRate;
         const double hum = 1.5 * std::sin(2 * M_PI * 50 * t) + 0.7 * std::sin(2 * M_PI * 100 * t) +
                            0.4 * std::sin(2 * M_PI * 150 * t);

@@ -1,5 +1,6 @@
 // lumora-quality: makes noisy speech for listening and measuring, and scores a
 // processed file against the clean speech (SI-SDR after finding the delay).
+#include "PinkNoise.h"
 #include "WavFile.h"
 
 #include <algorithm>
@@ -32,18 +33,9 @@ std::vector<float> makeNoise(const std::string& kind, size_t n, int rate, unsign
     std::normal_distribution<double> white(0.0, 1.0);
     std::vector<float> out(n);
     if (kind == "pink") {
-        // Paul Kellet's refined filter: within 0.05 dB of -3 dB/octave above 10 Hz.
-        double b0 = 0, b1 = 0, b2 = 0, b3 = 0, b4 = 0, b5 = 0, b6 = 0;
-        for (size_t i = 0; i < n; ++i) {
-            const double w = white(rng);
-            b0 = 0.99886 * b0 + w * 0.0555179;
-            b1 = 0.99332 * b1 + w * 0.0750759;
-            b2 = 0.96900 * b2 + w * 0.1538520;
-            b3 = 0.86650 * b3 + w * 0.3104856;
-            b4 = 0.55000 * b4 + w * 0.5329522;
-            b5 = -0.7616 * b5 - w * 0.0168980;
-            out[i] = static_cast<float>(b0 + b1 + b2 + b3 + b4 + b5 + b6 + w * 0.5362);
-            b6 = w * 0.115926;
+        Lumora::PinkNoise pink;
+        for (float& v : out) {
+            v = static_cast<float>(pink.next(white(rng)));
         }
     } else if (kind == "brown") {
         double y = 0;
