@@ -11,6 +11,7 @@
 #include "ui/EqCurveDisplay.h"
 #include "ui/NoiseControls.h"
 #include "ui/NoiseLearner.h"
+#include "ui/PanelFoot.h"
 #include "ui/PresetNamePrompt.h"
 #include "ui/SaveFailure.h"
 #include "ui/SoundShapes.h"
@@ -24,12 +25,6 @@
 #include <QVBoxLayout>
 
 namespace Lumora {
-
-namespace {
-
-const char kBottomButton[] = "QPushButton { font-size: 9pt; padding: 6px 10px; }";
-
-} // namespace
 
 EffectPanel::EffectPanel(QWidget* parent) : QWidget(parent), preset_(SoundShapes::panelDefaults()) {
     setAttribute(Qt::WA_TranslucentBackground);
@@ -70,18 +65,7 @@ EffectPanel::EffectPanel(QWidget* parent) : QWidget(parent), preset_(SoundShapes
         edited();
     });
 
-    auto* bottom = new QHBoxLayout();
-    bottom->setSpacing(8);
-    saveButton_ = new QPushButton(this);
-    saveButton_->setStyleSheet(Styles::darkButton() + QLatin1String(kBottomButton));
-    resetButton_ = new QPushButton(this);
-    resetButton_->setStyleSheet(Styles::outlinedButton() + QLatin1String(kBottomButton));
-    for (QPushButton* b : {saveButton_, resetButton_}) {
-        b->setCursor(Qt::PointingHandCursor);
-        markPanel(b, 10);
-        bottom->addWidget(b, 1);
-    }
-    layout->addLayout(bottom);
+    layout->addLayout(saveAndResetRow(this, saveButton_, resetButton_));
     layout->addStretch(1);
     connect(saveButton_, &QPushButton::clicked, this, &EffectPanel::savePreset);
     connect(resetButton_, &QPushButton::clicked, this, &EffectPanel::confirmReset);

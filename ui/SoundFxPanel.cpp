@@ -8,6 +8,7 @@
 #include "ui/FxPitchControls.h"
 #include "ui/FxPresetPopup.h"
 #include "ui/Knob.h"
+#include "ui/PanelFoot.h"
 #include "ui/PresetNamePrompt.h"
 #include "ui/ReorderableColumn.h"
 #include "ui/SaveFailure.h"
@@ -156,22 +157,7 @@ SoundFxPanel::SoundFxPanel(QWidget* parent) : QWidget(parent) {
     buildDelay();
     buildReverb();
 
-    auto* bottom = new QHBoxLayout();
-    bottom->setSpacing(8);
-    saveButton_ = new QPushButton(this);
-    saveButton_->setStyleSheet(
-        Styles::darkButton() +
-        QStringLiteral("QPushButton { font-size: 9pt; padding: 6px 10px; }"));
-    resetButton_ = new QPushButton(this);
-    resetButton_->setStyleSheet(
-        Styles::outlinedButton() +
-        QStringLiteral("QPushButton { font-size: 9pt; padding: 6px 10px; }"));
-    for (QPushButton* b : {saveButton_, resetButton_}) {
-        b->setCursor(Qt::PointingHandCursor);
-        markPanel(b, 10);
-        bottom->addWidget(b, 1);
-    }
-    layout->addLayout(bottom);
+    layout->addLayout(saveAndResetRow(this, saveButton_, resetButton_));
     layout->addStretch(1);
     connect(saveButton_, &QPushButton::clicked, this, &SoundFxPanel::savePreset);
     connect(resetButton_, &QPushButton::clicked, this, &SoundFxPanel::confirmReset);

@@ -1,0 +1,26 @@
+#include "ui/PanelFoot.h"
+
+#include "ui/Theme.h"
+
+#include <QHBoxLayout>
+#include <QPushButton>
+
+namespace Lumora {
+
+QHBoxLayout* saveAndResetRow(QWidget* panel, QPushButton*& save, QPushButton*& reset) {
+    const QString size = QStringLiteral("QPushButton { font-size: 9pt; padding: 6px 10px; }");
+    auto* row = new QHBoxLayout();
+    row->setSpacing(8);
+    save = new QPushButton(panel);
+    save->setStyleSheet(Styles::darkButton() + size);
+    reset = new QPushButton(panel);
+    reset->setStyleSheet(Styles::outlinedButton() + size);
+    for (QPushButton* b : {save, reset}) {
+        b->setCursor(Qt::PointingHandCursor);
+        markPanel(b, 10);
+        row->addWidget(b, 1);
+    }
+    return row;
+}
+
+} // namespace Lumora
