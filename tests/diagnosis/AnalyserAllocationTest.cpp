@@ -17,17 +17,18 @@ namespace {
 using Testing::allocationsIn;
 
 TEST(AnalyserAllocation, CounterSeesCxxAndLibraryAllocations) {
-    if (!Testing::allocationCountingWorks()) {
+    if (!Testing::allocationCountingSupported()) {
         GTEST_SKIP() << "allocation counting needs glibc's allocator without sanitizers";
     }
+    ASSERT_EQ(Testing::probeAllocations(), 2) << "the counter misses this program's allocations";
     EXPECT_EQ(allocationsIn([] {
                   auto p = std::make_unique<int>(1);
                   EXPECT_EQ(*p, 1);
               }),
               1);
     // libebur128 in block-list mode mallocs one node per 100 ms gating block:
-    // the counter must see a library's allocations, or the no-allocation tests
-    // here and of the chains would prove nothing.
+    // the counter must see a library's allocations too, or the no-allocation
+    // tests would prove nothing where a library allocates.
     ebur128_state* st = ebur128_init(1, 48000, EBUR128_MODE_I);
     ASSERT_NE(st, nullptr);
     std::vector<float> second(48000);
@@ -42,9 +43,10 @@ TEST(AnalyserAllocation, CounterSeesCxxAndLibraryAllocations) {
 }
 
 TEST(AnalyserAllocation, ProcessNeverAllocatesAfterPrepare) {
-    if (!Testing::allocationCountingWorks()) {
+    if (!Testing::allocationCountingSupported()) {
         GTEST_SKIP() << "allocation counting needs glibc's allocator without sanitizers";
     }
+    ASSERT_EQ(Testing::probeAllocations(), 2) << "the counter misses this program's allocations";
     auto analyser = std::make_unique<DiagnosisAnalyser>();
     analyser->prepare(48000.0);
     analyser->setRecording(true);

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdlib>
+#include <new>
 
 namespace {
 thread_local int tScopes = 0;
@@ -74,12 +75,22 @@ long AllocationScope::count() const {
     return tAllocations - start_;
 }
 
-bool allocationCountingWorks() {
+bool allocationCountingSupported() {
 #ifdef LUMORA_COUNT_MALLOC
     return true;
 #else
     return false;
 #endif
+}
+
+long probeAllocations() {
+    AllocationScope scope;
+    // Through volatile pointers, so that neither call can be optimised away.
+    void* volatile cxx = ::operator new(16);
+    ::operator delete(cxx);
+    void* volatile c = std::malloc(16);
+    std::free(c);
+    return scope.count();
 }
 
 } // namespace Lumora::Testing

@@ -5,10 +5,16 @@
 // sanitizers the test program's malloc and friends are replaced by counting
 // ones that forward to glibc's own, so C++ allocations and those of C libraries
 // (libebur128, SoundTouch) are seen alike. Elsewhere nothing is counted and
-// allocationCountingWorks() says so.
+// allocationCountingSupported() says so.
 namespace Lumora::Testing {
 
-bool allocationCountingWorks();
+// Whether this build counts at all (glibc's allocator, no sanitizer).
+bool allocationCountingSupported();
+
+// Makes one C++ and one C allocation and counts them: 2 where the counter sees
+// this program's allocations. A no-allocation test checks it first, or a
+// counter that silently saw nothing would pass it.
+long probeAllocations();
 
 // Counts this thread's allocations while it is open.
 class AllocationScope {
