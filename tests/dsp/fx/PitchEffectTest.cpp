@@ -92,18 +92,19 @@ TEST(PitchEffect, SpeechComesOutWholeHeldOrSwept) {
         double seconds;
         int channels, packet;
         bool swept;
-        float start; // the sweep's phase; the shift when held
+        float held;  // the shift, when held
+        float phase; // where the sweep starts, when swept
     } cases[] = {
-        {"a minute, two layers, packets of 480", 60.0, 2, 480, false, 5.0f},
-        {"a minute, two layers, packets of 1024", 60.0, 2, 1024, false, 5.0f},
-        {"swept, starting downwards", 20.0, 1, 480, true, -0.5f},
-        {"swept, starting upwards", 20.0, 1, 480, true, 0.5f},
+        {"a minute, two layers, packets of 480", 60.0, 2, 480, false, 5.0f, 0.0f},
+        {"a minute, two layers, packets of 1024", 60.0, 2, 1024, false, 5.0f, 0.0f},
+        {"swept, starting downwards", 20.0, 1, 480, true, 0.0f, -0.5f},
+        {"swept, starting upwards", 20.0, 1, 480, true, 0.0f, 0.5f},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         const Signal input = speechOverNoise(c.seconds);
         ASSERT_FALSE(input.empty()) << "speech samples missing";
-        SoundFxPreset p = onlyPitch(c.swept ? 12.0f * std::sin(c.start) : c.start);
+        SoundFxPreset p = onlyPitch(c.swept ? 12.0f * std::sin(c.phase) : c.held);
         if (!c.swept) {
             p.pitch.layerBEnabled = true;
             p.pitch.semitonesB = -7.0f;
@@ -115,7 +116,7 @@ TEST(PitchEffect, SpeechComesOutWholeHeldOrSwept) {
         std::vector<float*> pointers(static_cast<size_t>(c.channels));
         for (int from = 0, k = 0; from < audio.frames(); from += c.packet, ++k) {
             if (c.swept) {
-                p.pitch.semitonesA = 12.0f * std::sin(c.start + k * 0.01f);
+                p.pitch.semitonesA = 12.0f * std::sin(c.phase + k * 0.01f);
                 chain.setParameters(p);
             }
             for (int ch = 0; ch < c.channels; ++ch) {
@@ -125,7 +126,10 @@ TEST(PitchEffect, SpeechComesOutWholeHeldOrSwept) {
         }
         for (const Signal& out : audio.planes) {
             const int begin = firstNonZero(out);
-            ASSERT_GE(begin, 0);
+            if (begin < 0) {
+                ADD_FAILURE() << "nothing came out";
+                continue;
+            }
             EXPECT_EQ(begin, VoiceAlignment::delayFramesAt(kRate));
             EXPECT_TRUE(allFinite(out));
             // Dragged across to the other side, the shifter restarts through the
