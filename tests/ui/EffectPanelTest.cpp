@@ -345,6 +345,8 @@ TEST(EffectPanel, LearningWithoutSoundFailsAndAFilterGoingAwayPutsItsChainsBack)
     EXPECT_TRUE(state.effects().isActive());
 
     ASSERT_TRUE(panel.noiseControls()->startNoiseLearning());
+    EXPECT_FALSE(state.chain().isActive());
+    EXPECT_FALSE(state.effects().isActive());
     panel.setEngine(nullptr); // the filter is going away
     EXPECT_FALSE(panel.noiseControls()->learner()->isRunning());
     EXPECT_TRUE(state.chain().isActive());

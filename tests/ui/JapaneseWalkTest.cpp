@@ -6,7 +6,6 @@
 #include "engine/FilterEngine.h"
 #include "settings/SettingsStore.h"
 #include "settings/support/TempFolder.h"
-#include "ui/Localisation.h"
 #include "ui/PhraseBreaks.h"
 #include "ui/PresetsPage.h"
 #include "ui/ResultsPage.h"

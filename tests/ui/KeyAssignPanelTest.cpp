@@ -7,7 +7,6 @@
 #include "settings/BuiltInPresets.h"
 #include "settings/KeyAssignmentRules.h"
 #include "ui/KeyCap.h"
-#include "ui/Localisation.h"
 
 #include <QComboBox>
 #include <QFrame>

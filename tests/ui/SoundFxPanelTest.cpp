@@ -7,7 +7,6 @@
 #include "ui/FxPitchControls.h"
 #include "ui/FxPresetDef.h"
 #include "ui/Knob.h"
-#include "ui/Localisation.h"
 #include "ui/ToggleSwitch.h"
 
 #include <QApplication>
