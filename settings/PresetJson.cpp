@@ -23,7 +23,7 @@ struct Writer {
     void operator()(const Parameter& p, float value) const { o.set(p.key, value); }
 };
 
-// The cleaning groups' numbers are pulled into their parameters' ranges; what
+// The cleaning chain's numbers are pulled into their parameters' ranges; what
 // is missing or of the wrong type keeps the record's default.
 struct ClampingReader {
     const JsonValue& o;
@@ -33,8 +33,9 @@ struct ClampingReader {
     }
 };
 
-// The voice effects take their numbers as written and hold them in range
-// themselves; what is missing or of the wrong type keeps the record's default.
+// Numbers taken as written, for the stages that hold them in range themselves
+// (the voice effects, the equaliser's bands); what is missing or of the wrong
+// type keeps the record's default.
 struct PlainReader {
     const JsonValue& o;
     void operator()(const char* key, bool& value) const { value = asBool(member(o, key), value); }

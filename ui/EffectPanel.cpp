@@ -15,10 +15,8 @@
 #include "ui/PresetNamePrompt.h"
 #include "ui/SaveFailure.h"
 #include "ui/SoundShapes.h"
-#include "ui/Theme.h"
 #include "ui/ToggleSwitch.h"
 
-#include <QHBoxLayout>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSignalBlocker>

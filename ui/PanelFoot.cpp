@@ -8,13 +8,13 @@
 namespace Lumora {
 
 QHBoxLayout* saveAndResetRow(QWidget* panel, QPushButton*& save, QPushButton*& reset) {
-    const QString size = QStringLiteral("QPushButton { font-size: 9pt; padding: 6px 10px; }");
+    const QString footStyle = QStringLiteral("QPushButton { font-size: 9pt; padding: 6px 10px; }");
     auto* row = new QHBoxLayout();
     row->setSpacing(8);
     save = new QPushButton(panel);
-    save->setStyleSheet(Styles::darkButton() + size);
+    save->setStyleSheet(Styles::darkButton() + footStyle);
     reset = new QPushButton(panel);
-    reset->setStyleSheet(Styles::outlinedButton() + size);
+    reset->setStyleSheet(Styles::outlinedButton() + footStyle);
     for (QPushButton* b : {save, reset}) {
         b->setCursor(Qt::PointingHandCursor);
         markPanel(b, 10);

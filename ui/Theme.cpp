@@ -1,5 +1,7 @@
 #include "ui/Theme.h"
 
+#include <QPainter>
+
 #include <cmath>
 #include <cstring>
 

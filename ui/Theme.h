@@ -1,10 +1,11 @@
 #pragma once
 
 #include <QColor>
-#include <QPainter>
 #include <QString>
 #include <QVariant>
 #include <QWidget>
+
+class QPainter;
 
 namespace Lumora {
 

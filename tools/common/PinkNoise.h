@@ -6,8 +6,7 @@ namespace Lumora {
 
 class PinkNoise {
 public:
-    // The next sample, from the next white one (unit variance in, about
-    // 0.4 times that out at mid frequencies).
+    // The next sample, from the next white one.
     double next(double white) {
         b0_ = 0.99886 * b0_ + white * 0.0555179;
         b1_ = 0.99332 * b1_ + white * 0.0750759;
