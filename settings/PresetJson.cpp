@@ -183,7 +183,9 @@ Group read(const JsonValue& o, Group group) {
 
 // A number of the cleaning chain outside the groups, pulled into its range.
 float read(const JsonValue& o, const Parameter& p) {
-    return asClampedFloat(member(o, p.key), p.initial, p.minimum, p.maximum);
+    float value = p.initial;
+    ClampingReader{o}(p, value);
+    return value;
 }
 
 JsonValue eqToJson(const EqParams& eq) {
